@@ -1,0 +1,39 @@
+# One set of flags for everything. The order of floating-point operations is contract: no contraction
+# into fused multiply-adds, no fast-math, no machine-specific code outside the kernels that are
+# dispatched at run time.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_CXX_FLAGS_RELEASE "-O3 -DNDEBUG")
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+# Unique symbols would pin the plug-in library in memory after dlclose.
+set(_nezaiva_gnu_only "$<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>")
+add_compile_options(-ffp-contract=off -fno-math-errno ${_nezaiva_gnu_only}
+                    -Wall -Wextra -Wpedantic -Wshadow -Wdouble-promotion -Wnon-virtual-dtor
+                    -Woverloaded-virtual -Werror)
+
+if(NEZAIVA_SANITIZE)
+    add_compile_options(-fsanitize=${NEZAIVA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${NEZAIVA_SANITIZE})
+else()
+    add_link_options(-Wl,--no-undefined)
+endif()
+
+find_program(NEZAIVA_CCACHE ccache)
+if(NEZAIVA_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${NEZAIVA_CCACHE}")
+endif()
+
+# nezaiva_avx2_source(FILE...): compiles files for AVX2. Such a file includes nothing that another
+# file could share as an inline function: the linker may keep either body.
+function(nezaiva_avx2_source)
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "-mavx2;-mno-fma")
+endfunction()
