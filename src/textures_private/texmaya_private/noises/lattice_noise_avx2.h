@@ -1,0 +1,15 @@
+// The lattice noises for processors with AVX2; called through lattice_noise.h only.
+#pragma once
+
+#include "random_tables.h"
+
+#include <cstdint>
+
+namespace nezaiva {
+
+float latticeNoise2Avx2(const NoiseTables& tables, double x, double y);
+float latticeNoise3Avx2(const NoiseTables& tables, double x, double y, double z);
+float latticeNoise4Avx2(const NoiseTables& tables, double x, double y, double z, double w,
+                        std::int32_t period);
+
+} // namespace nezaiva
