@@ -64,11 +64,11 @@ struct FrameData {
     double framesPerSecond = 24.0;
     bool motionBlur = false;
     float shutterLength = 0.5f;
-    float shutterCenter = 0.0f;  // offset of the shutter's centre from time
-    double intervalStart = 1.0;  // the shutter's interval: time + center - length / 2, and + length / 2;
-    double intervalEnd = 1.0;    // both equal time without motion blur
-    int geometrySamples = 2;     // time samples of moving geometry
-    VectorD sceneOrigin;         // subtracted from all world positions
+    float shutterCenter = 0.0f; // offset of the shutter's centre from time
+    double intervalStart = 1.0; // the shutter's interval: time + center - length / 2, and + length / 2;
+    double intervalEnd = 1.0;   // both equal time without motion blur
+    int geometrySamples = 2;    // time samples of moving geometry
+    VectorD sceneOrigin;        // subtracted from all world positions
 };
 
 // What holds for the whole render.

@@ -59,9 +59,18 @@ struct UVWSample {
     Vector4 dv;
 };
 
-inline Vector operator+(const Vector& a, const Vector& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-inline Vector operator-(const Vector& a, const Vector& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-inline Vector operator*(const Vector& v, float s) { return {v.x * s, v.y * s, v.z * s}; }
+inline Vector operator+(const Vector& a, const Vector& b)
+{
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+inline Vector operator-(const Vector& a, const Vector& b)
+{
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+inline Vector operator*(const Vector& v, float s)
+{
+    return {v.x * s, v.y * s, v.z * s};
+}
 
 // The linear part applied to v: columns[0] v.x + columns[1] v.y + columns[2] v.z, added in this order.
 inline Vector operator*(const Matrix& m, const Vector& v)

@@ -1,0 +1,33 @@
+// The commands of the program: each adds its options to the command line and runs when it is named.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+// Exit codes of the program.
+enum ExitCode : int {
+    kDone = 0,
+    kWorkFailed = 1, // a file that cannot be read or written, memory
+    kWrongInput = 2, // the call, or a file's contents
+};
+
+// What holds for every command.
+struct CommandLine {
+    std::vector<std::string> libraries; // --library, in their order
+    bool quiet = false;
+    bool verbose = false;
+    std::filesystem::path programFolder;
+    int exitCode = kDone;
+};
+
+// A command's callback runs after the whole command line was read. It sets exitCode; WorkError,
+// LibraryError, ExceptionMsg and std::exception end in main as one "error: " line.
+void addListCommand(CLI::App& app, CommandLine& commandLine);
+void addDescribeCommand(CLI::App& app, CommandLine& commandLine);
+void addProbeCommand(CLI::App& app, CommandLine& commandLine);
+void addSourceCommand(CLI::App& app, CommandLine& commandLine);
+void addBakeCommand(CLI::App& app, CommandLine& commandLine);
+void addRenderCommand(CLI::App& app, CommandLine& commandLine);

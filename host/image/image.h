@@ -1,0 +1,43 @@
+// Pictures in memory and in files. The one place that knows the image library.
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+// Interleaved floats, row 0 at the top, scene-linear. channels: 1 grey, 3 colour, 4 colour with
+// premultiplied alpha, as file formats mean it.
+struct Image {
+    int width = 0, height = 0, channels = 4;
+    std::vector<float> pixels;
+
+    float* pixel(int x, int y)
+    {
+        return pixels.data() +
+               (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) *
+                   static_cast<std::size_t>(channels);
+    }
+    const float* pixel(int x, int y) const { return const_cast<Image*>(this)->pixel(x, y); }
+};
+
+// Text attributes written into a file's header.
+using ImageAttributes = std::map<std::string, std::string>;
+
+// Writes a picture in the format of the file name's extension: floats as they are for EXR and HDR (half
+// for EXR colours), sRGB-encoded 8 bits for PNG, JPEG and the like. The file appears whole or not at
+// all: it is written beside its place under a temporary name and renamed. Throws WorkError.
+void writeImage(const std::filesystem::path& file, const Image& image, const ImageAttributes& attributes);
+// Fails as writeImage would, before any work is done: unknown extension, folder missing or not writable.
+void checkImageCanBeWritten(const std::filesystem::path& file);
+
+enum class ColorSpace { Auto, Linear, Srgb };
+
+// Reads a picture as 4 floats a pixel (alpha 1 where the file has none), decoded to linear. Auto decodes
+// integer formats from sRGB and takes float formats as they are. Throws WorkError.
+Image readImage(const std::filesystem::path& file, ColorSpace colorSpace);
+
+} // namespace ombrix

@@ -1,0 +1,45 @@
+// The host's log: what plugins and the host itself say goes to standard error, and can be recorded.
+#pragma once
+
+#include <ombrix/renderer.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+enum class Verbosity { Quiet, Normal, Verbose };
+
+// Sets up the process's talk on standard error, through spdlog. Quiet shows errors alone, Verbose adds
+// informations and the debugger channel. Lines read "error: ...", "warning: ...", "info: ...".
+void setVerbosity(Verbosity verbosity);
+Verbosity verbosity();
+
+struct LogLine {
+    OUtils::LogLevel level;
+    std::string text;
+};
+
+// A renderer's log and progress text. Shows each line, and keeps it until it is taken.
+class RecordingLogger : public OUtils::RendererLogger, public OUtils::ProgressDisplay {
+public:
+    // With show false the lines are kept but not shown.
+    explicit RecordingLogger(bool show = true) : shown(show) {}
+
+    void log(OUtils::LogLevel level, const char* text) override;
+    void setText(const char* text) override;
+
+    // What was logged since the last call.
+    std::vector<LogLine> takeLines();
+    // The progress texts since the last call.
+    std::vector<std::string> takeProgress();
+
+private:
+    std::mutex mutex;
+    std::vector<LogLine> lines;
+    std::vector<std::string> progress;
+    bool shown;
+};
+
+} // namespace ombrix

@@ -1,0 +1,41 @@
+// Progress of long work on standard error, and its clean interruption.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <string>
+
+namespace ombrix {
+
+// A bar with the time left when standard error is a terminal, else a plain line every ten percent at
+// most. Quiet shows nothing. Thread-safe.
+class ProgressBar {
+public:
+    ProgressBar(std::string title, std::int64_t totalSteps);
+    ~ProgressBar();
+    void advance(std::int64_t steps = 1);
+    // Ends the display with a closing line that tells the time taken.
+    void finish();
+
+private:
+    void show(std::int64_t done, bool last);
+
+    std::string title;
+    std::int64_t total;
+    std::atomic<std::int64_t> done{0};
+    std::mutex mutex;
+    std::chrono::steady_clock::time_point start, lastShown;
+    bool finished = false;
+};
+
+// While one lives, Ctrl-C and SIGTERM ask for a clean end instead of ending the process; a second one
+// ends it at once.
+class InterruptGuard {
+public:
+    InterruptGuard();
+    ~InterruptGuard();
+    static bool interrupted();
+};
+
+} // namespace ombrix
