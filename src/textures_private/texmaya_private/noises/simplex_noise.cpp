@@ -1,0 +1,184 @@
+#include "simplex_noise.h"
+
+#include "simd_dispatch.h"
+#include "simplex_lanes.h"
+#include "simplex_noise_avx2.h"
+
+#include <cmath>
+#include <cstdint>
+
+namespace nezaiva {
+
+namespace {
+
+constexpr float kSmallestScale = 0.0001f;
+constexpr int kLanes = 4;
+
+// The points of an octave do not depend on the noise of the one before, so that four octaves are
+// evaluated together, one in each lane.
+struct alignas(16) OctaveBlock {
+    float x[kLanes] = {};
+    float y[kLanes] = {};
+    float noise[kLanes];
+
+    void evaluate()
+    {
+        if (hasAvx2())
+            simplexNoiseFourAvx2(x, y, noise);
+        else
+            _mm_store_ps(noise, simplexFour(_mm_load_ps(x), _mm_load_ps(y)));
+    }
+};
+
+// powf without the call where every argument gives 1, which the usual parameters often hit.
+float power(float base, float exponent)
+{
+    return base == 1.0f || exponent == 0.0f ? 1.0f : std::pow(base, exponent);
+}
+
+float clampToUnit(float value)
+{
+    return value > 0.0f ? (value < 1.0f ? value : 1.0f) : 0.0f;
+}
+
+// The distortion of the octaves, one after the other.
+class Distortion {
+public:
+    explicit Distortion(const SimplexOctaves& octaves)
+        : m_u(octaves.distortionU), m_v(octaves.distortionV), m_ratio(octaves.distortionRatio)
+    {
+    }
+    void next()
+    {
+        m_u *= m_ratio;
+        m_v *= m_ratio;
+    }
+    float u() const { return m_u; }
+    float v() const { return m_v; }
+
+private:
+    float m_u, m_v, m_ratio;
+};
+
+int blockLength(std::int64_t remaining)
+{
+    return static_cast<int>(remaining < kLanes ? remaining : kLanes);
+}
+
+} // namespace
+
+float simplexNoise(float x, float y)
+{
+    return hasAvx2() ? simplexNoiseAvx2(x, y) : simplexOne(x, y);
+}
+
+float simplexFractal(float x, float y, const SimplexOctaves& octaves)
+{
+    const std::int64_t terms = static_cast<std::int64_t>(octaves.octaves) + 1;
+    Distortion distortion(octaves);
+    float amplitude = octaves.amplitude;
+    float frequency = octaves.frequency;
+    float sum = 0.0f;
+    for (std::int64_t first = 0; first < terms; first += kLanes) {
+        const int length = blockLength(terms - first);
+        OctaveBlock block;
+        float amplitudes[kLanes];
+        float powers[kLanes];
+        for (int lane = 0; lane < length; ++lane) {
+            distortion.next();
+            block.x[lane] = x + distortion.u();
+            block.y[lane] = y + distortion.v();
+            amplitudes[lane] = amplitude;
+            powers[lane] = power(frequency, -amplitude * static_cast<float>(first + lane));
+            // Kept as is: the axes swap from octave to octave.
+            const float swapped = y * frequency - 0.02f;
+            y = 0.3f + x * frequency;
+            x = swapped;
+            amplitude *= octaves.ratio;
+            frequency *= octaves.frequencyRatio;
+        }
+        block.evaluate();
+        for (int lane = 0; lane < length; ++lane)
+            sum += block.noise[lane] * amplitudes[lane] * powers[lane];
+    }
+    return 0.5f + sum * 0.5f;
+}
+
+float simplexRidged(float x, float y, const SimplexOctaves& octaves)
+{
+    const std::int64_t terms = octaves.octaves > 1 ? octaves.octaves : 1;
+    Distortion distortion(octaves);
+    float frequency = octaves.frequency;
+    float signal = 0.0f;
+    float sum = 0.0f;
+    for (std::int64_t first = 0; first < terms; first += kLanes) {
+        const int length = blockLength(terms - first);
+        OctaveBlock block;
+        float gains[kLanes];
+        for (int lane = 0; lane < length; ++lane) {
+            if (first + lane == 0) { // the first term: no distortion, no scaling, no gain
+                block.x[0] = x;
+                block.y[0] = y;
+                continue;
+            }
+            x *= frequency;
+            y *= frequency;
+            distortion.next();
+            block.x[lane] = x + distortion.u();
+            block.y[lane] = y + distortion.v();
+            gains[lane] = power(frequency, -octaves.ratio) * octaves.amplitude;
+            frequency *= octaves.frequencyRatio;
+        }
+        block.evaluate();
+        for (int lane = 0; lane < length; ++lane) {
+            const float q = 1.0f - std::fabs(block.noise[lane]);
+            if (first + lane == 0) {
+                signal = q * q;
+                sum = signal;
+            } else {
+                signal = clampToUnit(signal * octaves.frequencyRatio) * (q * q);
+                sum += gains[lane] * signal;
+            }
+        }
+    }
+    return 0.5f + sum * 0.5f;
+}
+
+float simplexCellular(float x, float y, float amplitude, float frequency)
+{
+    const float smallest = hasAvx2() ? simplexCellularAvx2(x, y, frequency) : cellularOne(x, y, frequency);
+    return smallest * amplitude;
+}
+
+float simplexTexture(float u, float v, const SimplexTextureValues& values)
+{
+    const SimplexOctaves& octaves = values.octaves;
+    const float scale = values.scale <= kSmallestScale ? 0.0f : values.scale;
+    float x = u * scale;
+    float y = v * scale;
+    float r = 0.0f;
+    switch (values.noiseType) {
+    case kSimplexFractalNoise:
+        r = simplexFractal(x, y, octaves);
+        r = r > 0.0f ? r : 0.0f;
+        break;
+    case kSimplexCellularNoise:
+        if (octaves.distortionRatio > 0.0f) {
+            x += octaves.distortionU * octaves.distortionRatio;
+            y += (octaves.distortionV + 0.2f) * octaves.distortionRatio;
+        }
+        r = simplexCellular(x, y, octaves.amplitude, octaves.frequency);
+        break;
+    case kSimplexRidgedNoise:
+        r = simplexRidged(x, y, octaves);
+        break;
+    default:
+        break;
+    }
+    r += values.threshold;
+    // Kept as is: a gamma of 1 or more does nothing.
+    if (values.gamma > 0.0f && values.gamma < 1.0f) r = std::pow(r, 1.0f / values.gamma);
+    return r > 0.0f ? r : 0.0f;
+}
+
+} // namespace nezaiva
