@@ -5,6 +5,12 @@ find_package(CLI11 2.1 REQUIRED)
 find_package(fmt 9 REQUIRED)
 find_package(spdlog 1.9 REQUIRED)
 find_package(OpenImageIO 2.4 REQUIRED)
+# Debian's package names the folder of an optional dependency that it does not ask for.
+get_target_property(_oiio_includes OpenImageIO::OpenImageIO INTERFACE_INCLUDE_DIRECTORIES)
+list(FILTER _oiio_includes EXCLUDE REGEX "opencv")
+set_target_properties(OpenImageIO::OpenImageIO PROPERTIES
+    INTERFACE_INCLUDE_DIRECTORIES "${_oiio_includes}"
+    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES "${_oiio_includes}")
 find_package(embree 3 REQUIRED)
 find_package(TBB REQUIRED)
 find_package(tinyobjloader REQUIRED)
