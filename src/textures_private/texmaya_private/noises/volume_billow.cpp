@@ -1,0 +1,17 @@
+#include "volume_lanes_base.h"
+
+#include "volume_billow_body.h"
+
+namespace nezaiva {
+
+float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, VolumePoint point, float time)
+{
+    return billow<true>(tables, noise, point, time);
+}
+
+float billow2dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time)
+{
+    return billow<false>(tables, noise, {x, y, 0.0f}, time);
+}
+
+} // namespace nezaiva

@@ -1,0 +1,19 @@
+// Compiled for AVX2, so it includes nothing that emits a shared inline function.
+
+#include "volume_lanes_avx2.h"
+
+#include "volume_billow_body.h"
+
+namespace nezaiva {
+
+float billow3dAvx2(const VolumeTables& tables, const BillowVolume& noise, VolumePoint point, float time)
+{
+    return billow<true>(tables, noise, point, time);
+}
+
+float billow2dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time)
+{
+    return billow<false>(tables, noise, {x, y, 0.0f}, time);
+}
+
+} // namespace nezaiva

@@ -1,0 +1,19 @@
+// Compiled for AVX2, so it includes nothing that emits a shared inline function.
+
+#include "volume_lanes_avx2.h"
+
+#include "volume_cosine_body.h"
+
+namespace nezaiva {
+
+float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, VolumePoint point, float time)
+{
+    return cosine3d(tables, noise, point, time);
+}
+
+float cosine2dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)
+{
+    return cosine2d(tables, noise, x, y, time);
+}
+
+} // namespace nezaiva

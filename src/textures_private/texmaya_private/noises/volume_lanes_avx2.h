@@ -1,0 +1,134 @@
+// Eight float lanes on an AVX2 register. The counterpart of volume_lanes_base.h: the same names, the
+// same operations, the same bits. For sources compiled for AVX2 only.
+//
+// Everything is in an unnamed namespace, so that each source that includes it has its own copy.
+#pragma once
+
+#include "volume_trig.h"
+
+#include <immintrin.h>
+
+namespace nezaiva {
+namespace {
+
+using Four = __m128;
+using Eight = __m256; // its arithmetic operators are those of the compiler, lane by lane
+
+inline Eight combine(Four low, Four high)
+{
+    return _mm256_set_m128(high, low);
+}
+inline Four lowHalf(Eight a)
+{
+    return _mm256_castps256_ps128(a);
+}
+inline Four highHalf(Eight a)
+{
+    return _mm256_extractf128_ps(a, 1);
+}
+inline Eight broadcast(float value)
+{
+    return _mm256_set1_ps(value);
+}
+inline Eight load(const float* eight)
+{
+    return _mm256_loadu_ps(eight);
+}
+inline Eight load(const float* low, const float* high)
+{
+    return _mm256_loadu2_m128(high, low);
+}
+
+inline Eight squareRoot(Eight a)
+{
+    return _mm256_sqrt_ps(a);
+}
+inline Eight bitAnd(Eight a, Eight b)
+{
+    return _mm256_and_ps(a, b);
+}
+
+// All bits of a lane where the comparison holds; none for a NaN.
+inline Eight less(Eight a, Eight b)
+{
+    return _mm256_cmp_ps(a, b, _CMP_LT_OQ);
+}
+inline Eight lessEqual(Eight a, Eight b)
+{
+    return _mm256_cmp_ps(a, b, _CMP_LE_OQ);
+}
+
+inline Eight choose(Eight mask, Eight a, Eight b)
+{
+    return _mm256_blendv_ps(b, a, mask);
+}
+
+// The same lane of each half in all four of its lanes.
+template <int Lane>
+Four spread(Four a)
+{
+    return _mm_permute_ps(a, Lane * 0x55);
+}
+template <int Lane>
+Eight spread(Eight a)
+{
+    return _mm256_permute_ps(a, Lane * 0x55);
+}
+
+// Truncation of lanes within the range of 32 bits.
+inline Eight truncated(Eight a)
+{
+    return _mm256_cvtepi32_ps(_mm256_cvttps_epi32(a));
+}
+
+// a - floor(a), 0 for what is not finite: the maximum of a NaN and 0 is its second operand.
+inline Four unitFraction(Four a)
+{
+    return _mm_max_ps(_mm_sub_ps(a, _mm_floor_ps(a)), _mm_setzero_ps());
+}
+inline Eight unitFraction(Eight a)
+{
+    return _mm256_max_ps(_mm256_sub_ps(a, _mm256_floor_ps(a)), _mm256_setzero_ps());
+}
+
+// The cells of two times four coordinates on a lattice of 32, as the offsets of their corners: the
+// sum of each cell times its stride. The cell 32, to which the largest fractions round, is cell 0.
+struct CornerOffsets {
+    int low, high;
+};
+inline CornerOffsets cornerOffsets(Eight cells, int stride0, int stride1, int stride2)
+{
+    const __m256i wrapped = _mm256_and_si256(_mm256_cvttps_epi32(cells), _mm256_set1_epi32(31));
+    const __m256i strides = _mm256_setr_epi32(stride0, stride1, stride2, 0, stride0, stride1, stride2, 0);
+    const __m256i parts = _mm256_madd_epi16(wrapped, strides);
+    const __m256i pairs = _mm256_add_epi32(parts, _mm256_shuffle_epi32(parts, 0xB1));
+    const __m256i sums = _mm256_add_epi32(pairs, _mm256_shuffle_epi32(pairs, 0x4E));
+    return {_mm_cvtsi128_si32(_mm256_castsi256_si128(sums)),
+            _mm_cvtsi128_si32(_mm256_extracti128_si256(sums, 1))};
+}
+
+// 0.25 - |u| for the turns u of each angle, whole turns taken off; for |angle| <= kLargestPlainAngle.
+inline Four quarterLessTurns(Four angles)
+{
+    const __m256d turns = _mm256_mul_pd(_mm256_cvtps_pd(angles), _mm256_set1_pd(kTurnsPerRadian));
+    const __m256d magic = _mm256_set1_pd(kRoundToWhole);
+    const __m256d rest = _mm256_sub_pd(turns, _mm256_sub_pd(_mm256_add_pd(turns, magic), magic));
+    return _mm256_cvtpd_ps(_mm256_sub_pd(_mm256_set1_pd(0.25), _mm256_andnot_pd(_mm256_set1_pd(-0.0), rest)));
+}
+inline Eight quarterLessTurns(Eight angles)
+{
+    return combine(quarterLessTurns(lowHalf(angles)), quarterLessTurns(highHalf(angles)));
+}
+
+inline bool anyLane(Eight mask)
+{
+    return _mm256_movemask_ps(mask) != 0;
+}
+
+inline void store(float* eight, Eight a)
+{
+    _mm256_storeu_ps(eight, a);
+}
+
+} // namespace
+} // namespace nezaiva

@@ -1,0 +1,175 @@
+// Eight float lanes on two SSE2 registers, which every x86-64 processor has. The counterpart of
+// volume_lanes_avx2.h: the same names, the same operations, the same bits. The bodies of the volume
+// kernels are written once, on these names.
+//
+// Everything is in an unnamed namespace, so that each source that includes it has its own copy.
+#pragma once
+
+#include "volume_trig.h"
+
+#include <emmintrin.h>
+
+namespace nezaiva {
+namespace {
+
+using Four = __m128;
+struct Eight {
+    __m128 low, high;
+};
+
+inline Eight combine(Four low, Four high)
+{
+    return {low, high};
+}
+inline Four lowHalf(Eight a)
+{
+    return a.low;
+}
+inline Four highHalf(Eight a)
+{
+    return a.high;
+}
+inline Eight broadcast(float value)
+{
+    return {_mm_set1_ps(value), _mm_set1_ps(value)};
+}
+inline Eight load(const float* eight)
+{
+    return {_mm_loadu_ps(eight), _mm_loadu_ps(eight + 4)};
+}
+inline Eight load(const float* low, const float* high)
+{
+    return {_mm_loadu_ps(low), _mm_loadu_ps(high)};
+}
+
+inline Eight operator+(Eight a, Eight b)
+{
+    return {_mm_add_ps(a.low, b.low), _mm_add_ps(a.high, b.high)};
+}
+inline Eight operator-(Eight a, Eight b)
+{
+    return {_mm_sub_ps(a.low, b.low), _mm_sub_ps(a.high, b.high)};
+}
+inline Eight operator*(Eight a, Eight b)
+{
+    return {_mm_mul_ps(a.low, b.low), _mm_mul_ps(a.high, b.high)};
+}
+inline Eight operator/(Eight a, Eight b)
+{
+    return {_mm_div_ps(a.low, b.low), _mm_div_ps(a.high, b.high)};
+}
+
+inline Eight squareRoot(Eight a)
+{
+    return {_mm_sqrt_ps(a.low), _mm_sqrt_ps(a.high)};
+}
+inline Eight bitAnd(Eight a, Eight b)
+{
+    return {_mm_and_ps(a.low, b.low), _mm_and_ps(a.high, b.high)};
+}
+
+// All bits of a lane where the comparison holds; none for a NaN.
+inline Eight less(Eight a, Eight b)
+{
+    return {_mm_cmplt_ps(a.low, b.low), _mm_cmplt_ps(a.high, b.high)};
+}
+inline Eight lessEqual(Eight a, Eight b)
+{
+    return {_mm_cmple_ps(a.low, b.low), _mm_cmple_ps(a.high, b.high)};
+}
+
+inline Four choose(Four mask, Four a, Four b)
+{
+    return _mm_or_ps(_mm_and_ps(mask, a), _mm_andnot_ps(mask, b));
+}
+inline Eight choose(Eight mask, Eight a, Eight b)
+{
+    return {choose(mask.low, a.low, b.low), choose(mask.high, a.high, b.high)};
+}
+
+// The same lane of each half in all four of its lanes.
+template <int Lane>
+Four spread(Four a)
+{
+    return _mm_shuffle_ps(a, a, Lane * 0x55);
+}
+template <int Lane>
+Eight spread(Eight a)
+{
+    return {spread<Lane>(a.low), spread<Lane>(a.high)};
+}
+
+// Truncation of lanes within the range of 32 bits.
+inline Four truncated(Four a)
+{
+    return _mm_cvtepi32_ps(_mm_cvttps_epi32(a));
+}
+inline Eight truncated(Eight a)
+{
+    return {truncated(a.low), truncated(a.high)};
+}
+
+// a - floor(a), 0 for what is not finite. From 2^23 on a float is whole.
+inline Four unitFraction(Four a)
+{
+    const Four small = _mm_cmplt_ps(_mm_andnot_ps(_mm_set1_ps(-0.0f), a), _mm_set1_ps(8388608.0f));
+    const Four bounded = _mm_and_ps(a, small);
+    const Four whole = truncated(bounded);
+    const Four below = _mm_and_ps(_mm_cmpgt_ps(whole, bounded), _mm_set1_ps(1.0f));
+    return _mm_max_ps(_mm_sub_ps(bounded, _mm_sub_ps(whole, below)), _mm_setzero_ps());
+}
+inline Eight unitFraction(Eight a)
+{
+    return {unitFraction(a.low), unitFraction(a.high)};
+}
+
+// The cells of four coordinates on a lattice of 32, as the offset of their corner: the sum of each
+// cell times its stride. The cell 32, to which the largest fractions round, is cell 0.
+inline int cornerOffset(Four cells, int stride0, int stride1, int stride2)
+{
+    const __m128i wrapped = _mm_and_si128(_mm_cvttps_epi32(cells), _mm_set1_epi32(31));
+    const __m128i parts = _mm_madd_epi16(wrapped, _mm_setr_epi32(stride0, stride1, stride2, 0));
+    const __m128i pairs = _mm_add_epi32(parts, _mm_shuffle_epi32(parts, 0xB1));
+    return _mm_cvtsi128_si32(_mm_add_epi32(pairs, _mm_shuffle_epi32(pairs, 0x4E)));
+}
+struct CornerOffsets {
+    int low, high;
+};
+inline CornerOffsets cornerOffsets(Eight cells, int stride0, int stride1, int stride2)
+{
+    return {cornerOffset(cells.low, stride0, stride1, stride2),
+            cornerOffset(cells.high, stride0, stride1, stride2)};
+}
+
+// 0.25 - |u| for the turns u of each angle, whole turns taken off; for |angle| <= kLargestPlainAngle.
+inline __m128d quarterLessTurns(__m128d angles)
+{
+    const __m128d turns = _mm_mul_pd(angles, _mm_set1_pd(kTurnsPerRadian));
+    const __m128d magic = _mm_set1_pd(kRoundToWhole);
+    const __m128d rest = _mm_sub_pd(turns, _mm_sub_pd(_mm_add_pd(turns, magic), magic));
+    return _mm_sub_pd(_mm_set1_pd(0.25), _mm_andnot_pd(_mm_set1_pd(-0.0), rest));
+}
+inline Four quarterLessTurns(Four angles)
+{
+    const __m128 low = _mm_cvtpd_ps(quarterLessTurns(_mm_cvtps_pd(angles)));
+    const __m128 high = _mm_cvtpd_ps(quarterLessTurns(_mm_cvtps_pd(_mm_movehl_ps(angles, angles))));
+    return _mm_movelh_ps(low, high);
+}
+inline Eight quarterLessTurns(Eight angles)
+{
+    return {quarterLessTurns(angles.low), quarterLessTurns(angles.high)};
+}
+
+inline bool anyLane(Eight mask)
+{
+    return (_mm_movemask_ps(mask.low) | _mm_movemask_ps(mask.high)) != 0;
+}
+
+inline void store(float* eight, Eight a)
+{
+    _mm_storeu_ps(eight, a.low);
+    _mm_storeu_ps(eight + 4, a.high);
+}
+
+} // namespace
+} // namespace nezaiva

@@ -1,0 +1,17 @@
+#include "volume_lanes_base.h"
+
+#include "volume_perlin_body.h"
+
+namespace nezaiva {
+
+float perlin3dBase(const VolumeTables& tables, const PerlinVolume& noise, VolumePoint point, float time)
+{
+    return perlin3d(tables, noise, point, time);
+}
+
+float perlin2dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time)
+{
+    return perlin2d(tables, noise, x, y, time);
+}
+
+} // namespace nezaiva
