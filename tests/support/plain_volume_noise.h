@@ -3,12 +3,11 @@
 // benchmarks; it shares the records and the random table with the kernels, and no arithmetic.
 #pragma once
 
-#include "textures_private/texmaya_private/noises/random_tables.h"
+#include "support/plain_volume_lattice.h"
 #include "textures_private/texmaya_private/noises/volume_noise.h"
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 
 namespace plain {
 
@@ -18,96 +17,12 @@ using nezaiva::PerlinVolume;
 using nezaiva::VolumePlacement;
 using nezaiva::VolumePoint;
 
-inline float randomValue(int i)
-{
-    int m = std::abs(i);
-    if (m >= 65535) m = m % 65535;
-    return nezaiva::randomTable[m];
-}
-
-// The lattice.
-
-struct Cell {
-    int index;
-    float fraction;
-};
-
-inline Cell cellOf(double d, float period)
-{
-    if (d > 1e9) d = 0.0;
-    if (!std::isfinite(d)) return {0, 0.0f};
-    const double i = std::floor(d);
-    const float f = static_cast<float>(d - i) * period;
-    const int c = static_cast<int>(f);
-    return {c, f - static_cast<float>(c)};
-}
-
-inline float spline(float a, float b, float c, float t)
-{
-    return a + b + ((a - 2.0f * b + c) * t - 2.0f * (a - b)) * t;
-}
-
-inline float latticeNoise2(float x, float y)
-{
-    const Cell cx = cellOf(static_cast<double>(x), 32.0f);
-    const Cell cy = cellOf(static_cast<double>(y), 32.0f);
-    float rows[3];
-    for (int j = 0; j < 3; ++j) {
-        const int row = ((cy.index + j - 1) & 31) << 5;
-        float values[3];
-        for (int i = 0; i < 3; ++i) values[i] = randomValue(((cx.index + i - 1) & 31) | row);
-        rows[j] = spline(values[0], values[1], values[2], cx.fraction);
-    }
-    return spline(rows[0], rows[1], rows[2], cy.fraction) * 0.25f;
-}
-
-// The spline along x, y and z over the values that value(index) gives to the 27 grid points.
-template <class Value>
-float splineOver27(const Cell& cx, const Cell& cy, const Cell& cz, const Value& value)
-{
-    float planes[3];
-    for (int k = 0; k < 3; ++k) {
-        const int plane = ((cz.index + k - 1) & 31) << 10;
-        float rows[3];
-        for (int j = 0; j < 3; ++j) {
-            const int row = plane | ((cy.index + j - 1) & 31) << 5;
-            float values[3];
-            for (int i = 0; i < 3; ++i) values[i] = value(((cx.index + i - 1) & 31) | row);
-            rows[j] = spline(values[0], values[1], values[2], cx.fraction);
-        }
-        planes[k] = spline(rows[0], rows[1], rows[2], cy.fraction);
-    }
-    return spline(planes[0], planes[1], planes[2], cz.fraction);
-}
-
-inline float latticeNoise3(float x, float y, float z)
-{
-    return splineOver27(cellOf(static_cast<double>(x), 32.0f), cellOf(static_cast<double>(y), 32.0f),
-                        cellOf(static_cast<double>(z), 32.0f),
-                        [](int index) { return randomValue(index); }) *
-           0.125f;
-}
-
-inline float latticeNoise4(float x, float y, float z, float w, int period)
-{
-    const Cell cw = cellOf(static_cast<double>(w), static_cast<float>(period < 60000 ? period : 60000));
-    const float m0 = (randomValue(cw.index) + 1.0f) * 21568.16f;
-    const float m1 = (randomValue(cw.index + 1) + 1.0f) * 21568.16f;
-    const float m2 = (randomValue(cw.index + 2) + 1.0f) * 21568.16f;
-    const auto fraction = [](float a) { return a - static_cast<float>(static_cast<int>(a)); };
-    const auto value = [&](int index) {
-        const float c = randomValue(index) + 2.0f;
-        return spline(fraction(m0 * c), fraction(m1 * c), fraction(m2 * c), cw.fraction);
-    };
-    return splineOver27(cellOf(static_cast<double>(x), 32.0f), cellOf(static_cast<double>(y), 32.0f),
-                        cellOf(static_cast<double>(z), 32.0f), value) *
-               0.125f -
-           1.0f;
-}
-
 // Warp and scale.
 
-inline float orTiny(float component) { return component == 0.0f ? 1e-6f : component; }
+inline float orTiny(float component)
+{
+    return component == 0.0f ? 1e-6f : component;
+}
 
 inline VolumePoint place(const VolumePlacement& placement, VolumePoint p, bool three)
 {
@@ -121,7 +36,8 @@ inline VolumePoint place(const VolumePlacement& placement, VolumePoint p, bool t
     const float f = placement.frequencyFactor;
     VolumePoint q{p.x * f, p.y * f, p.z * f};
     if (placement.hasScale) {
-        q = {q.x / orTiny(placement.scale.x), q.y / orTiny(placement.scale.y), q.z / orTiny(placement.scale.z)};
+        q = {q.x / orTiny(placement.scale.x), q.y / orTiny(placement.scale.y),
+             q.z / orTiny(placement.scale.z)};
     }
     if (placement.hasOrigin) {
         q = {q.x + placement.origin.x, q.y + placement.origin.y, q.z + placement.origin.z};
@@ -134,7 +50,10 @@ inline float lacunarity(const nezaiva::VolumeFractal& fractal)
     return fractal.frequencyRatio <= 0.0f ? 1.0f : fractal.frequencyRatio;
 }
 
-inline float capped(float r) { return r > 1.0f ? 1.0f : r; }
+inline float capped(float r)
+{
+    return r > 1.0f ? 1.0f : r;
+}
 
 // A direction from the table at n and behind; n is left where the search ended.
 
@@ -206,17 +125,19 @@ inline float perlin3d(const PerlinVolume& noise, VolumePoint p, float t)
         VolumePoint q{x + sx, y + sy, z + sz};
         float v;
         if (!noise.wispy) {
-            v = perlinLevel3d(noise, q, t, level);
+            v = plain::perlinLevel3d(noise, q, t, level);
         } else {
             const VolumePoint dir = levelDirection3(level);
             const float s = t * 0.01875f + static_cast<float>(level) * 0.5f;
             const float w =
-                latticeNoise3(q.x * 0.1f + s * dir.x, q.y * 0.1f + s * dir.y, q.z * 0.1f + s * dir.z) * 0.3125f;
+                latticeNoise3(q.x * 0.1f + s * dir.x, q.y * 0.1f + s * dir.y, q.z * 0.1f + s * dir.z) *
+                0.3125f;
             x += dir.x * w * 0.5f;
             y += dir.y * w * 0.5f;
             z += dir.z * w * 0.5f;
             q = {q.x + dir.x * w, q.y + dir.y * w, q.z + dir.z * w};
-            v = noise.timeNoise ? latticeNoise4(q.x, q.y, q.z, t, noise.timePeriod) : latticeNoise3(q.x, q.y, q.z);
+            v = noise.timeNoise ? latticeNoise4(q.x, q.y, q.z, t, noise.timePeriod)
+                                : latticeNoise3(q.x, q.y, q.z);
         }
         if (noise.fractal.inflection) v = std::fabs(v);
         sum += v * amp;
@@ -240,7 +161,7 @@ inline float perlin2d(const PerlinVolume& noise, float x, float y, float t)
         float qx = x + sx, qy = y + sy;
         float v;
         if (!noise.wispy) {
-            v = perlinLevel2d(noise, qx, qy, t, level);
+            v = plain::perlinLevel2d(noise, qx, qy, t, level);
         } else {
             const VolumePoint dir = levelDirection2(level);
             const float s = t * 0.01875f + static_cast<float>(level) * 0.5f;
@@ -289,7 +210,10 @@ inline BillowTerms billowTerms(const BillowVolume& noise)
     return {dens, noise.randomness * 0.5f, 2.0f / dens, noise.spottyness, noise.sizeRand, noise.falloff};
 }
 
-inline float billowAngle(int index, float turn) { return randomValue(index) * 6.2831855f + turn; }
+inline float billowAngle(int index, float turn)
+{
+    return randomValue(index) * 6.2831855f + turn;
+}
 
 // Adds one blob to the cell sum. D is the squared distance times inv; v keeps its value from blob to
 // blob when the fall-off is none of the four.
@@ -300,15 +224,22 @@ inline void addBlob(const BillowTerms& terms, float D, int sizeIndex, int spotIn
     }
     if (!(D < 1.0f)) return;
     switch (terms.falloff) {
-    case 0: v = 1.0f - std::sqrt(D); break;
-    case 1: v = D * (2.0f * std::sqrt(D) - 3.0f) + 1.0f; break;
-    case 2: v = 1.0f - D; break;
+    case 0:
+        v = 1.0f - std::sqrt(D);
+        break;
+    case 1:
+        v = D * (2.0f * std::sqrt(D) - 3.0f) + 1.0f;
+        break;
+    case 2:
+        v = 1.0f - D;
+        break;
     case 3: {
         const float E = D * 1.1f;
         v = E <= 1.0f ? E : 1.0f - (E - 1.0f) * 10.0f;
         break;
     }
-    default: break;
+    default:
+        break;
     }
     if (terms.spot > 0.0f) v *= (randomValue(spotIndex) + 1.0f) * terms.spot + (1.0f - terms.spot);
     cellSum += v;
@@ -324,7 +255,8 @@ inline float billow3d(const BillowVolume& noise, VolumePoint p, float t)
         sx += 0.021f;
         sy += 0.33f;
         sz += 0.011f;
-        const Cell cx = billowCell(p.x * fx + sx), cy = billowCell(p.y * fy + sy), cz = billowCell(p.z * fz + sz);
+        const Cell cx = billowCell(p.x * fx + sx), cy = billowCell(p.y * fy + sy),
+                   cz = billowCell(p.z * fz + sz);
         float cellSum = 0.0f, v = 0.0f;
         if (!(terms.dens < 0.0001f)) {
             for (int k = -1; k <= 1; ++k) {
@@ -336,8 +268,8 @@ inline float billow3d(const BillowVolume& noise, VolumePoint p, float t)
                                          std::sin(billowAngle(b, 2.0f * t)) * terms.half;
                         const float dy = (cy.fraction - static_cast<float>(j)) -
                                          std::cos(billowAngle(b + 1, 1.5f * t)) * terms.half;
-                        const float dz =
-                            (cz.fraction - static_cast<float>(k)) - std::cos(billowAngle(b + 2, t)) * terms.half;
+                        const float dz = (cz.fraction - static_cast<float>(k)) -
+                                         std::cos(billowAngle(b + 2, t)) * terms.half;
                         addBlob(terms, (dx * dx + dy * dy + dz * dz) * terms.inv, b + 3, b + 4, v, cellSum);
                     }
                 }
@@ -370,10 +302,10 @@ inline float billow2d(const BillowVolume& noise, float x, float y, float t)
             for (int j = -1; j <= 1; ++j) {
                 for (int i = -1; i <= 1; ++i) {
                     const int b = wrapped20(cy.index + j) * 20 + wrapped20(cx.index + i);
-                    const float dx =
-                        (cx.fraction - static_cast<float>(i)) - std::sin(billowAngle(b, 2.0f * t)) * terms.half;
-                    const float dy =
-                        (cy.fraction - static_cast<float>(j)) - std::cos(billowAngle(b + 1, 1.5f * t)) * terms.half;
+                    const float dx = (cx.fraction - static_cast<float>(i)) -
+                                     std::sin(billowAngle(b, 2.0f * t)) * terms.half;
+                    const float dy = (cy.fraction - static_cast<float>(j)) -
+                                     std::cos(billowAngle(b + 1, 1.5f * t)) * terms.half;
                     addBlob(terms, (dx * dx + dy * dy) * terms.inv, b + 2, b + 3, v, cellSum);
                 }
             }
@@ -411,8 +343,8 @@ inline float cosine3d(const CosineVolume& noise, VolumePoint p, float t)
             const VolumePoint dir = direction3(n);
             const float ph = randomValue(n + 3);
             n += 4;
-            value += std::cos(ph * kPi + t * kPi + dir.x * (X0 * fx + sx) * kTwoPi + dir.y * (Y0 * fy + sy) * kTwoPi +
-                              dir.z * ((Z0 * fz + sz) * kTwoPi));
+            value += std::cos(ph * kPi + t * kPi + dir.x * (X0 * fx + sx) * kTwoPi +
+                              dir.y * (Y0 * fy + sy) * kTwoPi + dir.z * ((Z0 * fz + sz) * kTwoPi));
         }
         value /= static_cast<float>(waves);
         if (noise.fractal.inflection) value = std::fabs(value);
