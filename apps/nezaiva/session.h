@@ -1,0 +1,40 @@
+// What several commands begin with: the talk's verbosity, the libraries, a scene.
+#pragma once
+
+#include "apps/nezaiva/commands.h"
+#include "host/plugins/registry.h"
+#include "host/scene/scene.h"
+
+#include <memory>
+#include <string>
+
+// Thrown when the call or a file's contents are wrong; main prints the message as an "error: " line,
+// unless it is empty because the errors stand on standard error already, and exits with kWrongInput.
+struct WrongInput {
+    std::string message;
+};
+
+// Sets the verbosity and loads the libraries that the command line asks for, or the default ones.
+// Throws LibraryError.
+void loadLibraries(const CommandLine& commandLine, ombrix::PluginRegistry& registry);
+
+// Reads a scene and prints its warnings and errors. Never null. Throws WrongInput when the scene holds
+// errors, WorkError when the file cannot be read.
+std::unique_ptr<ombrix::Scene> loadScene(const std::string& file, ombrix::PluginRegistry& registry);
+
+// settings.threads, or the number of processors for 0.
+int renderThreads(const ombrix::SceneSettings& settings);
+
+// Splits "name" or "name.output" as a reference in a scene does. Throws WrongInput, with the nearest
+// name, when the scene has no such plugin or the plugin no such output.
+struct SceneObject {
+    const ombrix::PluginInstance* instance = nullptr;
+    OUtils::PluginInterface* output = nullptr; // null: the plugin itself
+
+    // The interface of the plugin or of its output; null when it is not offered.
+    OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) const;
+};
+SceneObject findSceneObject(const ombrix::Scene& scene, const std::string& reference);
+
+// Writes data to standard output. Throws WorkError when it does not take it all.
+void writeToStandardOutput(const std::string& text);
