@@ -1,0 +1,61 @@
+// The output parameters of CommonTexture: each reads the texture that it lives in.
+#pragma once
+
+#include <ombrix/gpu_source.h>
+#include <ombrix/texture_interfaces.h>
+
+namespace nezaiva {
+
+using namespace OUtils;
+
+// The mean of red, green and blue, as textures compute it.
+inline float intensity(const AColor& color)
+{
+    return (color.r + color.g + color.b) * 0.33333334f;
+}
+// Maya's luminance weights.
+inline float luminance(const AColor& color)
+{
+    return 0.3f * color.r + 0.59f * color.g + 0.11f * color.b;
+}
+
+// One minus the alpha, as an opaque grey.
+class CommonTransparencyTex : public PluginBase, public TextureInterface, public RTTexInterface {
+public:
+    PluginBase* getPlugin() override { return this; }
+    PluginInterface* getInterface(InterfaceId id) override;
+    AColor* evalColor(AColor* result, const OmbrixContext& context) override;
+    void evalColorBounds(AColor* lower, AColor* upper) override;
+    AColor* evalColorGradient(AColor* result, const OmbrixContext& context) override;
+    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                  OCLData& data) override;
+
+    TextureInterface* parent = nullptr;
+};
+
+class CommonAlphaTex : public PluginBase, public TextureFloatInterface, public RTTexInterface {
+public:
+    PluginBase* getPlugin() override { return this; }
+    PluginInterface* getInterface(InterfaceId id) override;
+    float evalFloat(const OmbrixContext& context) override;
+    void evalFloatBounds(float* lower, float* upper) override;
+    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                  OCLData& data) override;
+
+    TextureInterface* parent = nullptr;
+};
+
+class CommonIntensTex : public PluginBase, public TextureFloatInterface, public RTTexInterface {
+public:
+    PluginBase* getPlugin() override { return this; }
+    PluginInterface* getInterface(InterfaceId id) override;
+    float evalFloat(const OmbrixContext& context) override;
+    void evalFloatBounds(float* lower, float* upper) override;
+    AColor* evalFloatGradient(AColor* result, const OmbrixContext& context) override;
+    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                  OCLData& data) override;
+
+    TextureInterface* parent = nullptr;
+};
+
+} // namespace nezaiva

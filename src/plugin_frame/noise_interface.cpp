@@ -1,0 +1,23 @@
+#include "plugin_frame/noise_interface.h"
+
+namespace nezaiva {
+
+NoiseInterface* acquireSharedNoise(OmbrixRenderer& renderer)
+{
+    auto* noise = static_cast<NoiseInterface*>(renderer.getInterface(EXT_COMMON_TEXTURE_NOISE));
+    if (!noise) {
+        noise = new NoiseInterface;
+        renderer.addInterface(noise, 0);
+    }
+    ++noise->references;
+    return noise;
+}
+
+void releaseSharedNoise(NoiseInterface* noise, OmbrixRenderer& renderer)
+{
+    if (!noise || --noise->references > 0) return;
+    renderer.removeInterface(noise);
+    delete noise;
+}
+
+} // namespace nezaiva
