@@ -16,30 +16,30 @@ namespace OUtils {
 
 class Plugin : public PluginBase {
 public:
-    ~Plugin() override { delete[] name; }
+    ~Plugin() override { delete[] pluginName; }
 
     virtual PluginDesc* getPluginDesc() { return nullptr; }
     // Keeps a copy of the text; null clears it.
     virtual void setPluginName(const char* newName)
     {
-        delete[] name;
-        name = nullptr;
+        delete[] pluginName;
+        pluginName = nullptr;
         if (!newName) return;
         const std::size_t size = std::strlen(newName) + 1;
-        name = new char[size];
-        std::memcpy(name, newName, size);
+        pluginName = new char[size];
+        std::memcpy(pluginName, newName, size);
     }
     // The scene's name of this instance, owned by it; null until one is set.
-    const char* getPluginName() const { return name; }
+    const char* getPluginName() const { return pluginName; }
 
 private:
     [[maybe_unused]] std::int64_t reserved = -1;
-    char* name = nullptr;
+    char* pluginName = nullptr;
 };
 
 // The life of a plugin. The host calls, on one thread: renderBegin; for each frame frameBegin, the
 // evaluations (on all render threads), frameEnd; renderEnd.
-class OmbrixPluginInterface : public PluginInterface {
+class OMBRIX_API OmbrixPluginInterface : public PluginInterface {
 public:
     // The instance's parameter list is made from the descriptor's declarations, if it has any.
     explicit OmbrixPluginInterface(OmbrixPluginDesc* desc)
@@ -60,7 +60,7 @@ public:
     virtual void renderBegin(OmbrixRenderer* /*renderer*/) {}
     virtual void renderEnd(OmbrixRenderer* /*renderer*/) {}
     // Brings all bound fields up to date for the frame. An override calls it first.
-    OMBRIX_API virtual void frameBegin(OmbrixRenderer* renderer);
+    virtual void frameBegin(OmbrixRenderer* renderer);
     virtual void frameEnd(OmbrixRenderer* /*renderer*/) {}
     // See OmbrixParameterList; 0 and null when the instance has no list.
     virtual int setParameter(OmbrixPluginParameter* parameter)
