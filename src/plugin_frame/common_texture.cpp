@@ -45,7 +45,9 @@ using IntervalOperation = Interval (*)(Interval, Interval);
 
 void combineColor(TextureInterface& input, IntervalOperation operation, AColor& lower, AColor& upper)
 {
-    AColor inputLower, inputUpper;
+    // An input that leaves its bounds unwritten counts as anything from 0 to 1.
+    AColor inputLower{0.0f, 0.0f, 0.0f, 0.0f};
+    AColor inputUpper{1.0f, 1.0f, 1.0f, 1.0f};
     input.evalColorBounds(&inputLower, &inputUpper);
     for (float AColor::*channel : {&AColor::r, &AColor::g, &AColor::b}) {
         const Interval result =
@@ -57,7 +59,7 @@ void combineColor(TextureInterface& input, IntervalOperation operation, AColor& 
 
 void combineAlpha(TextureFloatInterface& input, IntervalOperation operation, AColor& lower, AColor& upper)
 {
-    float inputLower = 0.0f, inputUpper = 0.0f;
+    float inputLower = 0.0f, inputUpper = 1.0f;
     input.evalFloatBounds(&inputLower, &inputUpper);
     const Interval result = operation({lower.a, upper.a}, {inputLower, inputUpper});
     lower.a = result.lower;

@@ -19,7 +19,7 @@ public:
     virtual int getLocalUVWTransform(const OmbrixContext& context, int channel, Transform* result) = 0;
     // The point's coordinates. Returns as above.
     virtual int getLocalUVW(const OmbrixContext& context, int channel, UVWSample* result) = 0;
-    // The map of the channel with this name id; -1 when the surface does not know the name.
+    // The map of the channel with this name id. Returns 1, or -1 when the surface does not know the name.
     virtual int getLocalUVWTransformByName(const OmbrixContext& context, int nameId, Transform* result) = 0;
     // The value of the channel with this name id at the hit; the channel's index, or -1.
     virtual int getMapChannelValue(const OmbrixContext& context, int nameId, Vector* result) = 0;
