@@ -5,6 +5,7 @@
 
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ombrix {
@@ -16,12 +17,16 @@ enum class Verbosity { Quiet, Normal, Verbose };
 void setVerbosity(Verbosity verbosity);
 Verbosity verbosity();
 
+// Says a line of the host itself, as the verbosity allows. Thread-safe.
+void say(OUtils::LogLevel level, std::string_view text);
+
 struct LogLine {
     OUtils::LogLevel level;
     std::string text;
 };
 
-// A renderer's log and progress text. Shows each line, and keeps it until it is taken.
+// A renderer's log and progress text. Shows each line, and keeps it word for word until it is taken.
+// Progress texts show as informations.
 class RecordingLogger : public OUtils::RendererLogger, public OUtils::ProgressDisplay {
 public:
     // With show false the lines are kept but not shown.

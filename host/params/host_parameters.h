@@ -6,6 +6,7 @@
 #include <ombrix/parameters.h>
 
 #include <deque>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -35,13 +36,17 @@ public:
     const ParameterDeclaration& declaration() const { return declared; }
     const std::optional<ParameterValue>& value() const { return written; }
     void write(std::optional<ParameterValue> value);
+    // The time whose list an animated list counts; the first sample's before it is told.
+    void showTime(double time) { shownTime = time; }
 
 private:
     Value element(int index, double time) const;
 
     const ParameterDeclaration& declared;
     std::optional<ParameterValue> written;
-    std::string shownText; // what getString last gave
+    double shownTime = -std::numeric_limits<double>::infinity();
+    // Stand for outputs whose own holder does not lead back to them.
+    std::vector<std::unique_ptr<OUtils::PluginBase>> outputHolders;
 };
 
 } // namespace ombrix
@@ -62,8 +67,10 @@ namespace ombrix {
 bool unsetParameter(OUtils::OmbrixParameterList& list, std::string_view name);
 // The object that an instance bound to an output parameter; null when there is none.
 OUtils::PluginInterface* boundOutput(OUtils::OmbrixParameterList& list, std::string_view name);
-// Writes every bound field with the values at a time. Plain values on texture inputs show as constant
-// textures that the list owns.
+// Writes every bound field with the values at a time; OmbrixPluginInterface::frameBegin does so with the
+// renderer's time, or with the time of the last call when it is given no renderer (before any call, that
+// of a new FrameData). Plain values on texture inputs show as constant textures that the list owns; a
+// field that holds its list or text already is left untouched, so its storage stays.
 void updateBoundFields(OUtils::OmbrixParameterList& list, double time);
 
 } // namespace ombrix

@@ -77,5 +77,22 @@ struct ParameterDeclaration {
 // constant outside; ints, bools and strings hold the earlier time's. Two transforms interpolate columns
 // and offset. Lists of unequal length hold the earlier one's.
 std::vector<Value> sampleAt(const ParameterValue& value, double time);
+// One element of sampleAt without the others; monostate outside the list.
+Value elementAt(const ParameterValue& value, std::size_t index, double time);
+// The elements of the sample whose time is the last one not after the given one (the first sample before
+// all times); empty for a value without samples.
+const std::vector<Value>& heldSample(const ParameterValue& value, double time);
+
+// Turns a value into what a parameter of this declaration keeps: whole numbers and bools into one another
+// and into floats, a colour with alpha into a plain colour for addParamColor, and colours into colours
+// with alpha where a colour texture's samples hold both. Nulls in lists of references become cleared
+// references. False, with the value in an unspecified state, when the declaration cannot hold it: another
+// kind, a list for a single value, times that do not rise, or a reference that lacks the interface of a
+// typed texture input.
+bool adaptToDeclaration(const ParameterDeclaration& declaration, ParameterValue& value);
+
+// What a reference gives as an interface: the output itself if it is one of that id, or what the plugin
+// finds; null for a cleared reference.
+OUtils::PluginInterface* interfaceOf(const PluginReference& reference, OUtils::InterfaceId id);
 
 } // namespace ombrix

@@ -33,11 +33,14 @@ public:
     PluginRegistry(const PluginRegistry&) = delete;
     PluginRegistry& operator=(const PluginRegistry&) = delete;
 
-    // Opens a library, looks up getLibDesc, walks its descriptors and registers each. Throws LibraryError.
+    // Opens a library, looks up getLibDesc, walks its descriptors and registers each. A library that is
+    // loaded already is left as it is. Throws LibraryError, and nothing of the library stays: no such
+    // file, not a shared library, no getLibDesc, a kind whose name or id another kind has.
     void loadLibrary(const std::filesystem::path& file);
     // Loads what a program loads when no library is named: every *.so of the folders of
-    // OMBRIX_PLUGIN_PATH (colon-separated) that has getLibDesc; without that variable, those that stand
-    // in programFolder.
+    // OMBRIX_PLUGIN_PATH (colon-separated) that exports getLibDesc; without that variable, or with an
+    // empty one, those that stand in programFolder. Files are taken in the order of the folders, then of
+    // their names; of two files of the same name the first one counts. Other files are not opened.
     void loadDefaultLibraries(const std::filesystem::path& programFolder);
     // Unregisters the kinds of all loaded libraries and closes them.
     void unloadLibraries();
@@ -47,6 +50,7 @@ public:
     // Sorted by name, built-in kinds last.
     std::vector<const RegisteredPlugin*> all() const;
 
+    // Refuses a null descriptor and a name or an id that another kind has.
     int addPlugin(OUtils::PluginDesc* desc) override;
     int removePlugin(OUtils::PluginDesc* desc) override;
     int addParameters(OUtils::PluginDesc* desc, OUtils::OmbrixParameterListDesc* parameters) override;
@@ -61,6 +65,7 @@ private:
 class BuiltinDescBase : public OUtils::OmbrixPluginDesc {
 public:
     BuiltinDescBase();
+    ~BuiltinDescBase() override;
     static BuiltinDescBase* first();
     BuiltinDescBase* next = nullptr;
 };

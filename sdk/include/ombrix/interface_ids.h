@@ -24,10 +24,11 @@ inline constexpr InterfaceId EXT_REFERENCED_SURFACE = 0x77A1300C;
 inline constexpr InterfaceId EXT_COMMON_TEXTURE_NOISE = 0x77A213C9;
 inline constexpr InterfaceId EXT_MAYA_FLUID_TEXTURE = 0x77CEC919;
 inline constexpr InterfaceId EXT_WORLD_MATRIX = 0x781C532C;
-// Offered by a renderer whose scene names a colour space; see ColorSpaceSettings.
+// One interface under two names, offered by a renderer whose scene names a colour space or a particle
+// time unit; see UnitSettings.
 inline constexpr InterfaceId kColorSpaceSettingsId = 2007041201;
-// Offered by a renderer whose scene names a particle time unit; see ParticleTimeSettings.
 inline constexpr InterfaceId kParticleTimeSettingsId = 0x77A104B1;
+static_assert(kColorSpaceSettingsId == kParticleTimeSettingsId);
 
 struct InterfaceName {
     InterfaceId id;

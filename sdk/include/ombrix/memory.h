@@ -32,7 +32,7 @@ OMBRIX_API void oallocTerminateForCurrentThread();
 // The record that the calling thread's allocations are counted in, null when none is bound.
 OMBRIX_API void* oallocGetMemoryDataForCurrentThread();
 OMBRIX_API void oallocSetMemoryDataForCurrentThread(void* record);
-// Whether the calling thread's allocations are counted at all; 1 on a new thread.
+// Whether the calling thread's allocations are counted in its record; 1 on a new thread.
 OMBRIX_API int oallocGetDefaultAllocationsEnable();
 OMBRIX_API void oallocSetDefaultAllocations(int enable);
 

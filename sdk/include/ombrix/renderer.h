@@ -76,6 +76,22 @@ struct SequenceData {
     int bakeSize = 512; // pixels on a side of a baked bitmap
 };
 
+// The units of the scene, found on the renderer by kColorSpaceSettingsId and kParticleTimeSettingsId,
+// which are the same id. A setting that the scene does not name has the value that plugins use without
+// the interface. It has no EXT name.
+class UnitSettings : public PluginInterface {
+public:
+    InterfaceId getInterfaceID() override { return kColorSpaceSettingsId; }
+
+    // Index of the colour space in which temperatures are given; 1 when the scene names none.
+    virtual int getColorSpace() = 0;
+    // Particle ages and times are divided by this; 1 when the scene names none.
+    virtual float getTimeUnit() = 0;
+};
+using ColorSpaceSettings = UnitSettings;
+using ParticleTimeSettings = UnitSettings;
+
+// Plugins ask it for UnitSettings, and add and look up interfaces that they share for the render.
 class OmbrixRenderer : public PluginBase {
 public:
     // Render threads; a context's threadIndex lies below it.
