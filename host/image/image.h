@@ -14,6 +14,9 @@ namespace ombrix {
 struct Image {
     int width = 0, height = 0, channels = 4;
     std::vector<float> pixels;
+    // Numbers rather than colours (depths, positions): EXR keeps all 32 bits of them, and no format
+    // encodes them to sRGB.
+    bool isData = false;
 
     float* pixel(int x, int y)
     {
@@ -24,20 +27,26 @@ struct Image {
     const float* pixel(int x, int y) const { return const_cast<Image*>(this)->pixel(x, y); }
 };
 
-// Text attributes written into a file's header.
+// Text attributes written into a file's header, where the format has a place for them.
 using ImageAttributes = std::map<std::string, std::string>;
 
 // Writes a picture in the format of the file name's extension: floats as they are for EXR and HDR (half
-// for EXR colours), sRGB-encoded 8 bits for PNG, JPEG and the like. The file appears whole or not at
-// all: it is written beside its place under a temporary name and renamed. Throws WorkError.
+// for EXR colours, held within a half's finite range), sRGB-encoded 8 bits for PNG, JPEG, TIFF and the
+// like, with straight alpha where the format means it so. A format without alpha gets the colours over
+// black. The file appears whole or not at all: it is written beside its place under a temporary name and
+// renamed; a failure leaves nothing behind and an older file as it was. Throws WorkError.
 void writeImage(const std::filesystem::path& file, const Image& image, const ImageAttributes& attributes);
 // Fails as writeImage would, before any work is done: unknown extension, folder missing or not writable.
 void checkImageCanBeWritten(const std::filesystem::path& file);
 
 enum class ColorSpace { Auto, Linear, Srgb };
+enum class AlphaKind { Premultiplied, Straight };
 
-// Reads a picture as 4 floats a pixel (alpha 1 where the file has none), decoded to linear. Auto decodes
-// integer formats from sRGB and takes float formats as they are. Throws WorkError.
-Image readImage(const std::filesystem::path& file, ColorSpace colorSpace);
+// Reads a picture as 4 floats a pixel (alpha 1 where the file has none; a grey file gives grey), decoded
+// to linear. Auto decodes integer formats from sRGB and takes float formats as they are; alpha is never
+// decoded. Straight alpha: colours are divided by alpha where it is above 0, or as stored in a file that
+// holds straight colours. A file that is missing, cut short, broken or no picture throws WorkError.
+Image readImage(const std::filesystem::path& file, ColorSpace colorSpace,
+                AlphaKind alpha = AlphaKind::Premultiplied);
 
 } // namespace ombrix

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <mutex>
 #include <string>
 
@@ -15,7 +16,7 @@ public:
     ProgressBar(std::string title, std::int64_t totalSteps);
     ~ProgressBar();
     void advance(std::int64_t steps = 1);
-    // Ends the display with a closing line that tells the time taken.
+    // Ends the display with a closing line that tells the time taken, or how far the work came.
     void finish();
 
 private:
@@ -26,15 +27,23 @@ private:
     std::atomic<std::int64_t> done{0};
     std::mutex mutex;
     std::chrono::steady_clock::time_point start, lastShown;
+    bool onTerminal;
+    int shownPercent = 0; // of the last plain line, a multiple of ten
     bool finished = false;
 };
 
+// A duration for people, 0 and above: "0.4 s", "42 s", "3 min 05 s", "2 h 10 min".
+std::string durationText(double seconds);
+
 // While one lives, Ctrl-C and SIGTERM ask for a clean end instead of ending the process; a second one
-// ends it at once.
+// ends it at once. Make and destroy guards on one thread.
 class InterruptGuard {
 public:
     InterruptGuard();
     ~InterruptGuard();
+    InterruptGuard(const InterruptGuard&) = delete;
+    InterruptGuard& operator=(const InterruptGuard&) = delete;
+    // Whether one came since the outermost guard was made. Any thread may ask.
     static bool interrupted();
 };
 
