@@ -1,0 +1,116 @@
+#include "tex_maya_test.h"
+
+namespace {
+
+using namespace support;
+using OUtils::AColor;
+
+TestNode makeNode()
+{
+    return TestNode(descriptor("TexColorConstant"));
+}
+
+TEST(TexColorConstant, NothingConnectedIsOpaqueWhite)
+{
+    TestNode node = makeNode();
+    EXPECT_SAME_COLOR(node.color(), {1.0f, 1.0f, 1.0f, 1.0f});
+    const ColorBounds bounds = colorBounds(node);
+    EXPECT_SAME_COLOR(bounds.lower, {1.0f, 1.0f, 1.0f, 1.0f});
+    EXPECT_SAME_COLOR(bounds.upper, {1.0f, 1.0f, 1.0f, 1.0f});
+}
+
+TEST(TexColorConstant, DropsTheColorsOwnAlpha)
+{
+    ColorInput color({0.25f, 0.5f, 0.75f, 0.25f});
+    TestNode node = makeNode();
+    node.connect("color", color);
+    EXPECT_SAME_COLOR(node.color(), {0.25f, 0.5f, 0.75f, 1.0f});
+}
+
+TEST(TexColorConstant, TakesAlphaFromItsAlphaInput)
+{
+    ColorInput color({0.25f, 0.5f, 0.75f, 0.25f});
+    FloatInput alpha(0.125f);
+    TestNode node = makeNode();
+    node.connect("alpha", alpha);
+    EXPECT_SAME_COLOR(node.color(), {1.0f, 1.0f, 1.0f, 0.125f});
+    node.connect("color", color);
+    EXPECT_SAME_COLOR(node.color(), {0.25f, 0.5f, 0.75f, 0.125f});
+}
+
+TEST(TexColorConstant, PassesValuesThatAreNoColorsOn)
+{
+    ColorInput color({kNaN, -2.0f, 1e30f, 0.0f});
+    FloatInput alpha(kNaN);
+    TestNode node = makeNode();
+    node.connect("color", color).connect("alpha", alpha);
+    EXPECT_SAME_COLOR(node.color(), {kNaN, -2.0f, 1e30f, kNaN});
+}
+
+TEST(TexColorConstant, BoundsAreThoseOfItsInputs)
+{
+    ColorInput color;
+    color.lowerBound = {0.1f, 0.2f, 0.3f, 0.4f};
+    color.upperBound = {0.5f, 0.6f, 0.7f, 0.8f};
+    FloatInput alpha;
+    alpha.lowerBound = -1.0f;
+    alpha.upperBound = 2.0f;
+
+    TestNode node = makeNode();
+    node.connect("color", color);
+    ColorBounds bounds = colorBounds(node);
+    EXPECT_SAME_COLOR(bounds.lower, {0.1f, 0.2f, 0.3f, 1.0f});
+    EXPECT_SAME_COLOR(bounds.upper, {0.5f, 0.6f, 0.7f, 1.0f});
+
+    node.connect("alpha", alpha);
+    bounds = colorBounds(node);
+    EXPECT_SAME_COLOR(bounds.lower, {0.1f, 0.2f, 0.3f, -1.0f});
+    EXPECT_SAME_COLOR(bounds.upper, {0.5f, 0.6f, 0.7f, 2.0f});
+}
+
+TEST(TexColorConstant, AlphaBoundsReplaceThoseOfTheDefaultColor)
+{
+    FloatInput alpha;
+    alpha.lowerBound = 0.25f;
+    alpha.upperBound = 0.5f;
+    TestNode node = makeNode();
+    node.connect("alpha", alpha);
+    const ColorBounds bounds = colorBounds(node);
+    EXPECT_SAME_COLOR(bounds.lower, {1.0f, 1.0f, 1.0f, 0.25f});
+    EXPECT_SAME_COLOR(bounds.upper, {1.0f, 1.0f, 1.0f, 0.5f});
+}
+
+TEST(TexColorConstant, GradientIsZero)
+{
+    ColorInput color({1.0f, 2.0f, 3.0f, 4.0f});
+    TestNode node = makeNode();
+    node.connect("color", color);
+    AColor gradient = kUnwrittenColor;
+    EXPECT_EQ(node.texture()->evalColorGradient(&gradient, node.context), &gradient);
+    EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
+}
+
+TEST(TexColorConstant, AnswersToTextureAndGpuTextureOnly)
+{
+    TestNode node = makeNode();
+    ASSERT_NE(node.texture(), nullptr);
+    ASSERT_NE(node.rtTexture(), nullptr);
+    EXPECT_EQ(node.rtTexture()->getInterfaceID(), OUtils::EXT_RTTEX);
+    EXPECT_EQ(node.rtTexture()->getPlugin(), node.base());
+    EXPECT_EQ(node.texture()->getPlugin(), node.base());
+    EXPECT_EQ(node.floatTexture(), nullptr);
+    EXPECT_EQ(descriptor("TexColorConstant")->supportsInterface(OUtils::EXT_RTTEX), 0);
+}
+
+TEST(TexColorConstant, LivesTwice)
+{
+    for (int life = 0; life < 2; ++life) {
+        ColorInput color({0.25f, 0.5f, 0.75f, 0.0f});
+        TestNode node = makeNode();
+        EXPECT_SAME_COLOR(node.color(), {1.0f, 1.0f, 1.0f, 1.0f});
+        node.connect("color", color);
+        EXPECT_SAME_COLOR(node.color(), {0.25f, 0.5f, 0.75f, 1.0f});
+    }
+}
+
+} // namespace
