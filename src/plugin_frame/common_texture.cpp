@@ -154,6 +154,7 @@ void CommonTexture::frameBegin(OmbrixRenderer* renderer)
     OmbrixTexture::frameBegin(renderer);
     if (memo.empty()) memo.build(renderer->getThreadCount());
     memo.reset();
+    frameTime = renderer->getFrameData().time;
 }
 
 AColor CommonTexture::noUVWColor(const OmbrixContext& context) const

@@ -60,6 +60,9 @@ public:
     virtual AColor* evalRawGradient(AColor* result, const OmbrixContext& context, bool* valid) = 0;
 
 protected:
+    // Appends the colour adjustments that close the source of a mapped texture; returns 1.
+    int writeColorAdjustments(const char* descriptor, ShaderSource& source, OCLData& data);
+
     // nouvw_color at the context as it stands, or kNoUVWColor.
     AColor noUVWColor(const OmbrixContext& context) const;
 
@@ -79,6 +82,7 @@ protected:
     int compatibility_with = 0;
     const std::uint32_t baseFlags;
     NoiseInterface* sharedNoise = nullptr;
+    double frameTime = 0.0; // of the latest frame
 
 private:
     AColor postProcess(AColor color, const OmbrixContext& context) const;

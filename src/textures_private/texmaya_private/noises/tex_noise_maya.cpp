@@ -2,11 +2,13 @@
 //
 // This file is the choice of the noise and the blend; the arithmetic of the noises is in volume_noise.h.
 
-#include "plugin_frame/fallbacks.h"
+#include "plugin_frame/gpu_text.h"
 #include "plugin_frame/mapped_texture.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/noises/maya_volume_texture.h"
 #include "textures_private/texmaya_private/noises/tex_noise_maya_params.h"
+
+#include <algorithm>
 
 namespace nezaiva {
 
@@ -14,6 +16,7 @@ namespace {
 
 constexpr std::uint32_t kBaseFlags = kDeclaresWrap | kFetchesNoise;
 constexpr int kTimePeriod = 100;
+constexpr int kMayaNoiseOperator = -968;
 // A smaller multiplier switches a colour's texture off.
 constexpr float kSmallestMultiplier = 1e-12f;
 
@@ -103,6 +106,15 @@ private:
     }
 };
 
+// 0 for an unset input. An input that leaves its bounds unwritten counts as anything from 0 to 1.
+double meanOfBounds(TextureFloatInterface* input)
+{
+    if (!input) return 0.0;
+    float lower = 0.0f, upper = 1.0f;
+    input->evalFloatBounds(&lower, &upper);
+    return static_cast<double>((lower + upper) * 0.5f);
+}
+
 float smaller(float a, float b)
 {
     return b < a ? b : a;
@@ -174,7 +186,11 @@ public:
         return result;
     }
 
+    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                  OCLData& data) override;
+
 private:
+    bool hasGpuForm() const;
     BlendColor firstColor() const { return {color1, color1_tex, color1_tex_mult}; }
     BlendColor secondColor() const { return {color2, color2_tex, color2_tex_mult}; }
     MayaVolumeTexture* chooseNoise();
@@ -240,6 +256,74 @@ MayaVolumeTexture* TexNoiseMaya::chooseNoise()
     default:
         return nullptr;
     }
+}
+
+// With three dimensions the GPU knows the lattice noises alone; it never knows the space-time noise.
+bool TexNoiseMaya::hasGpuForm() const
+{
+    if (dimensions == 3) return noise_type == kPerlinNoise || noise_type == kWispyNoise;
+    return noise_type != kSpaceTimeNoise;
+}
+
+int TexNoiseMaya::getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                            OCLData& data)
+{
+    if (!isMaterialDescriptor(descriptor)) return 0;
+    if (!hasGpuForm()) return MappedTexture::getSource(name, tag, descriptor, source, data);
+
+    source.append("maya_noise\n");
+    const auto writeBlock = [&](PluginInterface* texture, const char* constantLine) {
+        if (!texture || !RTTexInterface::getRTTexSource(texture, "color", tag, descriptor, source, data))
+            source.append(constantLine);
+        source.append("subtex\n");
+    };
+    const auto writeColorBlock = [&](PluginInterface* texture, const Color3f& color) {
+        if (!texture || !RTTexInterface::getRTTexSource(texture, "color", tag, descriptor, source, data))
+            source.printf("color %f %f %f %f\n", static_cast<double>(color.r), static_cast<double>(color.g),
+                          static_cast<double>(color.b), 1.0);
+        source.append("subtex\n");
+    };
+    writeColorBlock(color1_tex, color1);
+    writeColorBlock(color2_tex, color2);
+    writeBlock(threshold, "color 0 0 0 0\n");
+    writeBlock(implode_center, "color 0 0 0 0\n");
+    writeBlock(implode, "color 0 0 0 0\n");
+    writeBlock(origin, "color 0 0 0 0\n");
+    writeBlock(scale, "color 1 1 1 1\n");
+    RTTexInterface::getRTTexSource(uvwgenInterface, "", tag, descriptor, source, data);
+    source.printf("bitmap %i\n", kMayaNoiseOperator);
+    source.append("subtex\n");
+
+    // The values as the scene has them decide these two lines, the clamped ones go into the packed word.
+    const bool lattice = noise_type == kPerlinNoise || noise_type == kWispyNoise;
+    if (lattice && dimensions == 2) source.append("maya_noise_2d\n");
+    if (lattice && dimensions == 3) source.append("maya_noise_3d\n");
+    switch (noise_type) {
+    case kPerlinNoise:
+        source.append("maya_perlin\n");
+        break;
+    case kWispyNoise:
+        source.append("maya_wispy\n");
+        break;
+    case kBillowNoise:
+        source.append("maya_billow\n");
+        break;
+    case kWaveNoise:
+        source.append("maya_wave\n");
+        break;
+    default:
+        break;
+    }
+    const int packed = std::clamp(noise_type, 0, 7) | std::clamp(dimensions, 0, 3) << 3 |
+                       std::clamp(falloff, 0, 3) << 5 | std::clamp(inflection, 0, 1) << 7;
+    // A carrier of parameters, not a transform: the GPU sees no value of these at a point.
+    source.printf("uvw_transform %f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f\n",
+                  static_cast<double>(static_cast<float>(packed)), meanOfBounds(amplitude),
+                  meanOfBounds(ratio), meanOfBounds(frequency), meanOfBounds(frequency_ratio),
+                  meanOfBounds(density), meanOfBounds(spottyness), meanOfBounds(size_rand),
+                  meanOfBounds(randomness), static_cast<double>(num_waves), static_cast<double>(depth_max),
+                  static_cast<double>(time));
+    return writeColorAdjustments(descriptor, source, data);
 }
 
 void TexNoiseMaya::bindParameters()

@@ -3,11 +3,13 @@
 // It takes the surface's mapping, or that of another generator, and places it. The result is a whole
 // transform, kept per thread for the shading point: nearby look-ups cost one matrix product.
 
+#include "plugin_frame/gpu_text.h"
 #include "plugin_frame/noise_interface.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "plugin_frame/thread_memo.h"
 #include "textures_private/texmaya_private/noises/cell_index.h"
 #include "textures_private/texmaya_private/tex_Maya/place2d.h"
+#include "textures_private/texmaya_private/tex_Maya/place2d_gpu.h"
 #include "textures_private/texmaya_private/tex_Maya/uvwgen_maya_place2d_texture_params.h"
 
 #include <cmath>
@@ -65,14 +67,12 @@ public:
         return surface ? surface->getLocalUVW(context, uvw_channel, result) : 0;
     }
 
-    int getSource(const char* /*name*/, const char* /*tag*/, const char* /*descriptor*/,
-                  ShaderSource& /*source*/, OCLData& /*data*/) override
-    {
-        return 0;
-    }
+    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                  OCLData& data) override;
 
 private:
     void bindParameters();
+    void writeParameterBlock(ShaderSource& source, OCLData& data);
     void readMotionSamples(const FrameData& frame);
     PlaceTransform inputTransform(const OmbrixContext& context) const;
     PlaceSample constantsWithTextures(const OmbrixContext& context) const;
@@ -96,6 +96,11 @@ private:
     bool allConstant = false;
     PlaceFlags flags;
     PlaceMatrices staticMatrices;
+
+    // The uploaded block of the frame's GPU data.
+    ParameterBlockStore* gpuBlockStore = nullptr;
+    int gpuParamsId = -1;
+    int gpuParamsReady = 0;
 
     // Of the render.
     PlaceCache threadCache;
@@ -170,6 +175,10 @@ void UVWGenMayaPlace2dTexture::frameEnd(OmbrixRenderer* renderer)
 {
     motionSamples.clear();
     motionSamples.shrink_to_fit();
+    if (gpuBlockStore) gpuBlockStore->freeBlock(gpuParamsId);
+    gpuBlockStore = nullptr;
+    gpuParamsId = -1;
+    gpuParamsReady = 0;
     OmbrixUVWGen::frameEnd(renderer);
 }
 
@@ -273,6 +282,43 @@ int UVWGenMayaPlace2dTexture::evalUVWTransform(const OmbrixContext& context, Tra
     const PlaceTransform place = lookUp(context);
     *result = place.map;
     return place.valid;
+}
+
+// The GPU takes the single values: no texture, no motion sample and no noise reaches the matrix.
+int UVWGenMayaPlace2dTexture::getSource(const char* /*name*/, const char* tag, const char* descriptor,
+                                        ShaderSource& source, OCLData& data)
+{
+    if (!isMaterialDescriptor(descriptor) || !paramList) return 0;
+    const Transform place = gpuPlacement(constants);
+    const auto& [c0, c1, c2] = place.matrix.columns;
+    const Vector& offset = place.offset;
+    const auto number = [](float value) { return static_cast<double>(value); };
+    source.append("uvw_transform ");
+    source.printf("%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f\n", number(c0.x), number(c0.y), number(c0.z),
+                  number(c1.x), number(c1.y), number(c1.z), number(c2.x), number(c2.y), number(c2.z),
+                  number(offset.x), number(offset.y), number(offset.z));
+    if (uv_set_name.empty())
+        source.printf("map_channel %i\n", uvw_channel);
+    else
+        source.printf("map_channel_id %i\n", uvSetHandle);
+    RTTexInterface::getRTTexSource(uvwgenInterface, "", tag, descriptor, source, data);
+    source.append("uvwGenMayaPlace2dTexture\n");
+    writeParameterBlock(source, data);
+    return 1;
+}
+
+void UVWGenMayaPlace2dTexture::writeParameterBlock(ShaderSource& source, OCLData& data)
+{
+    ParameterBlockStore* store = data.getBlockStore();
+    if (!store) return;
+    gpuBlockStore = store;
+    if (!gpuParamsReady) {
+        const UVParams block = uvParams(constants, flags);
+        store->upload(this, &block, sizeof block);
+        gpuParamsId = store->finishUpload(this);
+        gpuParamsReady = 1;
+    }
+    source.printf("uvParamsPtr_id %i\n", gpuParamsId);
 }
 
 void UVWGenMayaPlace2dTexture::bindParameters()
