@@ -124,9 +124,7 @@ float larger(float a, float b)
     return a < b ? b : a;
 }
 
-} // namespace
-
-class TexNoiseMaya : public MappedTexture {
+class TexNoiseMaya final : public MappedTexture {
 public:
     explicit TexNoiseMaya(OmbrixPluginDesc* desc) : MappedTexture(desc, kBaseFlags) { bindParameters(); }
 
@@ -366,6 +364,8 @@ public:
     {
     }
 };
-static TexNoiseMayaDesc texNoiseMayaDesc;
+TexNoiseMayaDesc texNoiseMayaDesc;
+
+} // namespace
 
 } // namespace nezaiva

@@ -18,8 +18,6 @@ constexpr SimplexTextureValues kDefaults{};
 constexpr float kLowerBound = 0.0f;
 constexpr float kUpperBound = 3.5f;
 
-} // namespace
-
 class TexSimplexNoiseParams : public MappedTextureParams {
 public:
     TexSimplexNoiseParams() : MappedTextureParams(kBaseFlags)
@@ -39,7 +37,7 @@ public:
     }
 };
 
-class TexSimplexNoise : public MappedTexture {
+class TexSimplexNoise final : public MappedTexture {
 public:
     explicit TexSimplexNoise(OmbrixPluginDesc* desc) : MappedTexture(desc, kBaseFlags)
     {
@@ -116,6 +114,8 @@ public:
     {
     }
 };
-static TexSimplexNoiseDesc texSimplexNoiseDesc;
+TexSimplexNoiseDesc texSimplexNoiseDesc;
+
+} // namespace
 
 } // namespace nezaiva

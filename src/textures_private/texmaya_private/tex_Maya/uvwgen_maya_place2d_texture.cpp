@@ -40,9 +40,7 @@ Vector asVector(const Vector4& v)
     return {v.x, v.y, v.z};
 }
 
-} // namespace
-
-class UVWGenMayaPlace2dTexture : public OmbrixUVWGen, public RTTexInterface {
+class UVWGenMayaPlace2dTexture final : public OmbrixUVWGen, public RTTexInterface {
 public:
     explicit UVWGenMayaPlace2dTexture(OmbrixPluginDesc* desc) : OmbrixUVWGen(desc) { bindParameters(); }
 
@@ -373,6 +371,8 @@ public:
     {
     }
 };
-static UVWGenMayaPlace2dTextureDesc uvwgenMayaPlace2dTextureDesc;
+UVWGenMayaPlace2dTextureDesc uvwgenMayaPlace2dTextureDesc;
+
+} // namespace
 
 } // namespace nezaiva
