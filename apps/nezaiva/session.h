@@ -27,14 +27,7 @@ int renderThreads(const ombrix::SceneSettings& settings);
 
 // Splits "name" or "name.output" as a reference in a scene does. Throws WrongInput, with the nearest
 // name, when the scene has no such plugin or the plugin no such output.
-struct SceneObject {
-    const ombrix::PluginInstance* instance = nullptr;
-    OUtils::PluginInterface* output = nullptr; // null: the plugin itself
-
-    // The interface of the plugin or of its output; null when it is not offered.
-    OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) const;
-};
-SceneObject findSceneObject(const ombrix::Scene& scene, const std::string& reference);
+ombrix::SceneObject findSceneObject(const ombrix::Scene& scene, const std::string& reference);
 
 // Writes data to standard output. Throws WorkError when it does not take it all.
 void writeToStandardOutput(const std::string& text);

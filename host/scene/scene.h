@@ -27,6 +27,15 @@ struct PluginInstance {
     OUtils::OmbrixPluginInterface* life = nullptr; // its EXT_OMBRIX_PLUGIN
 };
 
+// A plugin of a scene, or the object that answers one of its output parameters.
+struct SceneObject {
+    const PluginInstance* instance = nullptr;  // null when a reference stands for nothing
+    OUtils::PluginInterface* output = nullptr; // null: the plugin itself
+
+    // The interface of the plugin or of its output; null when it is not offered.
+    OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) const;
+};
+
 class Scene {
 public:
     // Reads a scene file. Null when diagnostics holds errors. Throws WorkError when the file cannot be
@@ -45,14 +54,21 @@ public:
     SceneSettings& settings(); // for the command line's overrides, before renderBegin
     // In dependency order: a plugin's inputs stand before it.
     const std::vector<PluginInstance>& instances() const;
+    // Null when there is none. The pointer stays valid as long as the scene.
     const PluginInstance* find(std::string_view name) const;
+    // Resolves "name" or "name.output". On failure the instance is null and problem says why.
+    SceneObject resolve(std::string_view reference, std::string& problem) const;
     // Adds an instance that the host itself wants (a default light, camera or node). The name may not
     // clash. Parameters are JSON as in a scene file.
     const PluginInstance* add(const std::string& name, const std::string& type, const nlohmann::json& params,
                               Diagnostics& diagnostics);
     // Writes parameters as the "set" of a probe does: an object of plugin names to objects of
-    // parameters; null unsets. path is the JSON pointer of the object, for errors.
+    // parameters; null unsets. path is the JSON pointer of the object, for errors. Writes nothing when
+    // it reports an error.
     bool set(const nlohmann::json& changes, std::string_view path, Diagnostics& diagnostics);
+
+    // Reports what set would, but for cycles, and writes nothing.
+    bool check(const nlohmann::json& changes, std::string_view path, Diagnostics& diagnostics) const;
 
     // The life of all plugins, in dependency order.
     void renderBegin(HostRenderer& renderer);
