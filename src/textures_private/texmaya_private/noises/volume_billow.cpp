@@ -4,14 +4,15 @@
 
 namespace nezaiva {
 
-float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, VolumePoint point, float time)
+float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
+                   float time)
 {
-    return billow<true>(tables, noise, point, time);
+    return billow<true>(tables, noise, x, y, z, time);
 }
 
 float billow2dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time)
 {
-    return billow<false>(tables, noise, {x, y, 0.0f}, time);
+    return billow<false>(tables, noise, x, y, 0.0f, time);
 }
 
 } // namespace nezaiva

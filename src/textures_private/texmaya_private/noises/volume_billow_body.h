@@ -191,7 +191,7 @@ inline Four seenAlongX(float fraction)
 }
 
 template <int Falloff>
-float cellSum3d(const VolumeTables& tables, const Blobs& blobs, VolumePoint p, const Turns& turns)
+float cellSum3d(const VolumeTables& tables, const Blobs& blobs, const VolumePoint& p, const Turns& turns)
 {
     const BillowCell cx = billowCell(p.x);
     const BillowCell cy = billowCell(p.y);
@@ -225,7 +225,7 @@ float cellSum3d(const VolumeTables& tables, const Blobs& blobs, VolumePoint p, c
 }
 
 template <int Falloff>
-float cellSum2d(const VolumeTables& tables, const Blobs& blobs, VolumePoint p, const Turns& turns)
+float cellSum2d(const VolumeTables& tables, const Blobs& blobs, const VolumePoint& p, const Turns& turns)
 {
     const BillowCell cx = billowCell(p.x);
     const BillowCell cy = billowCell(p.y);
@@ -245,7 +245,7 @@ float cellSum2d(const VolumeTables& tables, const Blobs& blobs, VolumePoint p, c
 }
 
 template <int Falloff, bool ThreeD>
-float cellSum(const VolumeTables& tables, const Blobs& blobs, VolumePoint p, float time)
+float cellSum(const VolumeTables& tables, const Blobs& blobs, const VolumePoint& p, float time)
 {
     const auto sum = [&](const Turns& turns) {
         if constexpr (ThreeD)
@@ -262,7 +262,8 @@ float cellSum(const VolumeTables& tables, const Blobs& blobs, VolumePoint p, flo
 
 // The octaves. Kept as is: in two dimensions time grows by the frequency ratio, in three by its root.
 template <int Falloff, bool ThreeD>
-float billowFractal(const VolumeTables& tables, const BillowVolume& noise, VolumePoint p, float time)
+float billowFractal(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
+                    float time)
 {
     const VolumeFractal& fractal = noise.fractal;
     const Blobs blobs = blobsOf(noise);
@@ -277,7 +278,7 @@ float billowFractal(const VolumeTables& tables, const BillowVolume& noise, Volum
         shift = {shift.x + 0.021f, shift.y + 0.33f, shift.z + 0.011f};
         float sum = 0.0f;
         if (blobs.dense) {
-            const VolumePoint place{p.x * factor + shift.x, p.y * factor + shift.y, p.z * factor + shift.z};
+            const VolumePoint place{x * factor + shift.x, y * factor + shift.y, z * factor + shift.z};
             sum = cellSum<Falloff, ThreeD>(tables, blobs, place, time);
         }
         if (fractal.inflection && sum < 0.0f) sum = -sum;
@@ -293,20 +294,20 @@ float billowFractal(const VolumeTables& tables, const BillowVolume& noise, Volum
 }
 
 template <bool ThreeD>
-float billow(const VolumeTables& tables, const BillowVolume& noise, VolumePoint p, float time)
+float billow(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z, float time)
 {
     constexpr int kNone = -1;
     switch (noise.falloff) {
     case kBillowLinear:
-        return billowFractal<kBillowLinear, ThreeD>(tables, noise, p, time);
+        return billowFractal<kBillowLinear, ThreeD>(tables, noise, x, y, z, time);
     case kBillowSmooth:
-        return billowFractal<kBillowSmooth, ThreeD>(tables, noise, p, time);
+        return billowFractal<kBillowSmooth, ThreeD>(tables, noise, x, y, z, time);
     case kBillowFast:
-        return billowFractal<kBillowFast, ThreeD>(tables, noise, p, time);
+        return billowFractal<kBillowFast, ThreeD>(tables, noise, x, y, z, time);
     case kBillowBubble:
-        return billowFractal<kBillowBubble, ThreeD>(tables, noise, p, time);
+        return billowFractal<kBillowBubble, ThreeD>(tables, noise, x, y, z, time);
     default:
-        return billowFractal<kNone, ThreeD>(tables, noise, p, time);
+        return billowFractal<kNone, ThreeD>(tables, noise, x, y, z, time);
     }
 }
 

@@ -4,9 +4,10 @@
 
 namespace nezaiva {
 
-float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, VolumePoint point, float time)
+float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+                   float time)
 {
-    return cosine3d(tables, noise, point, time);
+    return cosine3d(tables, noise, x, y, z, time);
 }
 
 float cosine2dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)

@@ -6,9 +6,10 @@
 
 namespace nezaiva {
 
-float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, VolumePoint point, float time)
+float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+                   float time)
 {
-    return cosine3d(tables, noise, point, time);
+    return cosine3d(tables, noise, x, y, z, time);
 }
 
 float cosine2dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)

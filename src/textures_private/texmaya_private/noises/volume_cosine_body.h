@@ -127,14 +127,15 @@ inline float magnitudeOf(float value)
     return _mm_cvtss_f32(_mm_andnot_ps(_mm_set_ss(-0.0f), _mm_set_ss(value)));
 }
 
-inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, VolumePoint p, float time)
+inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, float px, float py, float pz,
+                      float time)
 {
     const VolumeFractal& fractal = noise.fractal;
     const WaveSource source{*tables.noise, tables.waves3d, nextWave3d};
     const int count = waveCount(noise);
     const float growth = growthOf(fractal);
     const float timeGrowth = rootOf(growth);
-    const VolumePoint start{p.x - 0.021f, p.y - 0.33f, p.z - 0.011f};
+    const VolumePoint start{px - 0.021f, py - 0.33f, pz - 0.011f};
     VolumePoint shift{0.0f, 0.0f, 0.0f};
     float factor = 1.0f;
     float amplitude = 1.0f;

@@ -7,18 +7,24 @@
 
 namespace nezaiva {
 
-float perlin3dBase(const VolumeTables& tables, const PerlinVolume& noise, VolumePoint point, float time);
+float perlin3dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
+                   float time);
 float perlin2dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time);
-float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, VolumePoint point, float time);
+float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
+                   float time);
 float billow2dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time);
-float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, VolumePoint point, float time);
+float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+                   float time);
 float cosine2dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time);
 
-float perlin3dAvx2(const VolumeTables& tables, const PerlinVolume& noise, VolumePoint point, float time);
+float perlin3dAvx2(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
+                   float time);
 float perlin2dAvx2(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time);
-float billow3dAvx2(const VolumeTables& tables, const BillowVolume& noise, VolumePoint point, float time);
+float billow3dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
+                   float time);
 float billow2dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time);
-float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, VolumePoint point, float time);
+float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+                   float time);
 float cosine2dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time);
 
 } // namespace nezaiva

@@ -20,6 +20,14 @@ float divisor(float scale)
     return scale == 0.0f ? kZeroScale : scale;
 }
 
+// Made at the first evaluation, because static initialisers could come before the choice of the
+// random table.
+const VolumeTables& volumeTables()
+{
+    static const VolumeTables& tables = makeVolumeTables();
+    return tables;
+}
+
 double wide(float value)
 {
     return static_cast<double>(value);
@@ -76,9 +84,9 @@ VolumePoint placeVolumePoint2d(const VolumePlacement& placement, VolumePoint poi
     return point;
 }
 
-float evalPerlin3d(const PerlinVolume& noise, VolumePoint point, float time)
+float evalPerlin3d(const PerlinVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? perlin3dAvx2 : perlin3dBase)(volumeTables(), noise, point, time);
+    return (hasAvx2() ? perlin3dAvx2 : perlin3dBase)(volumeTables(), noise, point.x, point.y, point.z, time);
 }
 
 float evalPerlin2d(const PerlinVolume& noise, float x, float y, float time)
@@ -86,9 +94,9 @@ float evalPerlin2d(const PerlinVolume& noise, float x, float y, float time)
     return (hasAvx2() ? perlin2dAvx2 : perlin2dBase)(volumeTables(), noise, x, y, time);
 }
 
-float evalBillow3d(const BillowVolume& noise, VolumePoint point, float time)
+float evalBillow3d(const BillowVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? billow3dAvx2 : billow3dBase)(volumeTables(), noise, point, time);
+    return (hasAvx2() ? billow3dAvx2 : billow3dBase)(volumeTables(), noise, point.x, point.y, point.z, time);
 }
 
 float evalBillow2d(const BillowVolume& noise, float x, float y, float time)
@@ -96,9 +104,9 @@ float evalBillow2d(const BillowVolume& noise, float x, float y, float time)
     return (hasAvx2() ? billow2dAvx2 : billow2dBase)(volumeTables(), noise, x, y, time);
 }
 
-float evalCosine3d(const CosineVolume& noise, VolumePoint point, float time)
+float evalCosine3d(const CosineVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? cosine3dAvx2 : cosine3dBase)(volumeTables(), noise, point, time);
+    return (hasAvx2() ? cosine3dAvx2 : cosine3dBase)(volumeTables(), noise, point.x, point.y, point.z, time);
 }
 
 float evalCosine2d(const CosineVolume& noise, float x, float y, float time)

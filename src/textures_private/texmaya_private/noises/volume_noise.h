@@ -110,11 +110,11 @@ struct CosineVolume {
 
 // The noise at a placed point. With a depthMax of 0 the Perlin type gives its bias and threshold,
 // billow and the 3D cosine give NaN.
-float evalPerlin3d(const PerlinVolume& noise, VolumePoint point, float time);
+float evalPerlin3d(const PerlinVolume& noise, const VolumePoint& point, float time);
 float evalPerlin2d(const PerlinVolume& noise, float x, float y, float time);
-float evalBillow3d(const BillowVolume& noise, VolumePoint point, float time);
+float evalBillow3d(const BillowVolume& noise, const VolumePoint& point, float time);
 float evalBillow2d(const BillowVolume& noise, float x, float y, float time);
-float evalCosine3d(const CosineVolume& noise, VolumePoint point, float time);
+float evalCosine3d(const CosineVolume& noise, const VolumePoint& point, float time);
 float evalCosine2d(const CosineVolume& noise, float x, float y, float time);
 
 // One octave of MayaPerlinTexture (or of MayaSpaceTimeTexture, when noise.spaceTime is set) at the

@@ -4,9 +4,10 @@
 
 namespace nezaiva {
 
-float perlin3dBase(const VolumeTables& tables, const PerlinVolume& noise, VolumePoint point, float time)
+float perlin3dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
+                   float time)
 {
-    return perlin3d(tables, noise, point, time);
+    return perlin3d(tables, noise, x, y, z, time);
 }
 
 float perlin2dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time)

@@ -162,15 +162,20 @@ inline Four octaveGrowth(float frequencyRatio)
     return fourOf(ratio, ratio, ratio, firstLane(_mm_sqrt_ss(_mm_set_ss(ratio))));
 }
 
-// A level's direction, from the table or computed.
-struct LevelDirections {
+// Where the directions of the levels come from. The kernels for as many levels as the table has make
+// no call, which keeps everything in registers.
+struct TabledDirections {
     const float (*table)[4];
-    void (*compute)(const NoiseTables&, int, float*);
+
+    Four operator()(int level) const { return _mm_load_ps(table[level]); }
+};
+
+struct ComputedDirections {
     const NoiseTables& noise;
+    void (*compute)(const NoiseTables&, int, float*);
 
     Four operator()(int level) const
     {
-        if (level < kTabledLevels) return _mm_load_ps(table[level]);
         alignas(16) float direction[4];
         compute(noise, level, direction);
         return _mm_load_ps(direction);
@@ -178,8 +183,9 @@ struct LevelDirections {
 };
 
 // The walk through the octaves: point (x, y, z, time), the shifts that grow before use.
+template <class Directions>
 struct OctaveWalk {
-    LevelDirections directions;
+    Directions directions;
     Four point;
     Four shiftStep;
     Four growth;
@@ -206,9 +212,8 @@ struct OctaveWalk {
 };
 
 // The octaves in pairs. position(walk) gives an octave's place in the lattice and moves the walk on.
-template <class Position, class Lattice>
-float sumPairs(const VolumeFractal& fractal, OctaveWalk walk, const Position& position,
-               const Lattice& lattice)
+template <class Walk, class Position, class Lattice>
+float sumPairs(const VolumeFractal& fractal, Walk walk, const Position& position, const Lattice& lattice)
 {
     OctaveSum sum(fractal);
     while (walk.level < fractal.depthMax) {
@@ -232,7 +237,8 @@ struct WispyOctave {
     Four direction, place, warped;
 };
 
-inline WispyOctave wispyOctave(OctaveWalk& walk)
+template <class Walk>
+WispyOctave wispyOctave(Walk& walk)
 {
     const Four direction = walk.directions(walk.level);
     const Four place = walk.shifted();
@@ -241,7 +247,8 @@ inline WispyOctave wispyOctave(OctaveWalk& walk)
 }
 
 // The octave's place moved by its warp; the walk goes on from the point moved by half of it.
-inline Four wispyPlace(OctaveWalk& walk, const WispyOctave& octave, Four warp)
+template <class Walk>
+Four wispyPlace(Walk& walk, const WispyOctave& octave, Four warp)
 {
     const Four w = _mm_mul_ps(spread<0>(warp), _mm_set1_ps(0.3125f));
     const Four move = _mm_mul_ps(octave.direction, w);
@@ -250,8 +257,8 @@ inline Four wispyPlace(OctaveWalk& walk, const WispyOctave& octave, Four warp)
     return place;
 }
 
-template <class Warp, class Pair>
-float sumWispy(const VolumeFractal& fractal, OctaveWalk walk, const Warp& warp, const Pair& pair)
+template <class Walk, class Warp, class Pair>
+float sumWispy(const VolumeFractal& fractal, Walk walk, const Warp& warp, const Pair& pair)
 {
     OctaveSum sum(fractal);
     if (fractal.depthMax <= 0) return biasedEnd(fractal, sum.sum);
@@ -271,13 +278,12 @@ float sumWispy(const VolumeFractal& fractal, OctaveWalk walk, const Warp& warp, 
     }
 }
 
-inline float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, VolumePoint point, float time)
+template <class Directions>
+float perlin3d(const NoiseTables& table, const PerlinVolume& noise, const Directions& directions, float x,
+               float y, float z, float time)
 {
-    const NoiseTables& table = *tables.noise;
-    const OctaveWalk walk{{tables.directions3d, volumeDirection3d, table},
-                          fourOf(point.x, point.y, point.z, time),
-                          fourOf(0.02f, 0.3f, 0.01f, 0.0f),
-                          octaveGrowth(noise.fractal.frequencyRatio)};
+    const OctaveWalk<Directions> walk{directions, fourOf(x, y, z, time), fourOf(0.02f, 0.3f, 0.01f, 0.0f),
+                                      octaveGrowth(noise.fractal.frequencyRatio)};
     const auto still = [&](Eight points) { return lattice3(table, points); };
     const auto animated = [&](Eight points) { return lattice4(table, points, noise.timePeriod); };
     if (noise.wispy && noise.timeNoise) {
@@ -291,14 +297,14 @@ inline float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, Vol
     }
     if (noise.spaceTime || noise.timeNoise) {
         const Four rate = fourOf(1.0f, 1.0f, 1.0f, noise.spaceTime ? 0.1f : 1.0f);
-        const auto position = [&](OctaveWalk& octave) {
+        const auto position = [&](auto& octave) {
             const Four place = _mm_mul_ps(octave.shifted(), rate);
             octave.grow();
             return place;
         };
         return sumPairs(noise.fractal, walk, position, animated);
     }
-    const auto position = [](OctaveWalk& octave) {
+    const auto position = [](auto& octave) {
         const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
         const Four place = _mm_add_ps(octave.shifted(), drift);
         octave.grow();
@@ -313,13 +319,12 @@ inline Four timeAsThird(Four place)
     return _mm_shuffle_ps(place, place, _MM_SHUFFLE(3, 3, 1, 0));
 }
 
-inline float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time)
+template <class Directions>
+float perlin2d(const NoiseTables& table, const PerlinVolume& noise, const Directions& directions, float x,
+               float y, float time)
 {
-    const NoiseTables& table = *tables.noise;
-    const OctaveWalk walk{{tables.directions2d, volumeDirection2d, table},
-                          fourOf(x, y, 0.0f, time),
-                          fourOf(0.02f, 0.3f, 0.0f, 0.0f),
-                          octaveGrowth(noise.fractal.frequencyRatio)};
+    const OctaveWalk<Directions> walk{directions, fourOf(x, y, 0.0f, time), fourOf(0.02f, 0.3f, 0.0f, 0.0f),
+                                      octaveGrowth(noise.fractal.frequencyRatio)};
     const auto still = [&](Eight points) { return lattice2(table, points); };
     const auto timed = [&](Eight points) { return lattice3(table, points); };
     if (noise.wispy && noise.timeNoise) {
@@ -334,7 +339,7 @@ inline float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, flo
     }
     if (noise.spaceTime) {
         const Four rate = fourOf(1.0f, 1.0f, 1.0f, 0.1f);
-        const auto position = [&](OctaveWalk& octave) {
+        const auto position = [&](auto& octave) {
             const Four place = timeAsThird(_mm_mul_ps(octave.shifted(), rate));
             octave.grow();
             return place;
@@ -342,13 +347,40 @@ inline float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, flo
         return sumPairs(noise.fractal, walk, position, timed);
     }
     // Kept as is: timeNoise has no branch here; in two dimensions only the wispy form knows it.
-    const auto position = [](OctaveWalk& octave) {
+    const auto position = [](auto& octave) {
         const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
         const Four place = _mm_add_ps(octave.shifted(), drift);
         octave.grow();
         return place;
     };
     return sumPairs(noise.fractal, walk, position, still);
+}
+
+[[gnu::noinline]] inline float deepPerlin3d(const VolumeTables& tables, const PerlinVolume& noise, float x,
+                                            float y, float z, float time)
+{
+    const NoiseTables& table = *tables.noise;
+    return perlin3d(table, noise, ComputedDirections{table, volumeDirection3d}, x, y, z, time);
+}
+
+[[gnu::noinline]] inline float deepPerlin2d(const VolumeTables& tables, const PerlinVolume& noise, float x,
+                                            float y, float time)
+{
+    const NoiseTables& table = *tables.noise;
+    return perlin2d(table, noise, ComputedDirections{table, volumeDirection2d}, x, y, time);
+}
+
+inline float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
+                      float time)
+{
+    if (noise.fractal.depthMax > kTabledLevels) return deepPerlin3d(tables, noise, x, y, z, time);
+    return perlin3d(*tables.noise, noise, TabledDirections{tables.directions3d}, x, y, z, time);
+}
+
+inline float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time)
+{
+    if (noise.fractal.depthMax > kTabledLevels) return deepPerlin2d(tables, noise, x, y, time);
+    return perlin2d(*tables.noise, noise, TabledDirections{tables.directions2d}, x, y, time);
 }
 
 } // namespace

@@ -83,7 +83,9 @@ void fillBillowRow(const NoiseTables& noise, int base, BillowRow& row)
 
 VolumeTables made;
 
-const VolumeTables* makeTables()
+} // namespace
+
+const VolumeTables& makeVolumeTables()
 {
     const NoiseTables& noise = activeNoiseTables();
     made.noise = &noise;
@@ -97,15 +99,7 @@ const VolumeTables* makeTables()
         fillBillowRow<true>(noise, row * kBillowCells, made.billow3d[row]);
     for (int row = 0; row < kBillowCells; ++row)
         fillBillowRow<false>(noise, row * kBillowCells, made.billow2d[row]);
-    return &made;
-}
-
-} // namespace
-
-const VolumeTables& volumeTables()
-{
-    static const VolumeTables* const tables = makeTables();
-    return *tables;
+    return made;
 }
 
 void volumeDirection3d(const NoiseTables& noise, int level, float direction[4])

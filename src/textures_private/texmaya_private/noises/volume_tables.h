@@ -56,8 +56,8 @@ struct VolumeTables {
     BillowRow billow2d[kBillowCells];                // [y]; the fields of a third offset are 0
 };
 
-// The tables made from the active random table, at the first call. Any thread.
-const VolumeTables& volumeTables();
+// Makes the tables from the active random table; for one caller, who keeps the reference.
+const VolumeTables& makeVolumeTables();
 
 // A level's direction, of any level, the number read as 16 bits.
 void volumeDirection3d(const NoiseTables& noise, int level, float direction[4]);
