@@ -1,0 +1,202 @@
+#include "plugin_frame/plugin_desc_of.h"
+
+#include "host/memory/allocator.h"
+#include "support/heap_hooks.h"
+
+#include <ombrix/exception_msg.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace nezaiva;
+
+int instancesAlive = 0;
+bool constructorThrows = false;
+// What stood in the list and the counter while the parameters were declared.
+DescriptorEntry* headWhileDeclaring = nullptr;
+std::uint32_t countWhileDeclaring = 0;
+
+class SampleParams : public OmbrixParameterListDesc {
+public:
+    SampleParams()
+    {
+        headWhileDeclaring = descriptorListHead;
+        countWhileDeclaring = descriptorCount;
+        addParamInt("number", 3, -1, nullptr, nullptr);
+    }
+};
+
+class Sample : public OmbrixTextureFloat {
+public:
+    explicit Sample(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    {
+        paramList->setParamCache("number", &number);
+        if (constructorThrows) throw OUtils::ExceptionMsg("refused");
+        ++instancesAlive;
+    }
+    ~Sample() override { --instancesAlive; }
+
+    float evalFloat(const OmbrixContext&) override { return static_cast<float>(number); }
+    void evalFloatBounds(float*, float*) override {}
+
+private:
+    int number = 0;
+};
+
+class SampleDesc : public DescOf<Sample, SampleParams> {
+public:
+    SampleDesc()
+        : DescOf({77001122334455, "Sample", "A sample", {EXT_OMBRIX_PLUGIN, EXT_TEXTURE, EXT_TEXTURE_FLOAT}})
+    {
+    }
+};
+
+// A static as every descriptor is: it stays in the list.
+SampleDesc sampleDesc;
+
+// Writes down what it is called with.
+class RecordingHost final : public OmbrixPluginHost {
+public:
+    int addPlugin(PluginDesc* desc) override
+    {
+        calls.push_back(std::string("add ") + desc->getName());
+        return 1;
+    }
+    int removePlugin(PluginDesc* desc) override
+    {
+        calls.push_back(std::string("remove ") + desc->getName());
+        return 1;
+    }
+    int addParameters(PluginDesc* desc, OmbrixParameterListDesc* parameters) override
+    {
+        calls.push_back(std::string("parameters ") + desc->getName());
+        given = parameters;
+        return 1;
+    }
+
+    std::vector<std::string> calls;
+    OmbrixParameterListDesc* given = nullptr;
+};
+
+std::int64_t liveBlocks()
+{
+    return ombrix::allocationCounters().liveBlocks;
+}
+
+TEST(DescOf, TellsItsIdentity)
+{
+    EXPECT_EQ(sampleDesc.getPluginID(), 77001122334455u);
+    EXPECT_STREQ(sampleDesc.getName(), "Sample");
+    EXPECT_STREQ(sampleDesc.getDescription(), "A sample");
+    EXPECT_EQ(sampleDesc.reservedOperation8(), 0);
+    EXPECT_EQ(sampleDesc.reservedOperation10(), 0);
+    EXPECT_EQ(sampleDesc.reservedOperation11(), 0);
+    EXPECT_NE(sampleDesc.parameterDesc, nullptr);
+}
+
+TEST(DescOf, LinksItselfAfterItsParametersAreDeclared)
+{
+    DescriptorEntry* const head = descriptorListHead;
+    const std::uint32_t count = descriptorCount;
+    {
+        const SampleDesc another;
+        EXPECT_EQ(headWhileDeclaring, head);
+        EXPECT_EQ(countWhileDeclaring, count);
+        EXPECT_EQ(descriptorCount, count + 1);
+        ASSERT_NE(descriptorListHead, head);
+        EXPECT_EQ(descriptorListHead->desc, &another);
+        EXPECT_EQ(descriptorListHead->next, head);
+    }
+    // A descriptor does not unlink itself.
+    ASSERT_NE(descriptorListHead, head);
+    delete descriptorListHead;
+    descriptorListHead = head;
+    descriptorCount = count;
+}
+
+TEST(DescOf, SupportsWhatItDeclares)
+{
+    EXPECT_EQ(sampleDesc.supportsInterface(EXT_OMBRIX_PLUGIN), 1);
+    EXPECT_EQ(sampleDesc.supportsInterface(EXT_TEXTURE), 1); // declared, though no instance has it
+    EXPECT_EQ(sampleDesc.supportsInterface(EXT_TEXTURE_FLOAT), 1);
+    EXPECT_EQ(sampleDesc.supportsInterface(EXT_RTTEX), 0);
+    EXPECT_EQ(sampleDesc.supportsInterface(0), 0);
+    EXPECT_EQ(sampleDesc.supportsInterface(EXT_TEXTURE | (InterfaceId{1} << 32)), 0);
+}
+
+TEST(DescOf, DescriptorHasNoInterfacesOfItsOwn)
+{
+    EXPECT_EQ(sampleDesc.getInterface(EXT_OMBRIX_PLUGIN), nullptr);
+}
+
+TEST(DescOf, MakesAndDeletesInstances)
+{
+    const std::int64_t before = liveBlocks();
+    PluginBase* plugin = sampleDesc.newPlugin(nullptr);
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_EQ(instancesAlive, 1);
+    EXPECT_GT(liveBlocks(), before);
+    auto* texture = static_cast<TextureFloatInterface*>(plugin->getInterface(EXT_TEXTURE_FLOAT));
+    EXPECT_EQ(static_cast<Plugin*>(texture->getPlugin())->getPluginDesc(), &sampleDesc);
+    sampleDesc.deletePlugin(plugin);
+    EXPECT_EQ(instancesAlive, 0);
+    EXPECT_EQ(liveBlocks(), before);
+}
+
+TEST(DescOf, DeletesNullWithoutEffect)
+{
+    sampleDesc.deletePlugin(nullptr);
+    EXPECT_EQ(instancesAlive, 0);
+}
+
+TEST(DescOf, HasNoInstanceWithoutMemory)
+{
+    support::ExhaustedHeap exhausted(sizeof(Sample));
+    EXPECT_EQ(sampleDesc.newPlugin(nullptr), nullptr);
+}
+
+TEST(DescOf, FreesTheInstanceWhoseConstructorThrows)
+{
+    const std::int64_t before = liveBlocks();
+    constructorThrows = true;
+    EXPECT_THROW(sampleDesc.newPlugin(nullptr), OUtils::ExceptionMsg);
+    constructorThrows = false;
+    EXPECT_EQ(liveBlocks(), before);
+}
+
+TEST(DescOf, RegistersItselfBeforeItsParameters)
+{
+    RecordingHost host;
+    sampleDesc.registerPlugin(&host);
+    EXPECT_EQ(host.calls, (std::vector<std::string>{"add Sample", "parameters Sample"}));
+    EXPECT_EQ(host.given, sampleDesc.parameterDesc);
+}
+
+TEST(DescOf, UnregistersWithoutParameterWork)
+{
+    RecordingHost host;
+    sampleDesc.unregisterPlugin(&host);
+    EXPECT_EQ(host.calls, (std::vector<std::string>{"remove Sample"}));
+}
+
+TEST(DescOf, NullHostDoesNothing)
+{
+    sampleDesc.registerPlugin(nullptr);
+    sampleDesc.unregisterPlugin(nullptr);
+}
+
+TEST(DescOf, RegistersWithoutParameterDescription)
+{
+    RecordingHost host;
+    OmbrixParameterListDesc* const kept = sampleDesc.parameterDesc;
+    sampleDesc.parameterDesc = nullptr;
+    sampleDesc.registerPlugin(&host);
+    sampleDesc.parameterDesc = kept;
+    EXPECT_EQ(host.calls, (std::vector<std::string>{"add Sample"}));
+}
+
+} // namespace
