@@ -2,7 +2,9 @@
 // is dropped, also when no alpha is connected.
 
 #include "plugin_frame/fallbacks.h"
+#include "plugin_frame/gpu_text.h"
 #include "plugin_frame/plugin_desc_of.h"
+#include "textures/expr/gpu_source_helper.h"
 
 namespace nezaiva {
 
@@ -55,12 +57,15 @@ public:
             lower->a = upper->a = kDefaultAlpha;
     }
 
-    // The GPU form is an expression over the input, for which the library has no writer: every consumer
-    // is refused.
-    int getSource(const char* /*name*/, const char* /*tag*/, const char* /*descriptor*/,
-                  ShaderSource& /*source*/, OCLData& /*data*/) override
+    // The alpha input does not reach the GPU.
+    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
+                  OCLData& data) override
     {
-        return 0;
+        if (!isMaterialDescriptor(descriptor)) return 0;
+        GPUSourceHelper helper(name, tag, descriptor, source, data);
+        helper.addPluginVariable("inputColor", color);
+        helper.evaluate("inputColor");
+        return 1;
     }
 
 private:

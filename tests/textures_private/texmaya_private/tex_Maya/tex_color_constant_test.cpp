@@ -102,6 +102,37 @@ TEST(TexColorConstant, AnswersToTextureAndGpuTextureOnly)
     EXPECT_EQ(descriptor("TexColorConstant")->supportsInterface(OUtils::EXT_RTTEX), 0);
 }
 
+TEST(TexColorConstant, WritesTheSourceOfItsColorAlone)
+{
+    ColorInput color;
+    color.label = "color";
+    FloatInput alpha;
+    alpha.label = "alpha";
+    TestNode node = makeNode();
+    node.connect("color", color).connect("alpha", alpha);
+    const WrittenSource written = sourceOf(node.rtTexture());
+    EXPECT_EQ(written.answer, 1);
+    EXPECT_EQ(written.text, "color theName theTag MaterialDescriptor\n");
+}
+
+TEST(TexColorConstant, WritesNothingForAnUnsetColor)
+{
+    TestNode node = makeNode();
+    const WrittenSource written = sourceOf(node.rtTexture());
+    EXPECT_EQ(written.answer, 1);
+    EXPECT_EQ(written.text, "");
+}
+
+TEST(TexColorConstant, RefusesOtherDescriptors)
+{
+    ColorInput color;
+    TestNode node = makeNode();
+    node.connect("color", color);
+    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
+    EXPECT_EQ(written.answer, 0);
+    EXPECT_EQ(written.text, "");
+}
+
 TEST(TexColorConstant, LivesTwice)
 {
     for (int life = 0; life < 2; ++life) {
