@@ -1,0 +1,89 @@
+#include "textures/expr/gpu_function.h"
+
+#include "textures/expr/expr_messages.h"
+#include "textures/expr/gpu_expr_evaluator.h"
+#include "textures_private/texmaya_private/noises/cell_index.h"
+
+#include <charconv>
+#include <cstddef>
+#include <string_view>
+
+namespace nezaiva::expr::gpu {
+
+namespace {
+
+constexpr std::int32_t kManipOperator = -935;
+constexpr std::size_t kManipColors = 2;
+constexpr int kFirstChannelOp = 2;
+constexpr int kFirstSwizzle = 6;
+constexpr int kChannels = 4;
+
+struct SymbolCode {
+    std::string_view symbol;
+    std::int32_t code;
+};
+
+constexpr SymbolCode kChannelOps[] = {{"+", 2}, {"-", 3}, {"*", 4}, {"/", 5}, {"g", 6}};
+constexpr SymbolCode kSwizzles[] = {{"x", 1}, {"y", 2}, {"z", 3}, {"w", 4}};
+
+// The code of a symbol, 0 for any other node and for null.
+template <std::size_t kCount>
+std::int32_t symbolCode(const SymbolCode (&codes)[kCount], const Node* node)
+{
+    if (!node || node->getType() != kSymbolType) return 0;
+    for (const SymbolCode& entry : codes)
+        if (static_cast<const SymbolNode*>(node)->getName() == entry.symbol) return entry.code;
+    return 0;
+}
+
+std::int32_t channelOp(const Node* node)
+{
+    if (node && node->getType() == kLiteralType)
+        return cellIndex(static_cast<const FloatingLiteralNode*>(node)->getValue());
+    return symbolCode(kChannelOps, node);
+}
+
+} // namespace
+
+bool GPUCommonFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer)
+{
+    evaluator.writeArguments(node, node.getArgs().size(), *this, writer, writeCall);
+    return true;
+}
+
+void GPUCommonFunction::writeCall(const GPUFunction& function, FunctionNode& node, GPUSourceWriter& writer)
+{
+    const auto& self = static_cast<const GPUCommonFunction&>(function);
+    writer.openSlot();
+    writer.writeOperator(self.opcode, {self.operand});
+    writer.popSlots(static_cast<std::int32_t>(node.getArgs().size()));
+}
+
+bool ManipFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer)
+{
+    const std::size_t count = node.getArgs().size();
+    if (count < kManipColors) {
+        const char digit = static_cast<char>('0' + count);
+        reportError({kManipArguments, std::string_view(&digit, 1)});
+        return false;
+    }
+    evaluator.writeArguments(node, kManipColors, *this, writer, writeCall);
+    return true;
+}
+
+void ManipFunction::writeCall(const GPUFunction& /*function*/, FunctionNode& node, GPUSourceWriter& writer)
+{
+    Operands operands{};
+    for (int i = 0; i < kChannels; ++i) {
+        operands[static_cast<std::size_t>(i)] = channelOp(node.getArg(kFirstChannelOp + i));
+        // Kept as is: a literal, which counts as a channel operation, is no selector.
+        operands[static_cast<std::size_t>(kChannels + i)] =
+            symbolCode(kSwizzles, node.getArg(kFirstSwizzle + i));
+    }
+    writer.openSlot();
+    writer.writeOperator(kManipOperator, operands);
+    // Kept as is: two slots go, also when there are more arguments; the others were never written.
+    writer.popSlots(static_cast<std::int32_t>(kManipColors));
+}
+
+} // namespace nezaiva::expr::gpu

@@ -1,0 +1,52 @@
+// The built-in functions of GPU expressions.
+#pragma once
+
+#include "textures/expr/gpu_source_writer.h"
+#include "textures/expr/node.h"
+
+#include <cstdint>
+
+namespace nezaiva::expr::gpu {
+
+class GPUExpressionEvaluator;
+
+class GPUFunction {
+public:
+    GPUFunction() = default;
+    GPUFunction(const GPUFunction&) = delete;
+    GPUFunction& operator=(const GPUFunction&) = delete;
+
+    virtual ~GPUFunction() = default;
+    // Writes the call: the arguments through the evaluator, then the function itself. True on success;
+    // false with nothing written. Within a walk of the evaluator the lines are written when that walk
+    // goes on.
+    virtual bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) = 0;
+};
+
+// An operator that takes each argument from a slot, however many there are.
+class GPUCommonFunction : public GPUFunction {
+public:
+    // The operand is the first of the operator's twelve integers.
+    GPUCommonFunction(std::int32_t functionOpcode, std::int32_t firstOperand)
+        : opcode(functionOpcode), operand(firstOperand)
+    {
+    }
+    bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) override;
+
+private:
+    static void writeCall(const GPUFunction& function, FunctionNode& node, GPUSourceWriter& writer);
+
+    std::int32_t opcode;
+    std::int32_t operand;
+};
+
+// (manip a b, four channel operations, four swizzle selectors): combines two colours channel by channel.
+class ManipFunction : public GPUFunction {
+public:
+    bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) override;
+
+private:
+    static void writeCall(const GPUFunction& function, FunctionNode& node, GPUSourceWriter& writer);
+};
+
+} // namespace nezaiva::expr::gpu
