@@ -1,0 +1,82 @@
+// Neither the parser nor the texts follow the process's locale. The test makes a locale whose decimal
+// point is a comma, so that it needs none installed.
+
+#include "textures/expr/gpu_source_helper.h"
+#include "textures/expr/parser.h"
+
+#include "expr_support.h"
+#include "gpu_expr_support.h"
+#include "host/gpu/host_gpu.h"
+#include "support/temporary_folder.h"
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+using namespace nezaiva::expr;
+using namespace expr_test;
+
+// Puts the process into a locale with a comma while it lives.
+class CommaLocale {
+public:
+    CommaLocale()
+    {
+        const std::string command = "localedef --no-archive -i de_DE -f UTF-8 '" +
+                                    (folder / "de_DE.UTF-8").string() + "' 2>/dev/null";
+        // It warns, and answers 1, where the system's charmaps are not whole.
+        if (std::system(command.c_str()) == -1) return;
+        ::setenv("LOCPATH", folder.path().c_str(), 1);
+        if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) return;
+        char text[8];
+        std::snprintf(text, sizeof text, "%.1f", 0.5);
+        active = std::string(text) == "0,5";
+    }
+    ~CommaLocale()
+    {
+        std::setlocale(LC_ALL, "C");
+        ::unsetenv("LOCPATH");
+    }
+
+    bool active = false;
+
+private:
+    TemporaryFolder folder;
+};
+
+class ExpressionLocale : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!locale.active) GTEST_SKIP() << "no locale with a decimal comma could be made here";
+    }
+
+private:
+    CommaLocale locale;
+};
+
+TEST_F(ExpressionLocale, LiteralsHavePoints)
+{
+    LispParser parser("1.5 1,5 -0.25 12345.5 0x1.8");
+    EXPECT_EQ(textOf(*parser.getRoot()), "[Begin 1.5, 1, -0.25, 12345.5, 1.5]");
+}
+
+TEST_F(ExpressionLocale, WordsEndWhereTheyDo)
+{
+    // Neither no-break spaces nor other letters are blanks.
+    LispParser parser("\xc2\xa0 a\xc2\x85 \xe2\x80\x83x");
+    EXPECT_EQ(textOf(*parser.getRoot()), "[Begin \xc2\xa0, a\xc2\x85, \xe2\x80\x83x]");
+}
+
+TEST_F(ExpressionLocale, SourcesHavePoints)
+{
+    ombrix::HostShaderSource sink;
+    support::NoData data;
+    nezaiva::GPUSourceHelper helper("theName", "theTag", "MaterialDescriptor", sink, data);
+    helper.addColorVariable("half", 0.5f);
+    helper.evaluate("(* half (color 0.25 1.5 0 1))");
+    EXPECT_EQ(sink.text, slots({gray("0.500000"), "color 0.250000 1.500000 0.000000 1.000000\n", op(-980)}));
+}
+
+} // namespace

@@ -1,0 +1,80 @@
+// What the tests of GPU expressions share: the lines of a source, by their numbers, and textures.
+#pragma once
+
+#include "textures/expr/gpu_expr_evaluator.h"
+
+#include "expr_support.h"
+#include "support/test_textures.h"
+#include "support/text_sink.h"
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace expr_test {
+
+inline const std::string kNext = "subtex\n";
+
+// An operator with its first integers; the others are 0.
+inline std::string op(int opcode, std::vector<int> operands = {})
+{
+    operands.resize(12);
+    std::string text = "bitmap " + std::to_string(opcode) + "\nuvw_transform ";
+    for (std::size_t i = 0; i < operands.size(); ++i)
+        text += std::to_string(operands[i]) + (i == 11 ? "\n" : i % 3 == 2 ? ", " : ",");
+    return text;
+}
+
+inline std::string gray(const std::string& number)
+{
+    return "color " + number + " " + number + " " + number + " " + number + "\n";
+}
+
+// What a texture of this label writes when the three strings reach it.
+inline std::string source(const std::string& label)
+{
+    return label + " theName theTag MaterialDescriptor\n";
+}
+
+// The slots of a source, with the lines that part them.
+inline std::string slots(std::initializer_list<std::string> texts)
+{
+    std::string joined;
+    for (const std::string& text : texts)
+        joined += (joined.empty() ? "" : kNext) + text;
+    return joined;
+}
+
+// A colour texture whose bounds lie apart, so that no condition on it is known.
+class Texture : public support::ColorInput {
+public:
+    explicit Texture(const char* name) : ColorInput(name, nullptr) { upperBound = {1.0f, 1.0f, 1.0f, 1.0f}; }
+
+    operator OUtils::PluginInterface*() { return static_cast<OUtils::TextureInterface*>(this); }
+};
+
+// What the evaluation of an expression wrote.
+struct Written {
+    std::string source;
+    std::string errors;
+    int depth = 0;
+};
+
+// Takes the variables.
+inline Written evaluated(std::initializer_list<nezaiva::expr::gpu::GPUVariable*> variables,
+                         std::string_view expression)
+{
+    support::TextSink sink;
+    support::NoData data;
+    nezaiva::expr::gpu::GPUSourceWriter writer("theName", "theTag", "MaterialDescriptor", sink, data);
+    nezaiva::expr::gpu::GPUExpressionEvaluator evaluator;
+    for (nezaiva::expr::gpu::GPUVariable* variable : variables)
+        evaluator.addVariable(variable);
+    Written written;
+    written.errors = errorsOf([&] { evaluator.evaluate(writer, expression); });
+    written.source = sink.text;
+    written.depth = writer.getDepth();
+    return written;
+}
+
+} // namespace expr_test
