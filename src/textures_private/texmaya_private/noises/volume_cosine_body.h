@@ -10,25 +10,10 @@ namespace {
 constexpr float kPi = 3.1415927f;
 constexpr float kTwoPi = 6.2831855f;
 
-// The cosine of eight angles, within 2e-7: the quarter turns of each angle by a product in double
-// precision, then the minimax polynomial of sin(2 pi u) on -0.25..0.25, relative error 6e-9. NaN for
-// what is not finite.
-inline Eight cosines(Eight angles)
+// The cosine from the quarter of a turn less the turns of an angle: the minimax polynomial of
+// sin(2 pi u) on -0.25..0.25, relative error 6e-9.
+inline Eight cosineOfQuarters(Eight u)
 {
-    Eight u = quarterLessTurns(angles);
-    const Eight magnitudes = bitAnd(angles, combine(_mm_castsi128_ps(_mm_set1_epi32(0x7fffffff)),
-                                                    _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff))));
-    if (anyLane(less(broadcast(kLargestPlainAngle), magnitudes))) {
-        float each[8];
-        float quarters[8];
-        store(each, angles);
-        store(quarters, u);
-        for (int lane = 0; lane < 8; ++lane) {
-            const double turns = exactTurns(each[lane]);
-            quarters[lane] = static_cast<float>(0.25 - (turns < 0.0 ? -turns : turns));
-        }
-        u = load(quarters);
-    }
     const Eight x = u * u;
     Eight sum = broadcast(39.7109195f);
     sum = sum * x + broadcast(-76.5749924f);
@@ -36,6 +21,34 @@ inline Eight cosines(Eight angles)
     sum = sum * x + broadcast(-41.3416775f);
     sum = sum * x + broadcast(6.28318527f);
     return sum * u;
+}
+
+inline Eight magnitudes(Eight a)
+{
+    const Four kept = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+    return bitAnd(a, combine(kept, kept));
+}
+
+inline Eight tooLarge(Eight angles)
+{
+    return less(broadcast(kLargestPlainAngle), magnitudes(angles));
+}
+
+// The cosine of eight angles of any size, within 2e-7. NaN for what is not finite.
+inline Eight cosines(Eight angles)
+{
+    Eight u = quarterLessTurns(angles);
+    if (anyLane(tooLarge(angles))) {
+        float each[8];
+        float quarters[8];
+        store(each, angles);
+        for (int lane = 0; lane < 8; ++lane) {
+            const double turns = exactTurns(each[lane]);
+            quarters[lane] = static_cast<float>(0.25 - (turns < 0.0 ? -turns : turns));
+        }
+        u = load(quarters);
+    }
+    return cosineOfQuarters(u);
 }
 
 // The directions and phases of eight waves.
@@ -81,29 +94,52 @@ inline float sumOfLanes(Eight a)
     return _mm_cvtss_f32(_mm_add_ss(two, spread<1>(two)));
 }
 
-// Where an octave's waves come from.
-struct WaveSource {
+// The waves of an octave, of any octave and in any number: angles(waves) gives the eight angles at the
+// point.
+struct AnyWaves {
     const NoiseTables& noise;
     const WaveLevel* tabled;
     Wave (*next)(const NoiseTables&, int&);
+    int count;
+
+    template <class Angles>
+    float sum(int level, const Angles& angles) const
+    {
+        Eight total = broadcast(0.0f);
+        const bool known = level < kTabledLevels;
+        int index = known ? tabled[level].next : firstWaveIndex(level);
+        for (int first = 0; first < count; first += 8) {
+            const EightWaves waves =
+                known && first < kTabledWaves
+                    ? tabledWaves(tabled[level], first)
+                    : computedWaves(noise, next, index, count - first < 8 ? count - first : 8);
+            total = total + bitAnd(cosines(angles(waves)), firstLanes(count - first));
+        }
+        return sumOfLanes(total);
+    }
 };
 
-// The sum of an octave's waves; angles(waves) gives the eight angles at the point.
-template <class Angles>
-float sumOfWaves(const WaveSource& source, int level, int count, const Angles& angles)
-{
-    Eight sum = broadcast(0.0f);
-    const bool tabled = level < kTabledLevels;
-    int index = tabled ? source.tabled[level].next : firstWaveIndex(level);
-    for (int first = 0; first < count; first += 8) {
-        const EightWaves waves =
-            tabled && first < kTabledWaves
-                ? tabledWaves(source.tabled[level], first)
-                : computedWaves(source.noise, source.next, index, count - first < 8 ? count - first : 8);
-        sum = sum + bitAnd(cosines(angles(waves)), firstLanes(count - first));
+// The usual case: one register of waves from the table, and angles that take no long reduction. It
+// makes no call, which keeps everything in registers; `large` tells afterwards whether it holds.
+struct FewWaves {
+    const WaveLevel* tabled;
+    Eight lanes; // of the waves that count
+    Eight large = broadcast(0.0f);
+
+    static bool hold(int depthMax, int count)
+    {
+        return depthMax <= kTabledLevels && count >= 1 && count <= 8;
     }
-    return sumOfLanes(sum);
-}
+
+    template <class Angles>
+    float sum(int level, const Angles& angles)
+    {
+        const Eight each = angles(tabledWaves(tabled[level], 0));
+        large = bitOr(large, tooLarge(each));
+        const Eight waves = bitAnd(cosineOfQuarters(quarterLessTurns(each)), lanes);
+        return sumOfLanes(broadcast(0.0f) + waves);
+    }
+};
 
 // Kept as is: the number of waves is read as 16 bits; none, or a negative number, divides the empty
 // sum all the same.
@@ -127,31 +163,36 @@ inline float magnitudeOf(float value)
     return _mm_cvtss_f32(_mm_andnot_ps(_mm_set_ss(-0.0f), _mm_set_ss(value)));
 }
 
-inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, float px, float py, float pz,
-                      float time)
+inline Eight everywhere(Four onlyLane)
+{
+    return combine(onlyLane, onlyLane);
+}
+
+template <class Waves>
+float cosine3d(Waves& waves, const CosineVolume& noise, float px, float py, float pz, float time)
 {
     const VolumeFractal& fractal = noise.fractal;
-    const WaveSource source{*tables.noise, tables.waves3d, nextWave3d};
-    const int count = waveCount(noise);
+    const auto count = static_cast<float>(waveCount(noise));
     const float growth = growthOf(fractal);
     const float timeGrowth = rootOf(growth);
-    const VolumePoint start{px - 0.021f, py - 0.33f, pz - 0.011f};
-    VolumePoint shift{0.0f, 0.0f, 0.0f};
+    const Four start = _mm_sub_ps(_mm_setr_ps(px, py, pz, 0.0f), _mm_setr_ps(0.021f, 0.33f, 0.011f, 0.0f));
+    Four shift = _mm_setzero_ps();
     float factor = 1.0f;
     float amplitude = 1.0f;
     float sum = 0.0f;
     float norm = 0.0f;
     for (int level = 0; level < fractal.depthMax; ++level) {
-        shift = {shift.x + 0.021f, shift.y + 0.33f, shift.z + 0.011f};
-        const Eight x = broadcast(start.x * factor + shift.x);
-        const Eight y = broadcast(start.y * factor + shift.y);
-        const Eight z = broadcast((start.z * factor + shift.z) * kTwoPi);
+        shift = _mm_add_ps(shift, _mm_setr_ps(0.021f, 0.33f, 0.011f, 0.0f));
+        const Four place = _mm_add_ps(_mm_mul_ps(start, _mm_set1_ps(factor)), shift);
+        const Eight x = everywhere(spread<0>(place));
+        const Eight y = everywhere(spread<1>(place));
+        const Eight z = everywhere(_mm_mul_ps(spread<2>(place), _mm_set1_ps(kTwoPi)));
         const Eight turn = broadcast(time * kPi);
-        const auto angles = [&](const EightWaves& waves) {
+        const auto angles = [&](const EightWaves& eight) {
             const Eight twoPi = broadcast(kTwoPi);
-            return waves.phase + turn + waves.x * x * twoPi + waves.y * y * twoPi + waves.z * z;
+            return eight.phase + turn + eight.x * x * twoPi + eight.y * y * twoPi + eight.z * z;
         };
-        float value = sumOfWaves(source, level, count, angles) / static_cast<float>(count);
+        float value = waves.sum(level, angles) / count;
         if (fractal.inflection) value = magnitudeOf(value);
         sum += value * amplitude;
         norm += amplitude;
@@ -165,11 +206,11 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, flo
 }
 
 // Kept as is: the two-dimensional form has no shifts and no norm, and the bias of the Perlin type.
-inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float px, float py, float time)
+template <class Waves>
+float cosine2d(Waves& waves, const CosineVolume& noise, float px, float py, float time)
 {
     const VolumeFractal& fractal = noise.fractal;
-    const WaveSource source{*tables.noise, tables.waves2d, nextWave2d};
-    const int count = waveCount(noise);
+    const auto count = static_cast<float>(waveCount(noise));
     const float growth = growthOf(fractal);
     const float timeGrowth = rootOf(growth);
     float amplitude = fractal.amplitude;
@@ -178,11 +219,11 @@ inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, flo
         const Eight x = broadcast(px);
         const Eight y = broadcast(py);
         const Eight turn = broadcast(time * kPi);
-        const auto angles = [&](const EightWaves& waves) {
+        const auto angles = [&](const EightWaves& eight) {
             const Eight twoPi = broadcast(kTwoPi);
-            return waves.phase + turn + waves.x * x * twoPi + waves.y * y * twoPi;
+            return eight.phase + turn + eight.x * x * twoPi + eight.y * y * twoPi;
         };
-        float value = sumOfWaves(source, level, count, angles) / static_cast<float>(count);
+        float value = waves.sum(level, angles) / count;
         if (fractal.inflection) value = magnitudeOf(value);
         sum += value * amplitude;
         amplitude *= fractal.ratio;
@@ -192,6 +233,43 @@ inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, flo
     }
     const float r = fractal.inflection ? sum + fractal.threshold : sum * 0.5f + 0.5f + fractal.threshold;
     return r > 1.0f ? 1.0f : r;
+}
+
+[[gnu::noinline]] inline float anyCosine3d(const VolumeTables& tables, const CosineVolume& noise, float x,
+                                           float y, float z, float time)
+{
+    AnyWaves waves{*tables.noise, tables.waves3d, nextWave3d, waveCount(noise)};
+    return cosine3d(waves, noise, x, y, z, time);
+}
+
+[[gnu::noinline]] inline float anyCosine2d(const VolumeTables& tables, const CosineVolume& noise, float x,
+                                           float y, float time)
+{
+    AnyWaves waves{*tables.noise, tables.waves2d, nextWave2d, waveCount(noise)};
+    return cosine2d(waves, noise, x, y, time);
+}
+
+inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+                      float time)
+{
+    const int count = waveCount(noise);
+    if (FewWaves::hold(noise.fractal.depthMax, count)) {
+        FewWaves waves{tables.waves3d, firstLanes(count)};
+        const float result = cosine3d(waves, noise, x, y, z, time);
+        if (!anyLane(waves.large)) return result;
+    }
+    return anyCosine3d(tables, noise, x, y, z, time);
+}
+
+inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)
+{
+    const int count = waveCount(noise);
+    if (FewWaves::hold(noise.fractal.depthMax, count)) {
+        FewWaves waves{tables.waves2d, firstLanes(count)};
+        const float result = cosine2d(waves, noise, x, y, time);
+        if (!anyLane(waves.large)) return result;
+    }
+    return anyCosine2d(tables, noise, x, y, time);
 }
 
 } // namespace

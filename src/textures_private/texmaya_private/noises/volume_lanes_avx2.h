@@ -48,6 +48,11 @@ inline Eight bitAnd(Eight a, Eight b)
     return _mm256_and_ps(a, b);
 }
 
+inline Eight bitOr(Eight a, Eight b)
+{
+    return _mm256_or_ps(a, b);
+}
+
 // All bits of a lane where the comparison holds; none for a NaN.
 inline Eight less(Eight a, Eight b)
 {
@@ -81,6 +86,12 @@ inline Eight truncated(Eight a)
     return _mm256_cvtepi32_ps(_mm256_cvttps_epi32(a));
 }
 
+// The second operand where the first is NaN.
+inline Eight maximum(Eight a, Eight b)
+{
+    return _mm256_max_ps(a, b);
+}
+
 // a - floor(a), 0 for what is not finite: the maximum of a NaN and 0 is its second operand.
 inline Four unitFraction(Four a)
 {
@@ -89,6 +100,20 @@ inline Four unitFraction(Four a)
 inline Eight unitFraction(Eight a)
 {
     return _mm256_max_ps(_mm256_sub_ps(a, _mm256_floor_ps(a)), _mm256_setzero_ps());
+}
+
+// The same; NaN is allowed for what is not finite.
+inline Eight fractionOrNan(Eight a)
+{
+    return _mm256_sub_ps(a, _mm256_floor_ps(a));
+}
+
+// Lane Axis of each of the three, for each half: (first, second, third, third).
+template <int Axis>
+Eight gather(Eight first, Eight second, Eight third)
+{
+    const Eight two = _mm256_shuffle_ps(first, second, Axis * 0x55); // (first, first, second, second)
+    return _mm256_shuffle_ps(two, third, _MM_SHUFFLE(Axis, Axis, 2, 0));
 }
 
 // The cells of two times four coordinates on a lattice of 32, as the offsets of their corners: the

@@ -68,6 +68,11 @@ inline Eight bitAnd(Eight a, Eight b)
     return {_mm_and_ps(a.low, b.low), _mm_and_ps(a.high, b.high)};
 }
 
+inline Eight bitOr(Eight a, Eight b)
+{
+    return {_mm_or_ps(a.low, b.low), _mm_or_ps(a.high, b.high)};
+}
+
 // All bits of a lane where the comparison holds; none for a NaN.
 inline Eight less(Eight a, Eight b)
 {
@@ -109,6 +114,12 @@ inline Eight truncated(Eight a)
     return {truncated(a.low), truncated(a.high)};
 }
 
+// The second operand where the first is NaN.
+inline Eight maximum(Eight a, Eight b)
+{
+    return {_mm_max_ps(a.low, b.low), _mm_max_ps(a.high, b.high)};
+}
+
 // a - floor(a), 0 for what is not finite. From 2^23 on a float is whole.
 inline Four unitFraction(Four a)
 {
@@ -121,6 +132,26 @@ inline Four unitFraction(Four a)
 inline Eight unitFraction(Eight a)
 {
     return {unitFraction(a.low), unitFraction(a.high)};
+}
+
+// The same; NaN is allowed for what is not finite.
+inline Eight fractionOrNan(Eight a)
+{
+    return unitFraction(a);
+}
+
+// Lane Axis of each of the three, for each half: (first, second, third, third).
+template <int Axis>
+Four gather(Four first, Four second, Four third)
+{
+    const Four two = _mm_shuffle_ps(first, second, Axis * 0x55); // (first, first, second, second)
+    return _mm_shuffle_ps(two, third, _MM_SHUFFLE(Axis, Axis, 2, 0));
+}
+template <int Axis>
+Eight gather(Eight first, Eight second, Eight third)
+{
+    return {gather<Axis>(first.low, second.low, third.low),
+            gather<Axis>(first.high, second.high, third.high)};
 }
 
 // The cells of four coordinates on a lattice of 32, as the offset of their corner: the sum of each

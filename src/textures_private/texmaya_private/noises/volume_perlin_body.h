@@ -8,125 +8,14 @@
 #pragma once
 
 #include "volume_kernels.h"
+#include "volume_lattice_body.h"
 
 namespace nezaiva {
 namespace {
 
-constexpr int kPlaneStride = kLatticeSide * kLatticeRowStride;
-
-inline Four fourOf(float x, float y, float z, float w)
-{
-    return _mm_setr_ps(x, y, z, w);
-}
-
 inline float firstLane(Four a)
 {
     return _mm_cvtss_f32(a);
-}
-
-// A place between two knots, as the spline wants it.
-struct Place {
-    Eight half, twice;
-};
-
-inline Place placeOf(Eight t)
-{
-    return {t * broadcast(0.5f), t + t};
-}
-
-// Twice the uniform quadratic B-spline: a + b + ((a - 2b + c) t - 2 (a - b)) t, its factors of two
-// moved to where they cost nothing; multiplication by two rounds nothing.
-inline Eight spline(Eight a, Eight b, Eight c, Place t)
-{
-    const Eight bend = (a - (b + b)) + c;
-    return (a + b) + (bend * t.half - (a - b)) * t.twice;
-}
-
-// The spline through the first three lanes of each half, in the first lane of each.
-inline Eight splineAcross(Eight row, Place t)
-{
-    return spline(row, spread<1>(row), spread<2>(row), t);
-}
-
-template <int Axis>
-Place axisPlace(Eight fractions)
-{
-    return placeOf(spread<Axis>(fractions));
-}
-
-struct StillRow {
-    Eight operator()(Eight row) const { return row; }
-};
-
-// The animated value of each grid point: it runs through a pseudo-random sequence in time.
-struct AnimatedRow {
-    Eight m0, m1, m2;
-    Place time;
-
-    static Eight fraction(Eight a) { return a - truncated(a); }
-    Eight operator()(Eight row) const
-    {
-        const Eight c = row + broadcast(2.0f);
-        return spline(fraction(m0 * c), fraction(m1 * c), fraction(m2 * c), time);
-    }
-};
-
-// The splines over the 27 grid points at the two corners.
-template <class Row>
-Eight splineInSpace(const NoiseTables& noise, CornerOffsets corners, Eight t, const Row& row)
-{
-    const float* low = &noise.space[0][0][0] + corners.low;
-    const float* high = &noise.space[0][0][0] + corners.high;
-    const Place tx = axisPlace<0>(t);
-    const auto at = [&](int offset) { return row(load(low + offset, high + offset)); };
-    const auto alongX = [&](int y) {
-        const int offset = y * kLatticeRowStride;
-        return spline(at(offset), at(offset + kPlaneStride), at(offset + 2 * kPlaneStride), tx);
-    };
-    const Eight r0 = alongX(0);
-    const Eight r1 = alongX(1);
-    const Eight r2 = alongX(2);
-    return splineAcross(spline(r0, r1, r2, axisPlace<1>(t)), axisPlace<2>(t));
-}
-
-// The three-dimensional noise at two points, in the first lane of each half.
-inline Eight lattice3(const NoiseTables& noise, Eight points)
-{
-    const Eight f = unitFraction(points) * broadcast(32.0f);
-    const CornerOffsets corners = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    return splineInSpace(noise, corners, f - truncated(f), StillRow{}) * broadcast(0.125f);
-}
-
-inline Eight lattice2(const NoiseTables& noise, Eight points)
-{
-    const Eight f = unitFraction(points) * broadcast(32.0f);
-    const Eight t = f - truncated(f);
-    const CornerOffsets corners = cornerOffsets(f, kLatticeRowStride, 1, 0);
-    const float* low = &noise.plane[0][0] + corners.low;
-    const float* high = &noise.plane[0][0] + corners.high;
-    const auto at = [&](int offset) { return load(low + offset, high + offset); };
-    const Eight row = spline(at(0), at(kLatticeRowStride), at(2 * kLatticeRowStride), axisPlace<0>(t));
-    return splineAcross(row, axisPlace<1>(t)) * broadcast(0.25f);
-}
-
-// The four-dimensional noise: the fourth lane is time, on `period` steps.
-inline Eight lattice4(const NoiseTables& noise, Eight points, int period)
-{
-    const auto steps = static_cast<float>(period < 60000 ? period : 60000);
-    const Four cells = fourOf(32.0f, 32.0f, 32.0f, steps);
-    const Eight f = unitFraction(points) * combine(cells, cells);
-    const Eight t = f - truncated(f); // the steps lie in -2^31..60000
-    const auto firstStep = [](Four half) { return _mm_cvttss_si32(spread<3>(half)); };
-    const int low = firstStep(lowHalf(f));
-    const int high = firstStep(highHalf(f));
-    const auto sequence = [&](int offset) {
-        const float atLow = (randomValue(noise, low + offset) + 1.0f) * 21568.16f;
-        const float atHigh = (randomValue(noise, high + offset) + 1.0f) * 21568.16f;
-        return combine(_mm_set1_ps(atLow), _mm_set1_ps(atHigh));
-    };
-    const AnimatedRow row{sequence(0), sequence(1), sequence(2), axisPlace<3>(t)};
-    const CornerOffsets corners = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    return splineInSpace(noise, corners, t, row) * broadcast(0.125f) - broadcast(1.0f);
 }
 
 // The weighted sum of the octaves.
@@ -136,8 +25,9 @@ struct OctaveSum {
     Four keptBits; // all but the sign, for octaves folded into their absolute value
     float sum;
 
-    explicit OctaveSum(const VolumeFractal& fractal)
-        : amplitude(fractal.amplitude), ratio(fractal.ratio),
+    // The scale of the lattice is a power of two: where it is multiplied in makes no difference.
+    OctaveSum(const VolumeFractal& fractal, float scale)
+        : amplitude(fractal.amplitude * scale), ratio(fractal.ratio),
           keptBits(_mm_castsi128_ps(_mm_set1_epi32(fractal.inflection ? 0x7fffffff : -1))), sum(0.0f)
     {
     }
@@ -213,9 +103,10 @@ struct OctaveWalk {
 
 // The octaves in pairs. position(walk) gives an octave's place in the lattice and moves the walk on.
 template <class Walk, class Position, class Lattice>
-float sumPairs(const VolumeFractal& fractal, Walk walk, const Position& position, const Lattice& lattice)
+float sumPairs(const VolumeFractal& fractal, float scale, Walk walk, const Position& position,
+               const Lattice& lattice)
 {
-    OctaveSum sum(fractal);
+    OctaveSum sum(fractal, scale);
     while (walk.level < fractal.depthMax) {
         const Four first = position(walk);
         if (walk.level == fractal.depthMax) {
@@ -230,9 +121,6 @@ float sumPairs(const VolumeFractal& fractal, Walk walk, const Position& position
     return biasedEnd(fractal, sum.sum);
 }
 
-// The wispy octaves. A point's warp carries over into the octaves behind it, so octaves wait for one
-// another; warp(points) is the warping lattice, noise(points) the one that is summed up, and
-// both(place, warped) evaluates the one at the first point and the other at the second.
 struct WispyOctave {
     Four direction, place, warped;
 };
@@ -246,35 +134,47 @@ WispyOctave wispyOctave(Walk& walk)
     return {direction, place, warped};
 }
 
+// The scales of the two lattices of a wispy octave: that of the warp, 0.3125 times the lattice's own,
+// and that of the noise which is summed up.
+struct WispyScales {
+    float warp, noise;
+};
+
+constexpr float kWispyWarp = 0.3125f;
+
 // The octave's place moved by its warp; the walk goes on from the point moved by half of it.
 template <class Walk>
-Four wispyPlace(Walk& walk, const WispyOctave& octave, Four warp)
+Four wispyPlace(Walk& walk, const WispyOctave& octave, Four warp, float scale)
 {
-    const Four w = _mm_mul_ps(spread<0>(warp), _mm_set1_ps(0.3125f));
-    const Four move = _mm_mul_ps(octave.direction, w);
-    walk.point = _mm_add_ps(walk.point, _mm_mul_ps(move, _mm_set1_ps(0.5f)));
-    const Four place = _mm_add_ps(octave.place, move);
-    return place;
+    const Four w = _mm_mul_ps(spread<0>(warp), _mm_set1_ps(scale));
+    const Four halfDirection = _mm_mul_ps(octave.direction, _mm_set1_ps(0.5f));
+    walk.point = _mm_add_ps(walk.point, _mm_mul_ps(halfDirection, w));
+    return _mm_add_ps(octave.place, _mm_mul_ps(octave.direction, w));
 }
 
+// The wispy octaves. A point's warp carries over into the octaves behind it, so octaves wait for one
+// another; warp(points) is the warping lattice, and pair(warped, place) evaluates the warping
+// lattice of the next octave at the first point and the summed lattice at the second.
 template <class Walk, class Warp, class Pair>
-float sumWispy(const VolumeFractal& fractal, Walk walk, const Warp& warp, const Pair& pair)
+float sumWispy(const VolumeFractal& fractal, WispyScales scales, Walk walk, const Warp& warp,
+               const Pair& pair)
 {
-    OctaveSum sum(fractal);
+    OctaveSum sum(fractal, scales.noise);
     if (fractal.depthMax <= 0) return biasedEnd(fractal, sum.sum);
     WispyOctave octave = wispyOctave(walk);
     Four warped = lowHalf(warp(combine(octave.warped, octave.warped)));
     for (;;) {
-        const Four place = wispyPlace(walk, octave, warped);
+        const Four place = wispyPlace(walk, octave, warped, scales.warp);
         walk.grow();
         if (walk.level == fractal.depthMax) {
-            sum.add(lowHalf(pair(place, place)));
+            sum.add(highHalf(pair(place, place)));
             return biasedEnd(fractal, sum.sum);
         }
         octave = wispyOctave(walk);
-        const Eight both = pair(place, octave.warped);
-        sum.add(lowHalf(both));
-        warped = highHalf(both);
+        // The warp is what the next octave waits for, so it takes the half that is ready first.
+        const Eight both = pair(octave.warped, place);
+        sum.add(highHalf(both));
+        warped = lowHalf(both);
     }
 }
 
@@ -284,16 +184,20 @@ float perlin3d(const NoiseTables& table, const PerlinVolume& noise, const Direct
 {
     const OctaveWalk<Directions> walk{directions, fourOf(x, y, z, time), fourOf(0.02f, 0.3f, 0.01f, 0.0f),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
-    const auto still = [&](Eight points) { return lattice3(table, points); };
+    const auto exact = [&](Eight points) { return lattice3<ExactSpline>(table, points); };
+    const auto still = [&](Eight points) { return lattice3<WeightedSpline>(table, points); };
     const auto animated = [&](Eight points) { return lattice4(table, points, noise.timePeriod); };
+    const VolumeFractal& fractal = noise.fractal;
     if (noise.wispy && noise.timeNoise) {
-        return sumWispy(noise.fractal, walk, still, [&](Four place, Four warped) {
-            return combine(lowHalf(animated(combine(place, place))), lowHalf(still(combine(warped, warped))));
-        });
+        return sumWispy(fractal, {kWispyWarp * kLattice3Scale, 1.0f}, walk, exact,
+                        [&](Four warped, Four place) {
+                            return combine(lowHalf(exact(combine(warped, warped))),
+                                           lowHalf(animated(combine(place, place))));
+                        });
     }
     if (noise.wispy) {
-        return sumWispy(noise.fractal, walk, still,
-                        [&](Four place, Four warped) { return still(combine(place, warped)); });
+        return sumWispy(fractal, {kWispyWarp * kLattice3Scale, kLattice3Scale}, walk, exact,
+                        [&](Four warped, Four place) { return exact(combine(warped, place)); });
     }
     if (noise.spaceTime || noise.timeNoise) {
         const Four rate = fourOf(1.0f, 1.0f, 1.0f, noise.spaceTime ? 0.1f : 1.0f);
@@ -302,7 +206,7 @@ float perlin3d(const NoiseTables& table, const PerlinVolume& noise, const Direct
             octave.grow();
             return place;
         };
-        return sumPairs(noise.fractal, walk, position, animated);
+        return sumPairs(fractal, 1.0f, walk, position, animated);
     }
     const auto position = [](auto& octave) {
         const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
@@ -310,7 +214,7 @@ float perlin3d(const NoiseTables& table, const PerlinVolume& noise, const Direct
         octave.grow();
         return place;
     };
-    return sumPairs(noise.fractal, walk, position, still);
+    return sumPairs(fractal, kLattice3Scale, walk, position, still);
 }
 
 // (x, y, time) of a two-dimensional place (x, y, -, time).
@@ -325,17 +229,21 @@ float perlin2d(const NoiseTables& table, const PerlinVolume& noise, const Direct
 {
     const OctaveWalk<Directions> walk{directions, fourOf(x, y, 0.0f, time), fourOf(0.02f, 0.3f, 0.0f, 0.0f),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
-    const auto still = [&](Eight points) { return lattice2(table, points); };
-    const auto timed = [&](Eight points) { return lattice3(table, points); };
+    const auto exact = [&](Eight points) { return lattice2<ExactSpline>(table, points); };
+    const auto still = [&](Eight points) { return lattice2<WeightedSpline>(table, points); };
+    const auto timed = [&](Eight points) { return lattice3<WeightedSpline>(table, points); };
+    const VolumeFractal& fractal = noise.fractal;
     if (noise.wispy && noise.timeNoise) {
-        return sumWispy(noise.fractal, walk, still, [&](Four place, Four warped) {
-            const Four third = timeAsThird(place);
-            return combine(lowHalf(timed(combine(third, third))), lowHalf(still(combine(warped, warped))));
-        });
+        return sumWispy(fractal, {kWispyWarp * kLattice2Scale, kLattice3Scale}, walk, exact,
+                        [&](Four warped, Four place) {
+                            const Four third = timeAsThird(place);
+                            return combine(lowHalf(exact(combine(warped, warped))),
+                                           lowHalf(timed(combine(third, third))));
+                        });
     }
     if (noise.wispy) {
-        return sumWispy(noise.fractal, walk, still,
-                        [&](Four place, Four warped) { return still(combine(place, warped)); });
+        return sumWispy(fractal, {kWispyWarp * kLattice2Scale, kLattice2Scale}, walk, exact,
+                        [&](Four warped, Four place) { return exact(combine(warped, place)); });
     }
     if (noise.spaceTime) {
         const Four rate = fourOf(1.0f, 1.0f, 1.0f, 0.1f);
@@ -344,7 +252,7 @@ float perlin2d(const NoiseTables& table, const PerlinVolume& noise, const Direct
             octave.grow();
             return place;
         };
-        return sumPairs(noise.fractal, walk, position, timed);
+        return sumPairs(fractal, kLattice3Scale, walk, position, timed);
     }
     // Kept as is: timeNoise has no branch here; in two dimensions only the wispy form knows it.
     const auto position = [](auto& octave) {
@@ -353,7 +261,7 @@ float perlin2d(const NoiseTables& table, const PerlinVolume& noise, const Direct
         octave.grow();
         return place;
     };
-    return sumPairs(noise.fractal, walk, position, still);
+    return sumPairs(fractal, kLattice2Scale, walk, position, still);
 }
 
 [[gnu::noinline]] inline float deepPerlin3d(const VolumeTables& tables, const PerlinVolume& noise, float x,
