@@ -1,0 +1,32 @@
+// How the host's own geometry kinds are found. The ids are the host's own and no part of the contract
+// with plug-in libraries.
+#pragma once
+
+#include "host/geometry/mesh_data.h"
+
+#include <ombrix/plugin_base.h>
+
+namespace ombrix {
+
+inline constexpr OUtils::InterfaceId kMeshGeometryId = 0x4F4D4201;
+inline constexpr OUtils::InterfaceId kMapChannelSourceId = 0x4F4D4202;
+
+// A plugin that is a triangle mesh. Valid between frameBegin and frameEnd.
+class MeshGeometryInterface : public OUtils::PluginInterface {
+public:
+    OUtils::InterfaceId getInterfaceID() override { return kMeshGeometryId; }
+
+    // Null when the mesh could not be made; the plugin has told the log why.
+    virtual const MeshData* getMesh() = 0;
+};
+
+// A plugin that gives a mesh a further mapping channel.
+class MapChannelSourceInterface : public OUtils::PluginInterface {
+public:
+    OUtils::InterfaceId getInterfaceID() override { return kMapChannelSourceId; }
+
+    // The channel for a mesh whose triangles are known. Returns what is wrong, or an empty text.
+    virtual std::string makeChannel(const MeshData& mesh, MapChannel* result) = 0;
+};
+
+} // namespace ombrix

@@ -1,0 +1,47 @@
+// The pinhole camera: rays through the picture, with their change from pixel to pixel.
+#pragma once
+
+#include "host/integrator/scene_interfaces.h"
+
+#include <vector>
+
+namespace ombrix {
+
+struct CameraRay {
+    Vector origin;
+    Vector direction;                // unit length
+    Vector directionDx, directionDy; // change of the direction for one pixel to the right and down
+};
+
+class Camera {
+public:
+    // poses: complete ones (position and target present), evenly spread over the shutter; at least one.
+    Camera(const std::vector<CameraPose>& poses, int width, int height);
+
+    // The ray through a place of the picture in pixels, (0, 0) its upper left corner, at a place within
+    // the shutter interval.
+    CameraRay ray(float x, float y, float time) const;
+    // The direction that the camera looks in.
+    Vector forward(float time) const { return frameAt(time).forward; }
+
+private:
+    struct Frame {
+        Vector origin, forward;
+        Vector right, down; // one pixel's step, at distance 1 along forward
+    };
+    Frame frameAt(float time) const;
+
+    std::vector<Frame> frames;
+    float halfWidth, halfHeight;
+};
+
+// A pose with position and target, for what the scene left unset: with neither, the camera looks from the
+// front (+z) and a little above, as near as shows all of the boxes' corners in a picture of this size;
+// with a position alone it looks at the middle of them; with a target alone, that is the middle.
+CameraPose completePose(const CameraPose& given, const std::vector<Vector>& visiblePoints, int width,
+                        int height);
+
+// The nearest field of view that a camera can have, in degrees.
+float clampedFov(float fov);
+
+} // namespace ombrix

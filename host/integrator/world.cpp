@@ -1,0 +1,77 @@
+#include "host/integrator/world.h"
+
+namespace ombrix {
+
+namespace {
+
+// Share of a node's largest coordinate that a ray keeps away from the surface it starts from: some units
+// in the last place of a float, which is what transforming a hit can be off.
+constexpr float kRayOffset = 1.0f / 262144.0f;
+
+} // namespace
+
+World::World(const std::vector<OUtils::PluginBase*>& plugins, const OUtils::FrameData& frame, int width,
+             int height)
+{
+    std::vector<CameraPose> poses{CameraPose{}};
+    bool cameraFound = false;
+    for (OUtils::PluginBase* plugin : plugins) {
+        if (auto* node = findInterface<SceneNodeInterface>(plugin, kSceneNodeId)) addNode(plugin, *node);
+        if (auto* light = findInterface<SceneLightInterface>(plugin, kSceneLightId))
+            lightList.push_back(light->describe());
+        auto* camera = findInterface<SceneCameraInterface>(plugin, kSceneCameraId);
+        if (camera && !cameraFound) {
+            poses.assign(camera->getPoses().begin(), camera->getPoses().end());
+            cameraFound = true;
+        }
+    }
+    rayScene.commit();
+    if (lightList.empty()) lightList.push_back(LightDescription{});
+
+    const std::vector<Vector> visible = visiblePoints();
+    for (CameraPose& pose : poses)
+        pose = completePose(pose, visible, width, height);
+    viewer = std::make_unique<Camera>(poses, width, height);
+    moving = (moving || poses.size() > 1) && frame.motionBlur;
+}
+
+void World::addNode(OUtils::PluginBase* plugin, SceneNodeInterface& node)
+{
+    const MeshData* mesh = node.getMesh();
+    if (!mesh || !node.isVisible()) return;
+
+    WorldNode added;
+    added.node = plugin;
+    added.mesh = mesh;
+    added.material = node.getMaterial();
+    added.samples.assign(node.getTransforms().begin(), node.getTransforms().end());
+    added.normalMatrix = cofactors(added.samples.front().matrix);
+    added.mirrored = determinant(added.samples.front().matrix) < 0.0f;
+    if (added.material) {
+        auto* surface =
+            findInterface<SurfaceMaterialInterface>(added.material->getPlugin(), kSurfaceMaterialId);
+        added.transmits = !surface || !surface->isOpaque();
+    }
+    float extent = 0.0f;
+    for (const Transform& sample : added.samples)
+        for (int i = 0; i < 8; ++i)
+            extent = std::max(extent, largestComponent(transformPoint(sample, corner(mesh->bounds, i))));
+    added.rayOffset = extent * kRayOffset;
+
+    rayScene.addInstance(*mesh, added.samples);
+    moving = moving || added.samples.size() > 1;
+    transmitting = transmitting || added.transmits;
+    worldNodes.push_back(std::move(added));
+}
+
+std::vector<Vector> World::visiblePoints() const
+{
+    std::vector<Vector> points;
+    for (const WorldNode& node : worldNodes)
+        for (const Transform& sample : node.samples)
+            for (int i = 0; i < 8; ++i)
+                points.push_back(transformPoint(sample, corner(node.mesh->bounds, i)));
+    return points;
+}
+
+} // namespace ombrix
