@@ -7,6 +7,7 @@
 #pragma once
 
 #include "volume_kernels.h"
+#include "volume_trig_body.h"
 
 namespace nezaiva {
 namespace {
@@ -16,21 +17,10 @@ inline Four ofAll(float value)
     return _mm_set1_ps(value);
 }
 
-inline float rootOf(float value)
-{
-    return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(value)));
-}
-
 // One turn of time, for all blobs of an octave.
 struct Turn {
     Eight angle, sine, cosine;
 };
-
-inline Turn turnBy(float angle)
-{
-    const SineCosine turned = sineCosine(angle);
-    return {broadcast(angle), broadcast(turned.sine), broadcast(turned.cosine)};
-}
 
 // What fl(a + b) lost.
 inline Eight lostInSum(Eight a, Eight b)
@@ -40,22 +30,41 @@ inline Eight lostInSum(Eight a, Eight b)
     return (a - (sum - part)) + (b - part);
 }
 
-// The sine and the cosine of fl(a + turn.angle) for table angles a. The formula rounds that sum to
-// float, which for late times is coarse and visible, so the rounding is taken off again, to the
-// second order.
-inline Eight turnedSine(Eight a, Eight sine, Eight cosine, const Turn& turn)
+// How the offsets of the blobs are found.
+enum class Motion {
+    None,   // time 0: they are constants of the table
+    Slow,   // the sum of a table angle and its turn is as good as exact
+    Coarse, // the formula rounds that sum to float, visibly; the rounding is taken over
+    Late,   // so late a time that the square of the rounding counts too
+};
+
+// Up to this turn the rounded angles stay below 8 radians, and their errors below 2.4e-7.
+constexpr float kLargestSlowTurn = 1.7f;
+
+// Up to this turn the rounding loses at most 1.3e-4, its square halved less than 1e-8.
+constexpr float kLargestCoarseTurn = 2048.0f;
+
+// The sine and the cosine of a + turn.angle for table angles a. With a coarse motion it is those of
+// fl(a + turn.angle), to the first order of what the rounding lost, with a late one to the second.
+template <Motion Kind>
+Eight turnedSine(Eight a, Eight sine, Eight cosine, const Turn& turn)
 {
     const Eight s = sine * turn.cosine + cosine * turn.sine;
+    if constexpr (Kind == Motion::Slow) return s;
     const Eight c = cosine * turn.cosine - sine * turn.sine;
     const Eight lost = lostInSum(a, turn.angle);
+    if constexpr (Kind == Motion::Coarse) return s - lost * c;
     return s - lost * (c + lost * broadcast(0.5f) * s);
 }
 
-inline Eight turnedCosine(Eight a, Eight sine, Eight cosine, const Turn& turn)
+template <Motion Kind>
+Eight turnedCosine(Eight a, Eight sine, Eight cosine, const Turn& turn)
 {
-    const Eight s = sine * turn.cosine + cosine * turn.sine;
     const Eight c = cosine * turn.cosine - sine * turn.sine;
+    if constexpr (Kind == Motion::Slow) return c;
+    const Eight s = sine * turn.cosine + cosine * turn.sine;
     const Eight lost = lostInSum(a, turn.angle);
+    if constexpr (Kind == Motion::Coarse) return c + lost * s;
     return c + lost * (s - lost * broadcast(0.5f) * c);
 }
 
@@ -133,50 +142,75 @@ struct TwoRows {
     Eight field(BillowField f) const { return load(low + f * kBillowRowStride, high + f * kBillowRowStride); }
 };
 
-// The turns of one octave; null at time 0.
+// The turns of one octave; without motion they do not count.
 struct Turns {
-    const Turn* sine0;
-    const Turn* cosine1;
-    const Turn* cosine2;
+    Turn sine0, cosine1, cosine2;
 };
 
-template <bool ThreeD>
+inline Turn turnBy(float angle)
+{
+    const SineCosine turned = sineCosine(angle);
+    return {broadcast(angle), broadcast(turned.sine), broadcast(turned.cosine)};
+}
+
+// For times so late that whole turns need many digits.
+[[gnu::noinline]] inline void lateTurns(float time, Turns& turns)
+{
+    turns = {turnBy(2.0f * time), turnBy(1.5f * time), turnBy(time)};
+}
+
+template <int Lane>
+Turn turnAt(Four angles, Eight sinesAndCosines)
+{
+    const Four angle = spread<Lane>(angles);
+    const Four sine = spread<Lane>(lowHalf(sinesAndCosines));
+    const Four cosine = spread<Lane>(highHalf(sinesAndCosines));
+    return {combine(angle, angle), combine(sine, sine), combine(cosine, cosine)};
+}
+
+inline Turns turnsAt(float time)
+{
+    const Four angles = _mm_mul_ps(ofAll(time), _mm_setr_ps(2.0f, 1.5f, 1.0f, 0.0f));
+    if (anyLane(tooLarge(combine(angles, angles)))) {
+        Turns late;
+        lateTurns(time, late);
+        return late;
+    }
+    // A sine is the cosine of a quarter turn less.
+    const Eight turned = cosineOfQuarters(combine(quarterLessTurns(angles, 0.25), quarterLessTurns(angles)));
+    return {turnAt<0>(angles, turned), turnAt<1>(angles, turned), turnAt<2>(angles, turned)};
+}
+
+template <Motion Kind, bool ThreeD>
 Eight squaredDistances(const TwoRows& rows, Eight half, const Turns& turns)
 {
     Eight sine0 = rows.field(kSine0);
     Eight cosine1 = rows.field(kCosine1);
-    if (turns.sine0 != nullptr) {
-        sine0 = turnedSine(rows.field(kAngle0), sine0, rows.field(kCosine0), *turns.sine0);
-        cosine1 = turnedCosine(rows.field(kAngle1), rows.field(kSine1), cosine1, *turns.cosine1);
+    if constexpr (Kind != Motion::None) {
+        sine0 = turnedSine<Kind>(rows.field(kAngle0), sine0, rows.field(kCosine0), turns.sine0);
+        cosine1 = turnedCosine<Kind>(rows.field(kAngle1), rows.field(kSine1), cosine1, turns.cosine1);
     }
     const Eight dx = rows.x - sine0 * half;
     const Eight dy = rows.y - cosine1 * half;
     if constexpr (!ThreeD) return dx * dx + dy * dy;
     Eight cosine2 = rows.field(kCosine2);
-    if (turns.sine0 != nullptr)
-        cosine2 = turnedCosine(rows.field(kAngle2), rows.field(kSine2), cosine2, *turns.cosine2);
+    if constexpr (Kind != Motion::None)
+        cosine2 = turnedCosine<Kind>(rows.field(kAngle2), rows.field(kSine2), cosine2, turns.cosine2);
     const Eight dz = rows.z - cosine2 * half;
     return dx * dx + dy * dy + dz * dz;
 }
 
 // The heights of the blobs of two rows at the point.
-template <int Falloff, bool ThreeD>
+template <int Falloff, Motion Kind, bool ThreeD>
 Eight heights(const Blobs& blobs, const TwoRows& rows, const Turns& turns)
 {
     const Eight one = broadcast(1.0f);
-    Eight d = squaredDistances<ThreeD>(rows, blobs.half, turns) * blobs.inverse;
+    Eight d = squaredDistances<Kind, ThreeD>(rows, blobs.half, turns) * blobs.inverse;
     if (blobs.sized) d = d / ((rows.field(kSize) + one) * blobs.halfSize + blobs.sizeRest);
     const Eight within = bitAnd(less(d, one), rows.counted);
     Eight height = heightOf<Falloff>(d);
     if (blobs.spotted) height = height * ((rows.field(kSpot) + one) * blobs.spot + blobs.spotRest);
     return bitAnd(height, within);
-}
-
-inline float sumOfLanes(Eight a)
-{
-    const Four four = _mm_add_ps(lowHalf(a), highHalf(a));
-    const Four two = _mm_add_ps(four, _mm_movehl_ps(four, four));
-    return _mm_cvtss_f32(_mm_add_ss(two, spread<1>(two)));
 }
 
 inline Four threeLanes()
@@ -190,7 +224,7 @@ inline Four seenAlongX(float fraction)
     return _mm_sub_ps(ofAll(fraction), _mm_setr_ps(-1.0f, 0.0f, 1.0f, 0.0f));
 }
 
-template <int Falloff>
+template <int Falloff, Motion Kind>
 float cellSum3d(const VolumeTables& tables, const Blobs& blobs, const VolumePoint& p, const Turns& turns)
 {
     const BillowCell cx = billowCell(p.x);
@@ -213,7 +247,7 @@ float cellSum3d(const VolumeTables& tables, const Blobs& blobs, const VolumePoin
         const TwoRows two{
             rows[r], rows[r + 1], x, combine(y[r % 3], y[(r + 1) % 3]), combine(z[r / 3], z[(r + 1) / 3]),
             counted};
-        sum = sum + heights<Falloff, true>(blobs, two, turns);
+        sum = sum + heights<Falloff, Kind, true>(blobs, two, turns);
     }
     const TwoRows last{rows[8],
                        rows[8],
@@ -221,10 +255,10 @@ float cellSum3d(const VolumeTables& tables, const Blobs& blobs, const VolumePoin
                        combine(y[2], y[2]),
                        combine(z[2], z[2]),
                        combine(threeLanes(), _mm_setzero_ps())};
-    return sumOfLanes(sum + heights<Falloff, true>(blobs, last, turns));
+    return sumOfLanes(sum + heights<Falloff, Kind, true>(blobs, last, turns));
 }
 
-template <int Falloff>
+template <int Falloff, Motion Kind>
 float cellSum2d(const VolumeTables& tables, const Blobs& blobs, const VolumePoint& p, const Turns& turns)
 {
     const BillowCell cx = billowCell(p.x);
@@ -240,24 +274,28 @@ float cellSum2d(const VolumeTables& tables, const Blobs& blobs, const VolumePoin
     const TwoRows first{rows[0], rows[1], x, combine(y[0], y[1]), zero, combine(threeLanes(), threeLanes())};
     const TwoRows last{
         rows[2], rows[2], x, combine(y[2], y[2]), zero, combine(threeLanes(), _mm_setzero_ps())};
-    return sumOfLanes(heights<Falloff, false>(blobs, first, turns) +
-                      heights<Falloff, false>(blobs, last, turns));
+    return sumOfLanes(heights<Falloff, Kind, false>(blobs, first, turns) +
+                      heights<Falloff, Kind, false>(blobs, last, turns));
 }
 
 template <int Falloff, bool ThreeD>
 float cellSum(const VolumeTables& tables, const Blobs& blobs, const VolumePoint& p, float time)
 {
-    const auto sum = [&](const Turns& turns) {
+    const auto sum = [&]<Motion Kind>(const Turns& turns) {
         if constexpr (ThreeD)
-            return cellSum3d<Falloff>(tables, blobs, p, turns);
+            return cellSum3d<Falloff, Kind>(tables, blobs, p, turns);
         else
-            return cellSum2d<Falloff>(tables, blobs, p, turns);
+            return cellSum2d<Falloff, Kind>(tables, blobs, p, turns);
     };
-    if (time == 0.0f) return sum({nullptr, nullptr, nullptr});
-    const Turn sine0 = turnBy(2.0f * time);
-    const Turn cosine1 = turnBy(1.5f * time);
-    const Turn cosine2 = ThreeD ? turnBy(time) : cosine1;
-    return sum({&sine0, &cosine1, &cosine2});
+    if (time == 0.0f) {
+        const Turn none{broadcast(0.0f), broadcast(0.0f), broadcast(1.0f)};
+        return sum.template operator()<Motion::None>(Turns{none, none, none});
+    }
+    const Turns turns = turnsAt(time);
+    const float largest = 2.0f * (time < 0.0f ? -time : time);
+    if (largest <= kLargestSlowTurn) return sum.template operator()<Motion::Slow>(turns);
+    if (largest <= kLargestCoarseTurn) return sum.template operator()<Motion::Coarse>(turns);
+    return sum.template operator()<Motion::Late>(turns);
 }
 
 // The octaves. Kept as is: in two dimensions time grows by the frequency ratio, in three by its root.

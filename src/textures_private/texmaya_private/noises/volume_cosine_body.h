@@ -3,36 +3,13 @@
 #pragma once
 
 #include "volume_kernels.h"
+#include "volume_trig_body.h"
 
 namespace nezaiva {
 namespace {
 
 constexpr float kPi = 3.1415927f;
 constexpr float kTwoPi = 6.2831855f;
-
-// The cosine from the quarter of a turn less the turns of an angle: the minimax polynomial of
-// sin(2 pi u) on -0.25..0.25, relative error 6e-9.
-inline Eight cosineOfQuarters(Eight u)
-{
-    const Eight x = u * u;
-    Eight sum = broadcast(39.7109195f);
-    sum = sum * x + broadcast(-76.5749924f);
-    sum = sum * x + broadcast(81.6022313f);
-    sum = sum * x + broadcast(-41.3416775f);
-    sum = sum * x + broadcast(6.28318527f);
-    return sum * u;
-}
-
-inline Eight magnitudes(Eight a)
-{
-    const Four kept = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
-    return bitAnd(a, combine(kept, kept));
-}
-
-inline Eight tooLarge(Eight angles)
-{
-    return less(broadcast(kLargestPlainAngle), magnitudes(angles));
-}
 
 // The cosine of eight angles of any size, within 2e-7. NaN for what is not finite.
 inline Eight cosines(Eight angles)
@@ -85,13 +62,6 @@ inline Eight firstLanes(int count)
     const __m128i wanted = _mm_set1_epi32(count);
     return combine(_mm_castsi128_ps(_mm_cmpgt_epi32(wanted, _mm_setr_epi32(0, 1, 2, 3))),
                    _mm_castsi128_ps(_mm_cmpgt_epi32(wanted, _mm_setr_epi32(4, 5, 6, 7))));
-}
-
-inline float sumOfLanes(Eight a)
-{
-    const Four four = _mm_add_ps(lowHalf(a), highHalf(a));
-    const Four two = _mm_add_ps(four, _mm_movehl_ps(four, four));
-    return _mm_cvtss_f32(_mm_add_ss(two, spread<1>(two)));
 }
 
 // The waves of an octave, of any octave and in any number: angles(waves) gives the eight angles at the
@@ -151,11 +121,6 @@ inline int waveCount(const CosineVolume& noise)
 inline float growthOf(const VolumeFractal& fractal)
 {
     return fractal.frequencyRatio <= 0.0f ? 1.0f : fractal.frequencyRatio;
-}
-
-inline float rootOf(float value)
-{
-    return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(value)));
 }
 
 inline float magnitudeOf(float value)

@@ -132,17 +132,19 @@ inline CornerOffsets cornerOffsets(Eight cells, int stride0, int stride1, int st
             _mm_cvtsi128_si32(_mm256_extracti128_si256(sums, 1))};
 }
 
-// 0.25 - |u| for the turns u of each angle, whole turns taken off; for |angle| <= kLargestPlainAngle.
-inline Four quarterLessTurns(Four angles)
+// 0.25 - |u| for the turns u of each angle less the phase, a part of a turn, and less whole turns; for
+// |angle| <= kLargestPlainAngle.
+inline Four quarterLessTurns(Four angles, double phase = 0.0)
 {
-    const __m256d turns = _mm256_mul_pd(_mm256_cvtps_pd(angles), _mm256_set1_pd(kTurnsPerRadian));
+    const __m256d turns = _mm256_sub_pd(
+        _mm256_mul_pd(_mm256_cvtps_pd(angles), _mm256_set1_pd(kTurnsPerRadian)), _mm256_set1_pd(phase));
     const __m256d magic = _mm256_set1_pd(kRoundToWhole);
     const __m256d rest = _mm256_sub_pd(turns, _mm256_sub_pd(_mm256_add_pd(turns, magic), magic));
     return _mm256_cvtpd_ps(_mm256_sub_pd(_mm256_set1_pd(0.25), _mm256_andnot_pd(_mm256_set1_pd(-0.0), rest)));
 }
-inline Eight quarterLessTurns(Eight angles)
+inline Eight quarterLessTurns(Eight angles, double phase = 0.0)
 {
-    return combine(quarterLessTurns(lowHalf(angles)), quarterLessTurns(highHalf(angles)));
+    return combine(quarterLessTurns(lowHalf(angles), phase), quarterLessTurns(highHalf(angles), phase));
 }
 
 inline bool anyLane(Eight mask)

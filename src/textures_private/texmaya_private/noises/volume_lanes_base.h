@@ -172,23 +172,24 @@ inline CornerOffsets cornerOffsets(Eight cells, int stride0, int stride1, int st
             cornerOffset(cells.high, stride0, stride1, stride2)};
 }
 
-// 0.25 - |u| for the turns u of each angle, whole turns taken off; for |angle| <= kLargestPlainAngle.
-inline __m128d quarterLessTurns(__m128d angles)
+// 0.25 - |u| for the turns u of each angle less the phase, a part of a turn, and less whole turns; for
+// |angle| <= kLargestPlainAngle.
+inline __m128d quarterLessTurns(__m128d angles, double phase)
 {
-    const __m128d turns = _mm_mul_pd(angles, _mm_set1_pd(kTurnsPerRadian));
+    const __m128d turns = _mm_sub_pd(_mm_mul_pd(angles, _mm_set1_pd(kTurnsPerRadian)), _mm_set1_pd(phase));
     const __m128d magic = _mm_set1_pd(kRoundToWhole);
     const __m128d rest = _mm_sub_pd(turns, _mm_sub_pd(_mm_add_pd(turns, magic), magic));
     return _mm_sub_pd(_mm_set1_pd(0.25), _mm_andnot_pd(_mm_set1_pd(-0.0), rest));
 }
-inline Four quarterLessTurns(Four angles)
+inline Four quarterLessTurns(Four angles, double phase = 0.0)
 {
-    const __m128 low = _mm_cvtpd_ps(quarterLessTurns(_mm_cvtps_pd(angles)));
-    const __m128 high = _mm_cvtpd_ps(quarterLessTurns(_mm_cvtps_pd(_mm_movehl_ps(angles, angles))));
+    const __m128 low = _mm_cvtpd_ps(quarterLessTurns(_mm_cvtps_pd(angles), phase));
+    const __m128 high = _mm_cvtpd_ps(quarterLessTurns(_mm_cvtps_pd(_mm_movehl_ps(angles, angles)), phase));
     return _mm_movelh_ps(low, high);
 }
-inline Eight quarterLessTurns(Eight angles)
+inline Eight quarterLessTurns(Eight angles, double phase = 0.0)
 {
-    return {quarterLessTurns(angles.low), quarterLessTurns(angles.high)};
+    return {quarterLessTurns(angles.low, phase), quarterLessTurns(angles.high, phase)};
 }
 
 inline bool anyLane(Eight mask)
