@@ -1,8 +1,142 @@
+// The command line program: reads the call, runs the command, and turns what went wrong into one line on
+// standard error and an exit code.
+
 #include "apps/nezaiva/commands.h"
+#include "apps/nezaiva/session.h"
+#include "host/plugins/registry.h"
+#include "host/scene/diagnostics.h"
+#include "host/scene/scene.h"
+
+#include <ombrix/exception_msg.h>
+
+#include <fmt/format.h>
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <system_error>
+
+namespace {
+
+constexpr const char* kDescription =
+    "Nezaiva: Maya's shading nodes for the Ombrix renderer, and a small host that loads, probes, bakes and "
+    "renders them.";
+constexpr const char* kFooter =
+    "Plug-in libraries are those of --library, else those in the folders of OMBRIX_PLUGIN_PATH, else those "
+    "beside the program.\n"
+    "Exit codes: 0 done, 1 the work failed, 2 the call or a file's contents are wrong.\n"
+    "`nezaiva COMMAND --help` tells more.";
+
+void addCommonOptions(CLI::App& app, CommandLine& commandLine)
+{
+    app.add_option_function<std::vector<std::string>>(
+           "--library",
+           [&commandLine](const std::vector<std::string>& files) {
+               commandLine.libraries.insert(commandLine.libraries.end(), files.begin(), files.end());
+           },
+           "Load this plug-in library instead of the default ones; may be given several times")
+        ->type_name("FILE")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->group("Options of all commands");
+    const auto set = [](bool& flag) { return [&flag](std::int64_t) { flag = true; }; };
+    app.add_flag_function("-q,--quiet", set(commandLine.quiet), "Say nothing but errors")
+        ->group("Options of all commands");
+    app.add_flag_function("-v,--verbose", set(commandLine.verbose), "Say more")
+        ->group("Options of all commands");
+}
+
+int fail(ExitCode code, std::string_view message)
+{
+    if (!message.empty()) fmt::print(stderr, "error: {}\n", message);
+    return code;
+}
+
+// The names that an unknown argument may have meant: the commands, or the options of a command.
+std::vector<std::string> candidates(const CLI::App& app, bool option)
+{
+    std::vector<std::string> names;
+    if (!option)
+        for (const CLI::App* command : app.get_subcommands({}))
+            names.push_back(command->get_name());
+    else
+        for (const CLI::Option* known : app.get_options())
+            for (const std::string& name : known->get_lnames())
+                names.push_back("--" + name);
+    return names;
+}
+
+int reportWrongCall(const CLI::App& app, const CLI::ParseError& problem)
+{
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    const CLI::App& command = chosen.empty() ? app : *chosen.front();
+    const std::vector<std::string> unexpected = command.remaining();
+    std::string message = problem.what();
+    if (!unexpected.empty()) {
+        const std::string& word = unexpected.front();
+        const bool option = word.starts_with("-");
+        const std::string nearest = ombrix::nearestName(word, candidates(command, option));
+        const char* what = option           ? "there is no option"
+                           : chosen.empty() ? "there is no command"
+                                            : "unexpected argument";
+        message = fmt::format("{} \"{}\"{}", what, word,
+                              nearest.empty() ? "" : fmt::format("; did you mean \"{}\"?", nearest));
+    } else if (chosen.empty() && app.count_all() == 0) {
+        message = "a command is missing";
+    }
+    return fail(kWrongInput,
+                fmt::format("{}; `nezaiva{}{} --help` shows what there is", message,
+                            chosen.empty() ? "" : " ", chosen.empty() ? "" : command.get_name()));
+}
+
+int runCommandLine(CLI::App& app, CommandLine& commandLine, int argumentCount, char** arguments)
+{
+    try {
+        app.parse(argumentCount, arguments);
+        return commandLine.exitCode;
+    } catch (const CLI::Success& request) { // --help and --version
+        app.exit(request);
+        std::cout.flush();
+        return std::cout ? kDone : fail(kWorkFailed, "cannot write to standard output");
+    } catch (const CLI::ParseError& problem) {
+        return reportWrongCall(app, problem);
+    } catch (const WrongInput& problem) {
+        return fail(kWrongInput, problem.message);
+    } catch (const ombrix::LibraryError& problem) {
+        return fail(kWorkFailed, problem.message);
+    } catch (const ombrix::WorkError& problem) {
+        return fail(kWorkFailed, problem.message);
+    } catch (const OUtils::ExceptionMsg& problem) {
+        return fail(kWorkFailed, problem.what());
+    } catch (const std::bad_alloc&) {
+        return fail(kWorkFailed, "out of memory");
+    } catch (const std::exception& problem) {
+        return fail(kWorkFailed, problem.what());
+    }
+}
+
+} // namespace
 
 int main(int argumentCount, char** arguments)
 {
-    CLI::App app{"Loads plug-in libraries for the Ombrix renderer; lists, probes, bakes and renders them."};
-    CLI11_PARSE(app, argumentCount, arguments);
-    return kDone;
+    // A reader that goes away shows as a failed write.
+    std::signal(SIGPIPE, SIG_IGN);
+    CommandLine commandLine;
+    std::error_code ignored;
+    commandLine.programFolder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
+
+    CLI::App app{kDescription, "nezaiva"};
+    app.footer(kFooter);
+    app.set_version_flag("--version", "nezaiva " NEZAIVA_VERSION);
+    app.require_subcommand(1);
+    addListCommand(app, commandLine);
+    addDescribeCommand(app, commandLine);
+    addProbeCommand(app, commandLine);
+    addSourceCommand(app, commandLine);
+    addCommonOptions(app, commandLine);
+    for (CLI::App* command : app.get_subcommands({}))
+        addCommonOptions(*command, commandLine);
+    return runCommandLine(app, commandLine, argumentCount, arguments);
 }

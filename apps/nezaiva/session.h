@@ -31,3 +31,5 @@ ombrix::SceneObject findSceneObject(const ombrix::Scene& scene, const std::strin
 
 // Writes data to standard output. Throws WorkError when it does not take it all.
 void writeToStandardOutput(const std::string& text);
+// The columns of the terminal that standard output goes to, within what reads well; 100 without one.
+std::size_t outputColumns();

@@ -1,0 +1,122 @@
+// nezaiva source: the GPU text of a texture, and the bitmaps that it refers to.
+
+#include "apps/nezaiva/commands.h"
+#include "apps/nezaiva/session.h"
+#include "host/gpu/host_gpu.h"
+#include "host/image/image.h"
+#include "host/log/log.h"
+
+#include <fmt/format.h>
+
+#include <memory>
+#include <optional>
+#include <system_error>
+
+using namespace ombrix;
+
+namespace {
+
+struct SourceOptions {
+    std::string scene, texture, folder, name, tag, descriptor = "MaterialDescriptor";
+    std::optional<double> frame;
+};
+
+constexpr const char* kFooter =
+    "Bitmaps are written as INDEX_NAME.png, where INDEX is the number that the text refers to.";
+
+// The texture's name as a part of a file name.
+std::string fileNamePart(const std::string& name)
+{
+    std::string part;
+    for (const char c : name) {
+        const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+        part += plain || c == '-' || c == '.' || c == '_' ? c : '_';
+    }
+    return part.empty() ? "bitmap" : part;
+}
+
+// Scene-linear floats of packed bytes, premultiplied as images are.
+Image imageOf(const GpuBitmap& bitmap)
+{
+    Image image;
+    image.width = bitmap.width;
+    image.height = bitmap.height;
+    image.channels = 4;
+    image.pixels.reserve(bitmap.pixels.size() * 4);
+    const auto channel = [](std::uint32_t pixel, int shift) {
+        return static_cast<float>(pixel >> shift & 0xFFu) / 255.0f;
+    };
+    for (const std::uint32_t pixel : bitmap.pixels) {
+        const float alpha = channel(pixel, 24);
+        for (const int shift : {16, 8, 0})
+            image.pixels.push_back(channel(pixel, shift) * alpha);
+        image.pixels.push_back(alpha);
+    }
+    return image;
+}
+
+void writeBitmaps(const std::filesystem::path& folder, const HostOCLData& data)
+{
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error)
+        throw WorkError{fmt::format("cannot make the folder {}: {}", folder.string(), error.message())};
+    for (std::size_t i = 0; i < data.bitmaps().size(); ++i) {
+        const GpuBitmap& bitmap = data.bitmaps()[i];
+        const std::filesystem::path file = folder / fmt::format("{:03}_{}.png", i, fileNamePart(bitmap.name));
+        writeImage(file, imageOf(bitmap), {{"Software", "nezaiva"}});
+        say(OUtils::LogLevel::Info, fmt::format("wrote {}", file.string()));
+    }
+}
+
+void source(const CommandLine& commandLine, const SourceOptions& options)
+{
+    PluginRegistry registry;
+    loadLibraries(commandLine, registry);
+    const std::unique_ptr<Scene> scene = loadScene(options.scene, registry);
+    const SceneObject object = findSceneObject(*scene, options.texture);
+
+    RecordingLogger logger;
+    HostRenderer renderer(scene->settings(), renderThreads(scene->settings()), &logger);
+    scene->renderBegin(renderer);
+    scene->frameBegin(renderer, options.frame.value_or(scene->settings().frame));
+    auto* texture = static_cast<OUtils::RTTexInterface*>(object.getInterface(OUtils::EXT_RTTEX));
+    if (!texture)
+        throw WrongInput{fmt::format("{} \"{}\" has no GPU source: it offers no EXT_RTTEX",
+                                     object.instance->kind->desc->getName(), options.texture)};
+    HostOCLData data(&renderer, scene->settings().gpuBlockStore);
+    HostShaderSource text;
+    const int answered =
+        texture->getSource(options.name.c_str(), options.tag.c_str(), options.descriptor.c_str(), text, data);
+    scene->frameEnd(renderer);
+    scene->renderEnd(renderer);
+    if (!answered)
+        throw WorkError{fmt::format("{} \"{}\" gives no source for \"{}\"",
+                                    object.instance->kind->desc->getName(), options.texture,
+                                    options.descriptor)};
+    if (!options.folder.empty()) writeBitmaps(options.folder, data);
+    writeToStandardOutput(text.text);
+}
+
+} // namespace
+
+void addSourceCommand(CLI::App& app, CommandLine& commandLine)
+{
+    const auto options = std::make_shared<SourceOptions>();
+    CLI::App* command = app.add_subcommand("source", "Print the GPU source of a texture");
+    command->add_option("scene", options->scene, "The scene file")->required()->type_name("SCENE");
+    command->add_option("texture", options->texture, "A plugin of the scene, or one of its outputs")
+        ->required()
+        ->type_name("PLUGIN[.OUTPUT]");
+    command->add_option("--bitmaps", options->folder, "Write the baked bitmaps into this folder")
+        ->type_name("DIR");
+    command->add_option("--frame", options->frame, "The frame; else that of the scene")->type_name("F");
+    command->add_option("--name", options->name, "The name that the texture is asked with")
+        ->type_name("TEXT");
+    command->add_option("--tag", options->tag, "The tag that the texture is asked with")->type_name("TEXT");
+    command->add_option("--descriptor", options->descriptor, "The consumer that the source is for")
+        ->type_name("TEXT")
+        ->capture_default_str();
+    command->footer(kFooter);
+    command->callback([&commandLine, options] { source(commandLine, *options); });
+}

@@ -1,0 +1,292 @@
+#include "host/probe/probe_operations.h"
+
+#include "host/probe/probe_context.h"
+#include "host/report/plugin_report.h"
+
+#include <ombrix/material_interfaces.h>
+#include <ombrix/texture_interfaces.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace ombrix {
+
+namespace {
+
+using OUtils::AColor;
+using OUtils::OmbrixContext;
+using OUtils::PluginInterface;
+
+// What a plugin leaves unwritten in bounds shows as this number.
+constexpr float kUnwritten = 77.0f;
+
+// Asks once for each context.
+using AskAtPoint = OutputJson (*)(PluginInterface& asked, const OmbrixContext& context);
+// Asks once, whatever the contexts.
+using AskOnce = OutputJson (*)(PluginInterface& asked, const RequestSpec& request, const ProbeFrame& frame);
+
+struct Operation {
+    const char* name;
+    OUtils::InterfaceId interface;
+    AskAtPoint atPoint;
+    AskOnce once;
+};
+
+template <class Interface>
+Interface& as(PluginInterface& asked)
+{
+    return static_cast<Interface&>(asked);
+}
+
+OutputJson firstThree(const OUtils::Vector4& v)
+{
+    return toJson(OUtils::Vector{v.x, v.y, v.z});
+}
+
+OutputJson askColor(PluginInterface& asked, const OmbrixContext& context)
+{
+    AColor color;
+    as<OUtils::TextureInterface>(asked).evalColor(&color, context);
+    return toJson(color);
+}
+
+OutputJson askColorGradient(PluginInterface& asked, const OmbrixContext& context)
+{
+    AColor gradient;
+    as<OUtils::TextureInterface>(asked).evalColorGradient(&gradient, context);
+    return toJson(gradient);
+}
+
+OutputJson askFloat(PluginInterface& asked, const OmbrixContext& context)
+{
+    return toJson(as<OUtils::TextureFloatInterface>(asked).evalFloat(context));
+}
+
+OutputJson askFloatGradient(PluginInterface& asked, const OmbrixContext& context)
+{
+    AColor gradient;
+    as<OUtils::TextureFloatInterface>(asked).evalFloatGradient(&gradient, context);
+    return toJson(gradient);
+}
+
+OutputJson askInt(PluginInterface& asked, const OmbrixContext& context)
+{
+    return as<OUtils::TextureIntInterface>(asked).evalInt(context);
+}
+
+OutputJson askVector(PluginInterface& asked, const OmbrixContext& context)
+{
+    OUtils::Vector vector;
+    as<OUtils::TextureVectorInterface>(asked).evalVector(&vector, context);
+    return toJson(vector);
+}
+
+OutputJson askTransform(PluginInterface& asked, const OmbrixContext& context)
+{
+    OUtils::Transform transform;
+    as<OUtils::TextureTransformInterface>(asked).evalTransform(&transform, context);
+    return toJson(transform);
+}
+
+OutputJson askUVW(PluginInterface& asked, const OmbrixContext& context)
+{
+    OUtils::UVWSample sample;
+    OutputJson answer;
+    answer["valid"] = as<OUtils::UVWGenInterface>(asked).evalUVW(context, &sample) ? 1 : 0;
+    answer["uvw"] = firstThree(sample.uvw);
+    return answer;
+}
+
+OutputJson askUVWDerivs(PluginInterface& asked, const OmbrixContext& context)
+{
+    OUtils::UVWSample sample;
+    OutputJson answer;
+    answer["valid"] = as<OUtils::UVWGenInterface>(asked).evalUVWDerivs(context, &sample) ? 1 : 0;
+    answer["uvw"] = firstThree(sample.uvw);
+    answer["du"] = firstThree(sample.du);
+    answer["dv"] = firstThree(sample.dv);
+    return answer;
+}
+
+OutputJson askUVWTransform(PluginInterface& asked, const OmbrixContext& context)
+{
+    OUtils::Transform transform;
+    OutputJson answer;
+    answer["valid"] = as<OUtils::UVWGenInterface>(asked).evalUVWTransform(context, &transform) ? 1 : 0;
+    answer["columns"] = toJson(transform.matrix);
+    answer["offset"] = toJson(transform.offset);
+    return answer;
+}
+
+OutputJson shadeJson(const OUtils::ShadeResult& result)
+{
+    OutputJson answer;
+    answer["color"] = toJson(result.color);
+    answer["transparency"] = toJson(result.transparency);
+    answer["alpha"] = toJson(result.alpha);
+    answer["alpha_transparency"] = toJson(result.alphaTransparency);
+    return answer;
+}
+
+OutputJson askShade(PluginInterface& asked, const OmbrixContext& context)
+{
+    OUtils::ShadeRequest request;
+    as<OUtils::MaterialInterface>(asked).shade(request, context);
+    OutputJson answer = shadeJson(request.result);
+    answer["other"] = shadeJson(request.transparentHit);
+    return answer;
+}
+
+OutputJson askColorBounds(PluginInterface& asked, const RequestSpec&, const ProbeFrame&)
+{
+    AColor lower{kUnwritten, kUnwritten, kUnwritten, kUnwritten}, upper = lower;
+    as<OUtils::TextureInterface>(asked).evalColorBounds(&lower, &upper);
+    return OutputJson::array({toJson(lower), toJson(upper)});
+}
+
+OutputJson askFloatBounds(PluginInterface& asked, const RequestSpec&, const ProbeFrame&)
+{
+    float lower = kUnwritten, upper = kUnwritten;
+    as<OUtils::TextureFloatInterface>(asked).evalFloatBounds(&lower, &upper);
+    return OutputJson::array({toJson(lower), toJson(upper)});
+}
+
+OutputJson bitmapsJson(const HostOCLData& data, bool pixels)
+{
+    OutputJson bitmaps = OutputJson::array();
+    for (std::size_t i = 0; i < data.bitmaps().size(); ++i) {
+        const GpuBitmap& bitmap = data.bitmaps()[i];
+        OutputJson entry;
+        entry["index"] = i;
+        entry["width"] = bitmap.width;
+        entry["height"] = bitmap.height;
+        entry["name"] = bitmap.name;
+        entry["hash"] = bitmap.hash ? OutputJson(*bitmap.hash) : OutputJson(nullptr);
+        if (pixels) entry["pixels"] = bitmap.pixels;
+        bitmaps.push_back(std::move(entry));
+    }
+    return bitmaps;
+}
+
+OutputJson askSource(PluginInterface& asked, const RequestSpec& request, const ProbeFrame& frame)
+{
+    HostShaderSource source;
+    OutputJson answer;
+    answer["returned"] = as<OUtils::RTTexInterface>(asked).getSource(
+        request.name.c_str(), request.tag.c_str(), request.descriptor.c_str(), source, frame.gpuData);
+    answer["text"] = source.text;
+    answer["bitmaps"] = bitmapsJson(frame.gpuData, request.pixels);
+    return answer;
+}
+
+// An operation without a function is of an interface that the contract between host and library does not
+// have yet; no plugin offers it.
+constexpr Operation kOperations[] = {
+    {"color", OUtils::EXT_TEXTURE, askColor, nullptr},
+    {"color_bounds", OUtils::EXT_TEXTURE, nullptr, askColorBounds},
+    {"color_gradient", OUtils::EXT_TEXTURE, askColorGradient, nullptr},
+    {"float", OUtils::EXT_TEXTURE_FLOAT, askFloat, nullptr},
+    {"float_bounds", OUtils::EXT_TEXTURE_FLOAT, nullptr, askFloatBounds},
+    {"float_gradient", OUtils::EXT_TEXTURE_FLOAT, askFloatGradient, nullptr},
+    {"fluid_color", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
+    {"fluid_color_range", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
+    {"fluid_float", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
+    {"fluid_float_range", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
+    {"fluid_grid_size", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
+    {"int", OUtils::EXT_TEXTURE_INT, askInt, nullptr},
+    {"shade", OUtils::EXT_MATERIAL, askShade, nullptr},
+    {"source", OUtils::EXT_RTTEX, nullptr, askSource},
+    {"transform", OUtils::EXT_TEXTURE_TRANSFORM, askTransform, nullptr},
+    {"uvw", OUtils::EXT_UVWGEN, askUVW, nullptr},
+    {"uvw_derivs", OUtils::EXT_UVWGEN, askUVWDerivs, nullptr},
+    {"uvw_transform", OUtils::EXT_UVWGEN, askUVWTransform, nullptr},
+    {"vector", OUtils::EXT_TEXTURE_VECTOR, askVector, nullptr},
+};
+constexpr const char* kInterfacesOperation = "interfaces";
+
+OutputJson failure(const std::string& text)
+{
+    OutputJson answer;
+    answer["error"] = text;
+    return answer;
+}
+
+OutputJson unknownOperation(const std::string& name)
+{
+    std::vector<std::string> names = {kInterfacesOperation};
+    for (const Operation& operation : kOperations)
+        names.emplace_back(operation.name);
+    return failure(fmt::format("no operation is named \"{}\"{}", name, suggestName(name, names)));
+}
+
+// The plugin or the output that a request asks; null with a problem otherwise.
+SceneObject askedObject(const RequestSpec& request, const Scene& scene, std::string& problem)
+{
+    if (scene.find(request.plugin)) {
+        if (!request.output) return {scene.find(request.plugin), nullptr};
+        return scene.resolve(request.plugin + "." + *request.output, problem);
+    }
+    std::vector<std::string> names;
+    for (const PluginInstance& known : scene.instances())
+        names.push_back(known.name);
+    problem = fmt::format("no plugin is named \"{}\"{}", request.plugin, suggestName(request.plugin, names));
+    return {};
+}
+
+} // namespace
+
+StampSource::StampSource(const ProbeFile& probe)
+{
+    for (const FrameSpec& frame : probe.frames)
+        for (const RequestSpec& request : frame.requests)
+            for (const ContextSpec& context : request.contexts)
+                if (context.stamp && *context.stamp >= kFirst && *context.stamp <= kLast)
+                    taken.push_back(*context.stamp);
+    std::sort(taken.begin(), taken.end());
+}
+
+std::int32_t StampSource::next()
+{
+    while (upcoming <= kLast && std::binary_search(taken.begin(), taken.end(), upcoming))
+        ++upcoming;
+    if (upcoming > kLast)
+        throw WorkError{
+            "a probe has room for 899,001 contexts without a \"stamp\"; give stamps, or split it"};
+    return upcoming++;
+}
+
+OutputJson answerRequest(const RequestSpec& request, const ProbeFrame& frame)
+{
+    if (!request.problem.empty()) return failure(request.problem);
+    std::string problem;
+    const SceneObject object = askedObject(request, frame.scene, problem);
+    if (!object.instance) return failure(problem);
+    OutputJson answer;
+    answer["values"] = OutputJson::array();
+    if (request.operation == kInterfacesOperation) {
+        answer["values"].push_back(
+            interfaceNames([&](OUtils::InterfaceId id) { return object.getInterface(id); }));
+        return answer;
+    }
+    const auto operation = std::find_if(std::begin(kOperations), std::end(kOperations),
+                                        [&](const Operation& o) { return request.operation == o.name; });
+    if (operation == std::end(kOperations)) return unknownOperation(request.operation);
+    PluginInterface* asked = object.getInterface(operation->interface);
+    if (!asked || (!operation->atPoint && !operation->once))
+        return failure(fmt::format("{} \"{}{}{}\" offers no {}", object.instance->kind->desc->getName(),
+                                   request.plugin, request.output ? "." : "", request.output.value_or(""),
+                                   interfaceName(operation->interface)));
+    if (operation->once) {
+        answer["values"].push_back(operation->once(*asked, request, frame));
+        return answer;
+    }
+    for (const ContextSpec& spec : request.contexts) {
+        const std::int32_t stamp = spec.stamp ? *spec.stamp : frame.stamps.next();
+        const ProbeContext point(spec, stamp, frame.names);
+        answer["values"].push_back(operation->atPoint(*asked, point.context()));
+    }
+    return answer;
+}
+
+} // namespace ombrix

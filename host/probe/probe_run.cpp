@@ -1,0 +1,116 @@
+#include "host/probe/probe_run.h"
+
+#include "host/probe/probe_operations.h"
+
+namespace ombrix {
+
+namespace {
+
+const char* levelName(OUtils::LogLevel level)
+{
+    switch (level) {
+    case OUtils::LogLevel::Info:
+        return "info";
+    case OUtils::LogLevel::Warning:
+        return "warning";
+    case OUtils::LogLevel::Error:
+        break;
+    }
+    return "error";
+}
+
+OutputJson logJson(const std::vector<LogLine>& lines)
+{
+    OutputJson log = OutputJson::array();
+    for (const LogLine& line : lines) {
+        OutputJson entry;
+        entry["level"] = levelName(line.level);
+        entry["text"] = line.text;
+        log.push_back(std::move(entry));
+    }
+    return log;
+}
+
+template <class T>
+void append(std::vector<T>& all, std::vector<T> more)
+{
+    all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+class ProbeRun {
+public:
+    ProbeRun(Scene& probed, const ProbeFile& file, Diagnostics& reports)
+        : scene(probed), probe(file), diagnostics(reports), stamps(file),
+          renderer(probed.settings(), threadsOf(probed.settings()), &logger)
+    {
+    }
+
+    ProbeAnswer run()
+    {
+        ProbeAnswer answer;
+        scene.renderBegin(renderer);
+        std::vector<LogLine> outerLog = logger.takeLines();
+        std::vector<std::string> outerProgress = logger.takeProgress();
+        OutputJson frames = OutputJson::array();
+        for (const FrameSpec& frame : probe.frames) {
+            if (frame.set && !scene.set(*frame.set, frame.setPath, diagnostics)) {
+                answer.allAnswered = false;
+                break;
+            }
+            frames.push_back(runFrame(frame, answer.allAnswered));
+        }
+        scene.renderEnd(renderer);
+        append(outerLog, logger.takeLines());
+        append(outerProgress, logger.takeProgress());
+        answer.json["frames"] = std::move(frames);
+        answer.json["log"] = logJson(outerLog);
+        answer.json["progress"] = outerProgress;
+        return answer;
+    }
+
+private:
+    // A probe's points come one after the other.
+    static int threadsOf(const SceneSettings& settings)
+    {
+        return settings.threads > 0 ? settings.threads : 1;
+    }
+
+    OutputJson runFrame(const FrameSpec& spec, bool& allAnswered)
+    {
+        HostOCLData gpuData(&renderer, scene.settings().gpuBlockStore);
+        const ProbeFrame frame{scene, *renderer.getMapChannelNames(), gpuData, stamps};
+        OutputJson results = OutputJson::array();
+        scene.frameBegin(renderer, spec.frame);
+        for (const RequestSpec& request : spec.requests) {
+            OutputJson result = answerRequest(request, frame);
+            if (result.contains("error")) {
+                diagnostics.error(request.path, result["error"].get_ref<const std::string&>());
+                allAnswered = false;
+            }
+            results.push_back(std::move(result));
+        }
+        scene.frameEnd(renderer);
+        OutputJson answer;
+        answer["frame"] = toJson(spec.frame);
+        answer["results"] = std::move(results);
+        answer["log"] = logJson(logger.takeLines());
+        answer["progress"] = logger.takeProgress();
+        return answer;
+    }
+
+    Scene& scene;
+    const ProbeFile& probe;
+    Diagnostics& diagnostics;
+    RecordingLogger logger;
+    StampSource stamps;
+    HostRenderer renderer;
+};
+
+} // namespace
+
+ProbeAnswer runProbe(Scene& scene, const ProbeFile& probe, Diagnostics& diagnostics)
+{
+    return ProbeRun(scene, probe, diagnostics).run();
+}
+
+} // namespace ombrix
