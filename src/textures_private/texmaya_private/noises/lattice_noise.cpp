@@ -1,5 +1,10 @@
 // The lattice noises for every x86-64 processor. The lanes run along the last axis, so that the
-// splines along x and y work on whole rows; the order of operations is that of the formula.
+// splines along x and y work on whole rows.
+//
+// The formula's spline, a + b + ((a - 2b + c) t - 2(a - b)) t, is twice the uniform one, and the
+// noises divide by two again for every dimension. Here it is the uniform one from the start, by its
+// weights: a (1/2 - t + t^2 / 2) + b (1/2 + t - t^2) + c t^2 / 2. They do not wait for the table, and serve
+// every row.
 
 #include "lattice_noise.h"
 
@@ -47,19 +52,36 @@ Place placeInTime(double w, std::int32_t period)
     return {cell, f - static_cast<float>(cell)};
 }
 
-// Twice the uniform quadratic B-spline through three neighbours.
-__m128 spline(__m128 a, __m128 b, __m128 c, __m128 t)
+// The weights of three neighbours in the uniform quadratic B-spline; a lane for each axis.
+struct Weights {
+    __m128 before, at, after;
+};
+
+Weights weightsOf(__m128 t)
 {
-    const __m128 slope = _mm_sub_ps(a, b);
-    const __m128 bend = _mm_add_ps(_mm_sub_ps(a, _mm_add_ps(b, b)), c);
-    const __m128 inner = _mm_sub_ps(_mm_mul_ps(bend, t), _mm_add_ps(slope, slope));
-    return _mm_add_ps(_mm_add_ps(a, b), _mm_mul_ps(inner, t));
+    const __m128 half = _mm_set1_ps(0.5f);
+    const __m128 square = _mm_mul_ps(t, t);
+    const __m128 after = _mm_mul_ps(half, square);
+    return {_mm_add_ps(_mm_sub_ps(half, t), after), _mm_sub_ps(_mm_add_ps(half, t), square), after};
+}
+
+template <int Lane>
+Weights weightsOfLane(const Weights& w)
+{
+    constexpr int kAll = Lane * 0x55;
+    return {_mm_shuffle_ps(w.before, w.before, kAll), _mm_shuffle_ps(w.at, w.at, kAll),
+            _mm_shuffle_ps(w.after, w.after, kAll)};
+}
+
+__m128 spline(__m128 a, __m128 b, __m128 c, const Weights& w)
+{
+    return _mm_add_ps(_mm_add_ps(_mm_mul_ps(a, w.before), _mm_mul_ps(b, w.at)), _mm_mul_ps(c, w.after));
 }
 
 // The spline through the first three lanes, in the first lane.
-__m128 splineAcross(__m128 row, float t)
+__m128 splineAcross(__m128 row, const Weights& w)
 {
-    return spline(row, _mm_shuffle_ps(row, row, 1), _mm_shuffle_ps(row, row, 2), _mm_set_ss(t));
+    return spline(row, _mm_shuffle_ps(row, row, 1), _mm_shuffle_ps(row, row, 2), w);
 }
 
 // frac through truncation; the argument lies in 0..2^18.
@@ -69,7 +91,8 @@ __m128 fraction(__m128 a)
 }
 
 struct TimeSteps {
-    __m128 m0, m1, m2, fraction;
+    __m128 m0, m1, m2;
+    Weights weights;
 };
 
 TimeSteps timeSteps(const NoiseTables& tables, double w, std::int32_t period)
@@ -78,64 +101,82 @@ TimeSteps timeSteps(const NoiseTables& tables, double w, std::int32_t period)
     const auto step = [&](std::int32_t offset) {
         return _mm_set1_ps((randomValue(tables, place.cell + offset) + 1.0f) * kTimeScale);
     };
-    return {step(0), step(1), step(2), _mm_set1_ps(place.fraction)};
+    return {step(0), step(1), step(2), weightsOf(_mm_set1_ps(place.fraction))};
 }
 
 __m128 animated(const TimeSteps& time, __m128 row)
 {
     const __m128 c = _mm_add_ps(row, _mm_set1_ps(2.0f));
     return spline(fraction(_mm_mul_ps(time.m0, c)), fraction(_mm_mul_ps(time.m1, c)),
-                  fraction(_mm_mul_ps(time.m2, c)), time.fraction);
+                  fraction(_mm_mul_ps(time.m2, c)), time.weights);
+}
+
+constexpr int kPlane = kLatticeSide * kLatticeRowStride;
+
+// The spline along x and y through the rows at the corner, and across the rows; `row` turns the row
+// that begins at an address into the values to interpolate.
+template <typename Row>
+float splineInSpace(const float* corner, const Weights& w, Row row)
+{
+    const Weights alongX = weightsOfLane<0>(w);
+    const auto columns = [&](const float* first) {
+        return spline(row(first), row(first + kPlane), row(first + 2 * kPlane), alongX);
+    };
+    const __m128 column = spline(columns(corner), columns(corner + kLatticeRowStride),
+                                 columns(corner + 2 * kLatticeRowStride), weightsOfLane<1>(w));
+    return _mm_cvtss_f32(splineAcross(column, weightsOfLane<2>(w)));
 }
 
 } // namespace
 
-float latticeNoise2(const NoiseTables& tables, double x, double y)
+float latticeNoise2Baseline(const NoiseTables& tables, double x, double y)
 {
-    if (hasAvx2()) return latticeNoise2Avx2(tables, x, y);
     const Place px = placeInSpace(static_cast<double>(static_cast<float>(x)));
     const Place py = placeInSpace(static_cast<double>(static_cast<float>(y)));
     const float* corner = &tables.plane[px.cell][py.cell];
+    const Weights w = weightsOf(_mm_setr_ps(px.fraction, py.fraction, 0.0f, 0.0f));
     const __m128 row = spline(_mm_loadu_ps(corner), _mm_loadu_ps(corner + kLatticeRowStride),
-                              _mm_loadu_ps(corner + 2 * kLatticeRowStride), _mm_set1_ps(px.fraction));
-    return _mm_cvtss_f32(splineAcross(row, py.fraction)) * 0.25f;
+                              _mm_loadu_ps(corner + 2 * kLatticeRowStride), weightsOfLane<0>(w));
+    return _mm_cvtss_f32(splineAcross(row, weightsOfLane<1>(w)));
+}
+
+float latticeNoise3Baseline(const NoiseTables& tables, double x, double y, double z)
+{
+    const Place px = placeInSpace(x);
+    const Place py = placeInSpace(y);
+    const Place pz = placeInSpace(z);
+    const Weights w = weightsOf(_mm_setr_ps(px.fraction, py.fraction, pz.fraction, 0.0f));
+    const float* corner = &tables.space[px.cell][py.cell][pz.cell];
+    return splineInSpace(corner, w, [](const float* row) { return _mm_loadu_ps(row); });
+}
+
+float latticeNoise4Baseline(const NoiseTables& tables, double x, double y, double z, double w,
+                            std::int32_t period)
+{
+    const Place px = placeInSpace(x);
+    const Place py = placeInSpace(y);
+    const Place pz = placeInSpace(z);
+    const Weights weights = weightsOf(_mm_setr_ps(px.fraction, py.fraction, pz.fraction, 0.0f));
+    const float* corner = &tables.space[px.cell][py.cell][pz.cell];
+    const TimeSteps time = timeSteps(tables, w, period);
+    const auto moving = [&](const float* row) { return animated(time, _mm_loadu_ps(row)); };
+    return splineInSpace(corner, weights, moving) * 2.0f - 1.0f;
+}
+
+float latticeNoise2(const NoiseTables& tables, double x, double y)
+{
+    return hasAvx2() ? latticeNoise2Avx2(tables, x, y) : latticeNoise2Baseline(tables, x, y);
 }
 
 float latticeNoise3(const NoiseTables& tables, double x, double y, double z)
 {
-    if (hasAvx2()) return latticeNoise3Avx2(tables, x, y, z);
-    const Place px = placeInSpace(x);
-    const Place py = placeInSpace(y);
-    const Place pz = placeInSpace(z);
-    constexpr int kPlane = kLatticeSide * kLatticeRowStride;
-    const float* corner = &tables.space[px.cell][py.cell][pz.cell];
-    const __m128 tx = _mm_set1_ps(px.fraction);
-    const auto alongX = [&](const float* first) {
-        return spline(_mm_loadu_ps(first), _mm_loadu_ps(first + kPlane), _mm_loadu_ps(first + 2 * kPlane),
-                      tx);
-    };
-    const __m128 row = spline(alongX(corner), alongX(corner + kLatticeRowStride),
-                              alongX(corner + 2 * kLatticeRowStride), _mm_set1_ps(py.fraction));
-    return _mm_cvtss_f32(splineAcross(row, pz.fraction)) * 0.125f;
+    return hasAvx2() ? latticeNoise3Avx2(tables, x, y, z) : latticeNoise3Baseline(tables, x, y, z);
 }
 
 float latticeNoise4(const NoiseTables& tables, double x, double y, double z, double w, std::int32_t period)
 {
-    if (hasAvx2()) return latticeNoise4Avx2(tables, x, y, z, w, period);
-    const Place px = placeInSpace(x);
-    const Place py = placeInSpace(y);
-    const Place pz = placeInSpace(z);
-    constexpr int kPlane = kLatticeSide * kLatticeRowStride;
-    const float* corner = &tables.space[px.cell][py.cell][pz.cell];
-    const TimeSteps time = timeSteps(tables, w, period);
-    const __m128 tx = _mm_set1_ps(px.fraction);
-    const auto alongX = [&](const float* first) {
-        return spline(animated(time, _mm_loadu_ps(first)), animated(time, _mm_loadu_ps(first + kPlane)),
-                      animated(time, _mm_loadu_ps(first + 2 * kPlane)), tx);
-    };
-    const __m128 row = spline(alongX(corner), alongX(corner + kLatticeRowStride),
-                              alongX(corner + 2 * kLatticeRowStride), _mm_set1_ps(py.fraction));
-    return _mm_cvtss_f32(splineAcross(row, pz.fraction)) * 0.125f - 1.0f;
+    return hasAvx2() ? latticeNoise4Avx2(tables, x, y, z, w, period)
+                     : latticeNoise4Baseline(tables, x, y, z, w, period);
 }
 
 float latticeNoise2(double x, double y)

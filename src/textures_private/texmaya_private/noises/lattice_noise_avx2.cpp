@@ -1,5 +1,9 @@
-// The lattice noises with AVX2: the four coordinates are placed together, and two rows of the spline
-// share a register. Operation for operation the arithmetic of lattice_noise.cpp.
+// The lattice noises with AVX2: the coordinates are placed together, and two rows of the spline share
+// a register. The arithmetic of the splines is that of lattice_noise.cpp, operation for operation.
+//
+// The throughput hangs on the way from the coordinate to the table, so that the cell is found beside
+// the fraction, from the same double. The two can only disagree where the fraction is rounded up to
+// the next cell: it is then 1 in the cell before, and the spline has the same bits at either side.
 //
 // Compiled for another instruction set, so it includes nothing that emits a shared inline function.
 
@@ -14,14 +18,14 @@ namespace {
 constexpr int kRow = kLatticeRowStride;
 constexpr int kPlane = kLatticeSide * kLatticeRowStride;
 
-// The fractions, in -1..1 of the given number of cells, of four coordinates. The bounds keep what is
-// not finite at 0; below -2^52 every double is whole, so that bound changes nothing else.
-__m128 scaledFractions(__m256d d, __m128 cells)
+// Up to here cells fit 32 bits. What is larger, or not a number, is left to the baseline.
+constexpr double kLargestFast = 67108864.0; // 2^26
+
+bool allFast(__m256d d)
 {
-    const __m256d inRange = _mm256_and_pd(_mm256_cmp_pd(d, _mm256_set1_pd(1e9), _CMP_LE_OQ),
-                                          _mm256_cmp_pd(d, _mm256_set1_pd(-4503599627370496.0), _CMP_GE_OQ));
-    const __m256d bounded = _mm256_and_pd(d, inRange);
-    return _mm_mul_ps(_mm256_cvtpd_ps(_mm256_sub_pd(bounded, _mm256_floor_pd(bounded))), cells);
+    const __m256d magnitude = _mm256_andnot_pd(_mm256_set1_pd(-0.0), d);
+    const __m256d fast = _mm256_cmp_pd(magnitude, _mm256_set1_pd(kLargestFast), _CMP_LT_OQ);
+    return _mm256_movemask_pd(fast) == 0xF;
 }
 
 template <int Lane>
@@ -30,33 +34,71 @@ __m128 lane(__m128 v)
     return _mm_shuffle_ps(v, v, Lane * 0x55);
 }
 
+// The wrapped cells of four coordinates on the lattice, and the fractions of the unit period.
+__m128i cellsOf(__m256d d)
+{
+    const __m256d scaled = _mm256_floor_pd(_mm256_mul_pd(d, _mm256_set1_pd(kLatticeCells)));
+    constexpr int kHighBits = 27; // all but the five that count 32 cells
+    return _mm_srli_epi32(_mm_slli_epi32(_mm256_cvttpd_epi32(scaled), kHighBits), kHighBits);
+}
+
+__m128 unitFractions(__m256d d)
+{
+    return _mm256_cvtpd_ps(_mm256_sub_pd(d, _mm256_floor_pd(d)));
+}
+
+// The weights of three neighbours in the uniform quadratic B-spline; a lane for each axis.
+struct Weights {
+    __m128 before, at, after;
+};
+
+Weights weightsOf(__m128 t)
+{
+    const __m128 half = _mm_set1_ps(0.5f);
+    const __m128 square = _mm_mul_ps(t, t);
+    const __m128 after = _mm_mul_ps(half, square);
+    return {_mm_add_ps(_mm_sub_ps(half, t), after), _mm_sub_ps(_mm_add_ps(half, t), square), after};
+}
+
 template <int Lane>
-__m256 lane256(__m128 v)
+Weights weightsOfLane(const Weights& w)
 {
-    return _mm256_set_m128(lane<Lane>(v), lane<Lane>(v));
+    return {lane<Lane>(w.before), lane<Lane>(w.at), lane<Lane>(w.after)};
 }
 
-// Twice the uniform quadratic B-spline through three neighbours.
-__m128 spline(__m128 a, __m128 b, __m128 c, __m128 t)
+struct WideWeights {
+    __m256 before, at, after;
+};
+
+template <int Lane>
+WideWeights wideWeights(const Weights& w)
 {
-    const __m128 slope = _mm_sub_ps(a, b);
-    const __m128 bend = _mm_add_ps(_mm_sub_ps(a, _mm_add_ps(b, b)), c);
-    const __m128 inner = _mm_sub_ps(_mm_mul_ps(bend, t), _mm_add_ps(slope, slope));
-    return _mm_add_ps(_mm_add_ps(a, b), _mm_mul_ps(inner, t));
+    return {_mm256_broadcastss_ps(lane<Lane>(w.before)), _mm256_broadcastss_ps(lane<Lane>(w.at)),
+            _mm256_broadcastss_ps(lane<Lane>(w.after))};
 }
 
-__m256 spline(__m256 a, __m256 b, __m256 c, __m256 t)
+Weights lowerHalf(const WideWeights& w)
 {
-    const __m256 slope = _mm256_sub_ps(a, b);
-    const __m256 bend = _mm256_add_ps(_mm256_sub_ps(a, _mm256_add_ps(b, b)), c);
-    const __m256 inner = _mm256_sub_ps(_mm256_mul_ps(bend, t), _mm256_add_ps(slope, slope));
-    return _mm256_add_ps(_mm256_add_ps(a, b), _mm256_mul_ps(inner, t));
+    return {_mm256_castps256_ps128(w.before), _mm256_castps256_ps128(w.at), _mm256_castps256_ps128(w.after)};
 }
 
-// The spline through the first three lanes, in the first lane.
-__m128 splineAcross(__m128 row, __m128 t)
+__m128 spline(__m128 a, __m128 b, __m128 c, const Weights& w)
 {
-    return spline(row, _mm_movehdup_ps(row), _mm_movehl_ps(row, row), t);
+    return _mm_add_ps(_mm_add_ps(_mm_mul_ps(a, w.before), _mm_mul_ps(b, w.at)), _mm_mul_ps(c, w.after));
+}
+
+__m256 spline(__m256 a, __m256 b, __m256 c, const WideWeights& w)
+{
+    return _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(a, w.before), _mm256_mul_ps(b, w.at)),
+                         _mm256_mul_ps(c, w.after));
+}
+
+// The spline through the first three lanes, its weights in the first three lanes.
+float splineAcross(__m128 row, __m128 weights)
+{
+    const __m128 terms = _mm_mul_ps(row, weights);
+    const __m128 firstTwo = _mm_add_ss(terms, _mm_movehdup_ps(terms));
+    return _mm_cvtss_f32(_mm_add_ss(firstTwo, _mm_movehl_ps(terms, terms)));
 }
 
 // The nine rows around a point: two rows of y side by side, the third alone, for three x.
@@ -76,25 +118,20 @@ Rows loadRows(const float* corner)
     return rows;
 }
 
-float splineInSpace(const Rows& rows, __m128 t)
+// The spline along y through the splines along x, and across the lanes.
+float splineInSpace(__m128 first, __m128 second, __m128 third, const Weights& w)
 {
-    const __m256 pair = spline(rows.pair[0], rows.pair[1], rows.pair[2], lane256<0>(t));
-    const __m128 third = spline(rows.third[0], rows.third[1], rows.third[2], lane<0>(t));
-    const __m128 row =
-        spline(_mm256_castps256_ps128(pair), _mm256_extractf128_ps(pair, 1), third, lane<1>(t));
-    return _mm_cvtss_f32(splineAcross(row, lane<2>(t)));
+    const __m128 column = spline(first, second, third, weightsOfLane<1>(w));
+    const __m128 firstTwo = _mm_unpackhi_ps(w.before, w.at);
+    return splineAcross(column, _mm_shuffle_ps(firstTwo, w.after, _MM_SHUFFLE(2, 2, 1, 0)));
 }
 
-// Splits scaled fractions into the corner of their cell and what is left within it.
-const float* cornerOf(const NoiseTables& tables, __m128 f, __m128& t)
+const float* cornerOf(const NoiseTables& tables, __m128i cells)
 {
-    const __m128i cells = _mm_cvttps_epi32(f);
-    t = _mm_sub_ps(f, _mm_cvtepi32_ps(cells));
-    const __m128i wrapped = _mm_and_si128(cells, _mm_set1_epi32(kLatticeCells - 1));
-    const __m128i parts = _mm_madd_epi16(wrapped, _mm_setr_epi32(kPlane, kRow, 1, 0));
-    const __m128i pairs = _mm_add_epi32(parts, _mm_shuffle_epi32(parts, 0xB1));
-    const __m128i sum = _mm_add_epi32(pairs, _mm_shuffle_epi32(pairs, 0x4E));
-    return &tables.space[0][0][0] + _mm_cvtsi128_si32(sum);
+    const std::uint64_t x = static_cast<std::uint32_t>(_mm_cvtsi128_si32(cells));
+    const std::uint64_t y = static_cast<std::uint32_t>(_mm_extract_epi32(cells, 1));
+    const std::uint64_t z = static_cast<std::uint32_t>(_mm_extract_epi32(cells, 2));
+    return &tables.space[0][0][0] + (x * kPlane + y * kRow + z);
 }
 
 // frac through truncation, for 0..2^18.
@@ -104,62 +141,27 @@ __m256 fraction(__m256 a)
 }
 
 struct TimeSteps {
-    __m256 m0, m1, m2, fraction;
+    __m256 m0, m1, m2;
+    WideWeights weights;
 };
+
+TimeSteps timeSteps(const NoiseTables& tables, std::int32_t cell, const Weights& w)
+{
+    const auto step = [&](std::int32_t offset) {
+        return _mm256_set1_ps((randomValue(tables, cell + offset) + 1.0f) * 21568.16f);
+    };
+    return {step(0), step(1), step(2), wideWeights<3>(w)};
+}
 
 __m256 animated(const TimeSteps& time, __m256 row)
 {
     const __m256 c = _mm256_add_ps(row, _mm256_set1_ps(2.0f));
     return spline(fraction(_mm256_mul_ps(time.m0, c)), fraction(_mm256_mul_ps(time.m1, c)),
-                  fraction(_mm256_mul_ps(time.m2, c)), time.fraction);
+                  fraction(_mm256_mul_ps(time.m2, c)), time.weights);
 }
 
-TimeSteps timeSteps(const NoiseTables& tables, float f)
+Rows animated(const TimeSteps& time, const Rows& still)
 {
-    const __m128 scaled = _mm_set_ss(f);
-    // Periods reach down to -2^31, and so does f: the conversion is always in range.
-    const std::int32_t cell = _mm_cvttss_si32(scaled);
-    const auto step = [&](std::int32_t offset) {
-        return _mm256_set1_ps((randomValue(tables, cell + offset) + 1.0f) * 21568.16f);
-    };
-    return {step(0), step(1), step(2), _mm256_set1_ps(f - static_cast<float>(cell))};
-}
-
-} // namespace
-
-float latticeNoise2Avx2(const NoiseTables& tables, double x, double y)
-{
-    const __m128 narrowed = _mm_cvtpd_ps(_mm_setr_pd(x, y));
-    const __m128 f = scaledFractions(_mm256_cvtps_pd(narrowed), _mm_set1_ps(kLatticeCells));
-    const __m128i cells = _mm_cvttps_epi32(f);
-    const __m128 t = _mm_sub_ps(f, _mm_cvtepi32_ps(cells));
-    const int cx = _mm_cvtsi128_si32(cells) & (kLatticeCells - 1);
-    const int cy = _mm_extract_epi32(cells, 1) & (kLatticeCells - 1);
-    const float* corner = &tables.plane[cx][cy];
-    const __m128 row = spline(_mm_loadu_ps(corner), _mm_loadu_ps(corner + kRow),
-                              _mm_loadu_ps(corner + 2 * kRow), lane<0>(t));
-    return _mm_cvtss_f32(splineAcross(row, lane<1>(t))) * 0.25f;
-}
-
-float latticeNoise3Avx2(const NoiseTables& tables, double x, double y, double z)
-{
-    const __m128 f = scaledFractions(_mm256_setr_pd(x, y, z, 0.0), _mm_set1_ps(kLatticeCells));
-    __m128 t;
-    const float* corner = cornerOf(tables, f, t);
-    return splineInSpace(loadRows(corner), t) * 0.125f;
-}
-
-float latticeNoise4Avx2(const NoiseTables& tables, double x, double y, double z, double w,
-                        std::int32_t period)
-{
-    const auto steps = static_cast<float>(period < 60000 ? period : 60000);
-    const __m128 f = scaledFractions(_mm256_setr_pd(x, y, z, w),
-                                     _mm_setr_ps(kLatticeCells, kLatticeCells, kLatticeCells, steps));
-    __m128 t;
-    // The fourth lane has no part in the corner: its factor is 0.
-    const float* corner = cornerOf(tables, f, t);
-    const TimeSteps time = timeSteps(tables, _mm_cvtss_f32(lane<3>(f)));
-    const Rows still = loadRows(corner);
     Rows rows;
     for (int i = 0; i < 3; ++i)
         rows.pair[i] = animated(time, still.pair[i]);
@@ -167,7 +169,63 @@ float latticeNoise4Avx2(const NoiseTables& tables, double x, double y, double z,
     rows.third[0] = _mm256_castps256_ps128(firstTwo);
     rows.third[1] = _mm256_extractf128_ps(firstTwo, 1);
     rows.third[2] = _mm256_castps256_ps128(animated(time, _mm256_castps128_ps256(still.third[2])));
-    return splineInSpace(rows, t) * 0.125f - 1.0f;
+    return rows;
+}
+
+} // namespace
+
+float latticeNoise2Avx2(const NoiseTables& tables, double x, double y)
+{
+    const __m256d d = _mm256_cvtps_pd(_mm_cvtpd_ps(_mm_setr_pd(x, y)));
+    if (!allFast(d)) return latticeNoise2Baseline(tables, x, y);
+    const __m128i cells = cellsOf(d);
+    const __m128 f = _mm_mul_ps(unitFractions(d), _mm_set1_ps(kLatticeCells));
+    const Weights w = weightsOf(_mm_sub_ps(f, _mm_cvtepi32_ps(cells)));
+    const float* corner = &tables.plane[_mm_cvtsi128_si32(cells)][_mm_extract_epi32(cells, 1)];
+    const __m128 row = spline(_mm_loadu_ps(corner), _mm_loadu_ps(corner + kRow),
+                              _mm_loadu_ps(corner + 2 * kRow), weightsOfLane<0>(w));
+    const __m128 firstTwo = _mm_unpacklo_ps(w.before, w.at);
+    return splineAcross(row, _mm_shuffle_ps(firstTwo, w.after, _MM_SHUFFLE(1, 1, 3, 2)));
+}
+
+float latticeNoise3Avx2(const NoiseTables& tables, double x, double y, double z)
+{
+    const __m256d d = _mm256_setr_pd(x, y, z, 0.0);
+    if (!allFast(d)) return latticeNoise3Baseline(tables, x, y, z);
+    const __m128i cells = cellsOf(d);
+    const __m128 f = _mm_mul_ps(unitFractions(d), _mm_set1_ps(kLatticeCells));
+    const Weights w = weightsOf(_mm_sub_ps(f, _mm_cvtepi32_ps(cells)));
+    // Without work beyond the spline, loads within the multiplications beat wider registers.
+    const float* corner = cornerOf(tables, cells);
+    const Weights alongX = weightsOfLane<0>(w);
+    const auto columns = [&](const float* first) {
+        return spline(_mm_loadu_ps(first), _mm_loadu_ps(first + kPlane), _mm_loadu_ps(first + 2 * kPlane),
+                      alongX);
+    };
+    return splineInSpace(columns(corner), columns(corner + kRow), columns(corner + 2 * kRow), w);
+}
+
+float latticeNoise4Avx2(const NoiseTables& tables, double x, double y, double z, double w,
+                        std::int32_t period)
+{
+    const __m256d d = _mm256_setr_pd(x, y, z, w);
+    if (!allFast(d)) return latticeNoise4Baseline(tables, x, y, z, w, period);
+    constexpr float kCells = kLatticeCells;
+    const auto steps = static_cast<float>(period < 60000 ? period : 60000);
+    const __m128i cells = cellsOf(d);
+    const __m128 f = _mm_mul_ps(unitFractions(d), _mm_setr_ps(kCells, kCells, kCells, steps));
+    // Periods reach down to -2^31, and so does the scaled time: the conversion is always in range.
+    const std::int32_t timeCell = _mm_cvttss_si32(lane<3>(f));
+    const __m128 whole = _mm_cvtepi32_ps(_mm_insert_epi32(cells, timeCell, 3));
+    const Weights weights = weightsOf(_mm_sub_ps(f, whole));
+    const TimeSteps time = timeSteps(tables, timeCell, weights);
+    const Rows rows = animated(time, loadRows(cornerOf(tables, cells)));
+    const WideWeights alongX = wideWeights<0>(weights);
+    const __m256 pair = spline(rows.pair[0], rows.pair[1], rows.pair[2], alongX);
+    const __m128 third = spline(rows.third[0], rows.third[1], rows.third[2], lowerHalf(alongX));
+    return splineInSpace(_mm256_castps256_ps128(pair), _mm256_extractf128_ps(pair, 1), third, weights) *
+               2.0f -
+           1.0f;
 }
 
 } // namespace nezaiva

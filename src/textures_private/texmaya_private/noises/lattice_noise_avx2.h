@@ -1,4 +1,4 @@
-// The lattice noises for processors with AVX2; called through lattice_noise.h only.
+// The lattice noises of each instruction set; called through lattice_noise.h only.
 #pragma once
 
 #include "random_tables.h"
@@ -6,6 +6,11 @@
 #include <cstdint>
 
 namespace nezaiva {
+
+float latticeNoise2Baseline(const NoiseTables& tables, double x, double y);
+float latticeNoise3Baseline(const NoiseTables& tables, double x, double y, double z);
+float latticeNoise4Baseline(const NoiseTables& tables, double x, double y, double z, double w,
+                            std::int32_t period);
 
 float latticeNoise2Avx2(const NoiseTables& tables, double x, double y);
 float latticeNoise3Avx2(const NoiseTables& tables, double x, double y, double z);

@@ -66,8 +66,8 @@ constexpr void setRow(double (&row)[4], float x, float y, float z)
 constexpr PerlinTables makeTables()
 {
     PerlinTables tables{};
-    for (std::size_t i = 0; i < kPerlinTableSize; ++i)
-        tables.permutation[i] = kPermutation[i];
+    for (std::size_t i = 0; i < 2 * kPerlinTableSize; ++i)
+        tables.permutation[i] = kPermutation[i % kPerlinTableSize];
     std::size_t row = 0;
     for (const auto& known : kFirstRows)
         setRow(tables.gradients[row++], known[0], known[1], known[2]);

@@ -48,6 +48,11 @@ static_assert(sizeof(RandomTable) == 65535 * sizeof(float));
 constinit const NoiseTables currentNoiseTables = makeTables(kCurrentStream, kCurrentBeginning);
 constinit const NoiseTables oldNoiseTables = makeTables(kOldStream, kOldBeginning);
 
+void layOutLattice(NoiseTables& tables)
+{
+    fillLattice(tables);
+}
+
 bool wantsOldRandomTable(const char* text)
 {
     return text != nullptr && std::atoi(text) != 0;

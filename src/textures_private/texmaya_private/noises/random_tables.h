@@ -29,6 +29,9 @@ struct NoiseTables {
 extern const NoiseTables currentNoiseTables;
 extern const NoiseTables oldNoiseTables;
 
+// Fills the layouts of `tables` from its random table, for tables of one's own.
+void layOutLattice(NoiseTables& tables);
+
 // Whether the text of MAYA_RENDERER_OLD_RANDOM_TABLE (null when unset) asks for the old table: it
 // reads as a non-zero decimal integer.
 bool wantsOldRandomTable(const char* text);
