@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <locale.h>
 
 namespace {
 
@@ -32,6 +32,13 @@ TEST(ShaderSource, NumbersHaveAPointInACommaLocale)
     EXPECT_EQ(source.text, "color 0.500000 1.000000 -2.250000 0.000000\n");
     std::snprintf(direct, sizeof direct, "%f", 0.5); // the process's locale stands as it was
     EXPECT_STREQ(direct, "0,500000");
+}
+
+TEST(ShaderSource, ThePrintingThreadKeepsItsLocale)
+{
+    HostShaderSource source;
+    source.printf("%f", 0.5);
+    EXPECT_EQ(uselocale(nullptr), LC_GLOBAL_LOCALE); // what a thread starts with
 }
 
 TEST(ShaderSource, LinesOfAnyLengthArriveWhole)

@@ -209,18 +209,20 @@ TEST_F(BoundFields, OutputsAnswerTypedInputsAndPluginInputs)
     EXPECT_EQ(instance.object, static_cast<PluginBase*>(&other.alpha));
 }
 
-TEST_F(BoundFields, AnOutputWithoutAHolderIsGivenOne)
+TEST_F(BoundFields, AnOutputThatItsHolderDoesNotFindIsGivenAnotherHolder)
 {
-    other.alpha.standsAlone = true;
     PluginInterface* output = ombrix::boundOutput(*other.paramList, "out_alpha");
-    set(instance, "object", reference(&other, output));
-    frame(instance);
-    ASSERT_NE(instance.object, nullptr);
-    EXPECT_EQ(instance.object->getInterface(EXT_TEXTURE_FLOAT), output);
-    EXPECT_EQ(instance.object->getInterface(EXT_TEXTURE), nullptr);
-    PluginBase* const first = instance.object;
-    frame(instance);
-    EXPECT_EQ(instance.object, first);
+    for (PluginBase* holder : {static_cast<PluginBase*>(nullptr), static_cast<PluginBase*>(&other)}) {
+        other.alpha.holder = holder;
+        set(instance, "object", reference(&other, output));
+        frame(instance);
+        ASSERT_NE(instance.object, nullptr);
+        EXPECT_EQ(instance.object->getInterface(EXT_TEXTURE_FLOAT), output);
+        EXPECT_EQ(instance.object->getInterface(EXT_TEXTURE), nullptr);
+        PluginBase* const first = instance.object;
+        frame(instance);
+        EXPECT_EQ(instance.object, first);
+    }
 }
 
 TEST_F(BoundFields, ALaterOutputTakesThePlaceOfAnEarlierOne)

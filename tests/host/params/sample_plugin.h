@@ -44,11 +44,11 @@ public:
     int flagIndex, numberIndex, colorIndex, numbersIndex;
 };
 
-// A float texture that lives in another plugin, as the outputs of textures do. With a holder of its own
-// it finds itself; without one it is a bare interface.
+// A float texture that lives in another plugin, as the outputs of textures do. It finds itself in its
+// holder, unless that is set to another object, or to null.
 class AlphaOutput : public PluginBase, public TextureFloatInterface {
 public:
-    PluginBase* getPlugin() override { return standsAlone ? nullptr : this; }
+    PluginBase* getPlugin() override { return holder; }
     PluginInterface* getInterface(InterfaceId id) override
     {
         return id == EXT_TEXTURE_FLOAT ? static_cast<TextureFloatInterface*>(this)
@@ -57,7 +57,7 @@ public:
     float evalFloat(const OmbrixContext& /*context*/) override { return 0.75f; }
     void evalFloatBounds(float* lower, float* upper) override { *lower = *upper = 0.75f; }
 
-    bool standsAlone = false;
+    PluginBase* holder = this;
 };
 
 class Desc : public OmbrixPluginDesc {
