@@ -135,6 +135,8 @@ int main(int argumentCount, char** arguments)
     addDescribeCommand(app, commandLine);
     addProbeCommand(app, commandLine);
     addSourceCommand(app, commandLine);
+    addBakeCommand(app, commandLine);
+    addRenderCommand(app, commandLine);
     addCommonOptions(app, commandLine);
     for (CLI::App* command : app.get_subcommands({}))
         addCommonOptions(*command, commandLine);
