@@ -9,11 +9,15 @@
 
 namespace ombrix {
 
-// Interleaved floats, row 0 at the top, scene-linear. channels: 1 grey, 3 colour, 4 colour with
-// premultiplied alpha, as file formats mean it.
+// Whether colours are multiplied by alpha.
+enum class AlphaKind { Premultiplied, Straight };
+
+// Interleaved floats, row 0 at the top, scene-linear. channels: 1 grey, 3 colour, 4 colour with alpha,
+// premultiplied unless alpha says otherwise.
 struct Image {
     int width = 0, height = 0, channels = 4;
     std::vector<float> pixels;
+    AlphaKind alpha = AlphaKind::Premultiplied;
     // Numbers rather than colours (depths, positions): EXR keeps all 32 bits of them, and no format
     // encodes them to sRGB.
     bool isData = false;
@@ -31,16 +35,16 @@ struct Image {
 using ImageAttributes = std::map<std::string, std::string>;
 
 // Writes a picture in the format of the file name's extension: floats as they are for EXR and HDR (half
-// for EXR colours, held within a half's finite range), sRGB-encoded 8 bits for PNG, JPEG, TIFF and the
-// like, with straight alpha where the format means it so. A format without alpha gets the colours over
-// black. The file appears whole or not at all: it is written beside its place under a temporary name and
-// renamed; a failure leaves nothing behind and an older file as it was. Throws WorkError.
+// for EXR colours, held within a half's finite range; all 32 bits for grey), sRGB-encoded 8 bits for PNG,
+// JPEG, TIFF and the like. Alpha is stored premultiplied in float formats, straight in others; a format
+// without alpha gets the colours as they stand, which shows premultiplied ones over black. The file
+// appears whole or not at all: it is written beside its place under a temporary name and renamed; a
+// failure leaves nothing behind and an older file as it was. Throws WorkError.
 void writeImage(const std::filesystem::path& file, const Image& image, const ImageAttributes& attributes);
 // Fails as writeImage would, before any work is done: unknown extension, folder missing or not writable.
 void checkImageCanBeWritten(const std::filesystem::path& file);
 
 enum class ColorSpace { Auto, Linear, Srgb };
-enum class AlphaKind { Premultiplied, Straight };
 
 // Reads a picture as 4 floats a pixel (alpha 1 where the file has none; a grey file gives grey), decoded
 // to linear. Auto decodes integer formats from sRGB and takes float formats as they are; alpha is never

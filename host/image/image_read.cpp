@@ -150,6 +150,7 @@ Image wholePicture(const StoredImage& stored, ColorSpace colorSpace, AlphaKind a
     image.width = spec.full_width;
     image.height = spec.full_height;
     image.channels = 4;
+    image.alpha = alpha;
     image.pixels.assign(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height) * 4,
                         0.0f);
     const ChannelChoice choice = chooseChannels(spec);

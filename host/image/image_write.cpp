@@ -134,24 +134,30 @@ void checkTarget(const fs::path& file)
     if (fs::exists(file, error) && ::access(file.c_str(), W_OK) != 0) fail(file, systemReason());
 }
 
-OIIO::TypeDesc storageFor(const OIIO::ImageOutput& writer, bool isData)
+OIIO::TypeDesc storageFor(const OIIO::ImageOutput& writer, const Image& image)
 {
     const std::string format = writer.format_name();
-    if (format == "openexr") return isData ? OIIO::TypeDesc::FLOAT : OIIO::TypeDesc::HALF;
+    const bool allBits = image.isData || image.channels == 1;
+    if (format == "openexr") return allBits ? OIIO::TypeDesc::FLOAT : OIIO::TypeDesc::HALF;
     if (format == "hdr" || format == "zfile") return OIIO::TypeDesc::FLOAT;
-    if (format == "tiff" && isData) return OIIO::TypeDesc::FLOAT;
+    if (format == "tiff" && image.isData) return OIIO::TypeDesc::FLOAT;
     return OIIO::TypeDesc::UINT8;
 }
 
-// The pixel in another number of channels: grey spreads, a missing alpha is 1, a dropped alpha leaves the
-// premultiplied colours, which is the picture over black.
-void withChannels(const float* from, int fromChannels, float* to, int toChannels)
+// The picture's pixel as a file wants it. Grey spreads, a missing alpha is 1; without a place for alpha
+// the colours stay as they are, which shows premultiplied ones over black.
+void storedPixel(const Image& image, const float* from, int channels, AlphaKind wanted, float* to)
 {
-    for (int c = 0; c < toChannels; ++c) {
-        if (c == 3)
-            to[c] = fromChannels == 4 ? from[3] : 1.0f;
-        else
-            to[c] = fromChannels == 1 ? from[0] : from[c];
+    for (int c = 0; c < std::min(channels, 3); ++c)
+        to[c] = image.channels == 1 ? from[0] : from[c];
+    if (channels < 4) return;
+    to[3] = image.channels == 4 ? from[3] : 1.0f;
+    if (wanted == image.alpha) return;
+    for (int c = 0; c < 3; ++c) {
+        if (wanted == AlphaKind::Premultiplied)
+            to[c] *= to[3];
+        else if (to[3] > 0.0f)
+            to[c] /= to[3];
     }
 }
 
@@ -165,21 +171,14 @@ std::uint8_t toByte(float value)
 std::vector<std::uint8_t> bytePixels(const Image& image, int channels)
 {
     const std::size_t count = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
-    const std::size_t size = static_cast<std::size_t>(channels);
-    std::vector<std::uint8_t> bytes(count * size);
+    std::vector<std::uint8_t> bytes(count * static_cast<std::size_t>(channels));
     const float* source = image.pixels.data();
     std::uint8_t* result = bytes.data();
-    for (std::size_t i = 0; i < count; ++i, source += image.channels, result += size) {
+    for (std::size_t i = 0; i < count; ++i, source += image.channels, result += channels) {
         float values[4];
-        withChannels(source, image.channels, values, channels);
-        if (channels == 4) {
-            result[3] = toByte(values[3]);
-            if (values[3] > 0.0f)
-                for (int c = 0; c < 3; ++c)
-                    values[c] /= values[3];
-        }
-        for (int c = 0; c < std::min(channels, 3); ++c)
-            result[c] = toByte(image.isData ? values[c] : srgbEncode(values[c]));
+        storedPixel(image, source, channels, AlphaKind::Straight, values);
+        for (int c = 0; c < channels; ++c)
+            result[c] = toByte(image.isData || c == 3 ? values[c] : srgbEncode(values[c]));
     }
     return bytes;
 }
@@ -187,11 +186,11 @@ std::vector<std::uint8_t> bytePixels(const Image& image, int channels)
 std::vector<float> floatPixels(const Image& image, int channels, bool half)
 {
     const std::size_t count = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
-    const std::size_t size = static_cast<std::size_t>(channels);
-    std::vector<float> values(count * size);
-    for (std::size_t i = 0; i < count; ++i)
-        withChannels(image.pixels.data() + i * static_cast<std::size_t>(image.channels), image.channels,
-                     values.data() + i * size, channels);
+    std::vector<float> values(count * static_cast<std::size_t>(channels));
+    const float* source = image.pixels.data();
+    float* result = values.data();
+    for (std::size_t i = 0; i < count; ++i, source += image.channels, result += channels)
+        storedPixel(image, source, channels, AlphaKind::Premultiplied, result);
     if (half)
         for (float& value : values)
             if (std::isfinite(value)) value = std::clamp(value, -kHalfMax, kHalfMax);
@@ -226,7 +225,7 @@ std::vector<int> channelChoices(const OIIO::ImageOutput& writer, int channels)
 std::string encode(OIIO::ImageOutput& writer, const std::string& name, const Image& image,
                    const ImageAttributes& attributes, std::vector<unsigned char>* bytes)
 {
-    const OIIO::TypeDesc storage = storageFor(writer, image.isData);
+    const OIIO::TypeDesc storage = storageFor(writer, image);
     std::string reason;
     for (const int channels : channelChoices(writer, image.channels)) {
         std::unique_ptr<OIIO::Filesystem::IOVecOutput> memory;

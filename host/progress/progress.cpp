@@ -142,7 +142,6 @@ void onSignal(int number)
 InterruptGuard::InterruptGuard()
 {
     if (guardCount++ > 0) return;
-    interruptAsked = 0;
     struct sigaction action = {};
     action.sa_handler = onSignal;
     sigemptyset(&action.sa_mask);
@@ -155,6 +154,7 @@ InterruptGuard::~InterruptGuard()
     if (--guardCount > 0) return;
     ::sigaction(SIGINT, &earlierInterrupt, nullptr);
     ::sigaction(SIGTERM, &earlierTerminate, nullptr);
+    interruptAsked = 0;
 }
 
 bool InterruptGuard::interrupted()

@@ -43,7 +43,7 @@ public:
     ~InterruptGuard();
     InterruptGuard(const InterruptGuard&) = delete;
     InterruptGuard& operator=(const InterruptGuard&) = delete;
-    // Whether one came since the outermost guard was made. Any thread may ask.
+    // Whether one came since the outermost guard was made; false while there is none. Any thread may ask.
     static bool interrupted();
 };
 

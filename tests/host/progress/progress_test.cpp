@@ -169,6 +169,7 @@ TEST(InterruptGuard, TurnsTheFirstSignalIntoAQuestion)
         std::raise(SIGINT);
         EXPECT_TRUE(InterruptGuard::interrupted());
     }
+    EXPECT_FALSE(InterruptGuard::interrupted());
     const InterruptGuard next;
     EXPECT_FALSE(InterruptGuard::interrupted());
     std::raise(SIGTERM);
@@ -177,6 +178,7 @@ TEST(InterruptGuard, TurnsTheFirstSignalIntoAQuestion)
 
 TEST(InterruptGuard, ASecondSignalEndsTheProcess)
 {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the image library's parts start threads
     EXPECT_EXIT(
         {
             const InterruptGuard guard;
@@ -188,6 +190,7 @@ TEST(InterruptGuard, ASecondSignalEndsTheProcess)
 
 TEST(InterruptGuard, GivesTheEarlierBehaviourBack)
 {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the image library's parts start threads
     EXPECT_EXIT(
         {
             {
