@@ -2,16 +2,14 @@
 // brought to a frame, asked through its interfaces.
 #pragma once
 
+#include "support/host_doubles.h"
 #include "support/test_textures.h"
 
 #include <ombrix/plugin.h>
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <limits>
-#include <string>
-#include <vector>
 
 namespace support {
 
@@ -19,86 +17,6 @@ namespace support {
 inline constexpr float kUnwritten = 77.0f;
 inline constexpr OUtils::AColor kUnwrittenColor{kUnwritten, kUnwritten, kUnwritten, kUnwritten};
 inline constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-
-// A value on its way into setParameter: a number, or a reference to a plugin.
-class WrittenParameter : public OUtils::OmbrixPluginParameter {
-public:
-    WrittenParameter(const char* parameter, int number)
-        : name(parameter), type(OUtils::ParameterType::Int), intValue(number)
-    {
-    }
-    WrittenParameter(const char* parameter, float number)
-        : name(parameter), type(OUtils::ParameterType::Float), floatValue(number)
-    {
-    }
-    WrittenParameter(const char* parameter, OUtils::PluginBase* plugin)
-        : name(parameter), type(OUtils::ParameterType::Plugin), reference(plugin)
-    {
-    }
-
-    const char* getName() override { return name; }
-    OUtils::ParameterType getType() override { return type; }
-    int getCount() override { return -1; }
-    int getInt(int, double) override { return intValue; }
-    float getFloat(int, double) override { return floatValue; }
-    double getDouble(int, double) override { return static_cast<double>(floatValue); }
-    OUtils::Vector getVector(int, double) override { return {}; }
-    OUtils::AColor getColor(int, double) override { return {}; }
-    OUtils::TraceTransform getTransform(int, double) override { return {}; }
-    const char* getString(int, double) override { return ""; }
-    OUtils::PluginBase* getPlugin(int, double) override { return reference; }
-
-private:
-    const char* name;
-    OUtils::ParameterType type;
-    int intValue = 0;
-    float floatValue = 0.0f;
-    OUtils::PluginBase* reference = nullptr;
-};
-
-// Every descriptor of a library.
-inline std::vector<OUtils::PluginDesc*> descriptorsOf(OUtils::PluginLibDesc& library)
-{
-    struct Collector final : OUtils::EnumPluginsCallback {
-        int processPlugin(OUtils::PluginDesc* desc) override
-        {
-            found.push_back(desc);
-            return 1;
-        }
-        std::vector<OUtils::PluginDesc*> found;
-    } collector;
-    library.enumPlugins(&collector);
-    return collector.found;
-}
-
-// Null when the library has no plugin of this name.
-inline OUtils::PluginDesc* findDescriptor(OUtils::PluginLibDesc& library, const char* pluginName)
-{
-    for (OUtils::PluginDesc* desc : descriptorsOf(library))
-        if (std::strcmp(desc->getName(), pluginName) == 0) return desc;
-    return nullptr;
-}
-
-// The interface of a plugin by its id, in the class that has the id.
-template <class Interface>
-Interface* interfaceOf(OUtils::PluginBase* plugin, OUtils::InterfaceId id)
-{
-    return static_cast<Interface*>(plugin->getInterface(id));
-}
-
-// A renderer of one thread without a log.
-class TestRenderer : public OUtils::OmbrixRenderer {
-public:
-    int getThreadCount() override { return 1; }
-    OUtils::RendererLogger* getLogger() override { return nullptr; }
-    OUtils::ProgressDisplay* getProgress() override { return nullptr; }
-    OUtils::MapChannelNames* getMapChannelNames() override { return nullptr; }
-    const OUtils::FrameData& getFrameData() override { return frame; }
-    const OUtils::SequenceData& getSequenceData() override { return sequence; }
-
-    OUtils::FrameData frame;
-    OUtils::SequenceData sequence;
-};
 
 class TestNode {
 public:

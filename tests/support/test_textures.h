@@ -15,6 +15,8 @@ using CallLog = std::vector<std::string>;
 class TestContext : public OUtils::OmbrixContext {
 public:
     TestContext() { threadRecord = &thread; }
+    TestContext(const TestContext&) = delete;
+    TestContext& operator=(const TestContext&) = delete;
     int filteringEnabled() const override { return filtering; }
 
     int filtering = 0;
