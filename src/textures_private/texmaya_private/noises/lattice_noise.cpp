@@ -9,7 +9,7 @@
 #include "lattice_noise.h"
 
 #include "cell_index.h"
-#include "lattice_noise_avx2.h"
+#include "lattice_noise_kernels.h"
 #include "simd_dispatch.h"
 
 #include <emmintrin.h>

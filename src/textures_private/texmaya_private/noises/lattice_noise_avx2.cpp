@@ -7,7 +7,7 @@
 //
 // Compiled for another instruction set, so it includes nothing that emits a shared inline function.
 
-#include "lattice_noise_avx2.h"
+#include "lattice_noise_kernels.h"
 
 #include <immintrin.h>
 

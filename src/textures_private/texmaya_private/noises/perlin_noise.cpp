@@ -7,7 +7,7 @@
 #include "perlin_noise.h"
 
 #include "cell_index.h"
-#include "perlin_noise_avx2.h"
+#include "perlin_noise_kernels.h"
 #include "perlin_tables.h"
 #include "simd_dispatch.h"
 

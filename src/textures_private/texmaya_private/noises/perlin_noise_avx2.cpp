@@ -3,7 +3,7 @@
 //
 // Compiled for another instruction set, so it includes nothing that emits a shared inline function.
 
-#include "perlin_noise_avx2.h"
+#include "perlin_noise_kernels.h"
 
 #include "perlin_tables.h"
 

@@ -131,11 +131,14 @@ TEST(GradientNoise, AlongAnAxisTheFirstGradientLeads)
 TEST(GradientNoise, TinyNegativeCoordinateStaysInCellZero)
 {
     // In cell 0 the fraction is the coordinate itself and the fade is about -1e-29, so the value is
-    // exactly the first gradient's part; from cell -1 it would carry the rounding of 1 - 1e-10.
+    // exactly the first gradient's part; from cell -1 it would carry the roundings of a fade near 1.
     withEveryInstructionSet([] {
         const unsigned row = perlinTables.permutation[perlinTables.permutation[0]];
-        const auto tiny = static_cast<double>(-1e-10f);
-        EXPECT_EQ(gradientNoise3(-1e-10f, 0.0f, 0.0f), perlinTables.gradients[row][0] * tiny);
+        for (int i = 1; i < 100; ++i) {
+            const float x = -1e-11f * static_cast<float>(i);
+            EXPECT_EQ(gradientNoise3(x, 0.0f, 0.0f), perlinTables.gradients[row][0] * static_cast<double>(x))
+                << x;
+        }
     });
 }
 
