@@ -139,7 +139,10 @@ struct TwoRows {
     Eight x, y, z;
     Eight counted; // the lanes that are cells
 
-    Eight field(BillowField f) const { return load(low + f * kBillowRowStride, high + f * kBillowRowStride); }
+    Eight field(BillowField f) const
+    {
+        return loadHalves(low + f * kBillowRowStride, high + f * kBillowRowStride);
+    }
 };
 
 // The turns of one octave; without motion they do not count.

@@ -34,9 +34,14 @@ inline Eight load(const float* eight)
 {
     return _mm256_loadu_ps(eight);
 }
-inline Eight load(const float* low, const float* high)
+inline Eight loadHalves(const float* low, const float* high)
 {
     return _mm256_loadu2_m128(high, low);
+}
+inline Eight loadTwice(const float* four)
+{
+    const Four half = _mm_loadu_ps(four);
+    return _mm256_set_m128(half, half);
 }
 
 inline Eight squareRoot(Eight a)

@@ -37,9 +37,13 @@ inline Eight load(const float* eight)
 {
     return {_mm_loadu_ps(eight), _mm_loadu_ps(eight + 4)};
 }
-inline Eight load(const float* low, const float* high)
+inline Eight loadHalves(const float* low, const float* high)
 {
     return {_mm_loadu_ps(low), _mm_loadu_ps(high)};
+}
+inline Eight loadTwice(const float* four)
+{
+    return {_mm_loadu_ps(four), _mm_loadu_ps(four)};
 }
 
 inline Eight operator+(Eight a, Eight b)

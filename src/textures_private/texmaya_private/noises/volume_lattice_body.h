@@ -85,6 +85,15 @@ struct WeightedSpline {
     }
 };
 
+// Whether the two points are one and the same, so that each row is loaded once.
+struct TwoPoints {
+    static Eight load(const float* low, const float* high) { return loadHalves(low, high); }
+};
+
+struct OnePoint {
+    static Eight load(const float* both, const float*) { return loadTwice(both); }
+};
+
 struct StillRow {
     Eight operator()(Eight row) const { return row; }
 };
@@ -104,13 +113,13 @@ struct AnimatedRow {
 };
 
 // The splines over the 27 grid points at the two corners.
-template <class Spline, class Row>
+template <class Points, class Spline, class Row>
 Eight splineInSpace(const NoiseTables& noise, CornerOffsets corners, const Spline& spline, const Row& row)
 {
     const float* low = &noise.space[0][0][0] + corners.low;
     const float* high = &noise.space[0][0][0] + corners.high;
     const auto acrossX = spline.template axis<0>();
-    const auto at = [&](int offset) { return row(load(low + offset, high + offset)); };
+    const auto at = [&](int offset) { return row(Points::load(low + offset, high + offset)); };
     const auto alongX = [&](int y) {
         const int offset = y * kLatticeRowStride;
         return acrossX(at(offset), at(offset + kPlaneStride), at(offset + 2 * kPlaneStride));
@@ -128,16 +137,16 @@ inline Eight withinCell(Eight scaled)
 }
 
 // The three-dimensional noise, to be multiplied by kLattice3Scale.
-template <class Spline>
+template <class Spline, class Points = TwoPoints>
 Eight lattice3(const NoiseTables& noise, Eight points)
 {
     const Eight f = fractionOrNan(points) * broadcast(32.0f);
     const CornerOffsets corners = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    return splineInSpace(noise, corners, Spline(withinCell(f)), StillRow{});
+    return splineInSpace<Points>(noise, corners, Spline(withinCell(f)), StillRow{});
 }
 
 // The two-dimensional noise, to be multiplied by kLattice2Scale.
-template <class Spline>
+template <class Spline, class Points = TwoPoints>
 Eight lattice2(const NoiseTables& noise, Eight points)
 {
     const Eight f = fractionOrNan(points) * broadcast(32.0f);
@@ -145,7 +154,7 @@ Eight lattice2(const NoiseTables& noise, Eight points)
     const Spline spline(withinCell(f));
     const float* low = &noise.plane[0][0] + corners.low;
     const float* high = &noise.plane[0][0] + corners.high;
-    const auto at = [&](int offset) { return load(low + offset, high + offset); };
+    const auto at = [&](int offset) { return Points::load(low + offset, high + offset); };
     const Eight row = spline.template axis<0>()(at(0), at(kLatticeRowStride), at(2 * kLatticeRowStride));
     return spline.template across<1>(row);
 }
@@ -167,7 +176,7 @@ inline Eight lattice4(const NoiseTables& noise, Eight points, int period)
     };
     const AnimatedRow<WeightedAxis> row{sequence(0), sequence(1), sequence(2), spline.axis<3>()};
     const CornerOffsets corners = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    return splineInSpace(noise, corners, spline, row) * broadcast(0.125f) - broadcast(1.0f);
+    return splineInSpace<TwoPoints>(noise, corners, spline, row) * broadcast(0.125f) - broadcast(1.0f);
 }
 
 } // namespace

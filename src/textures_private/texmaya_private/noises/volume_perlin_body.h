@@ -110,11 +110,11 @@ float sumPairs(const VolumeFractal& fractal, float scale, Walk walk, const Posit
     while (walk.level < fractal.depthMax) {
         const Four first = position(walk);
         if (walk.level == fractal.depthMax) {
-            sum.add(lowHalf(lattice(combine(first, first))));
+            sum.add(lowHalf(lattice(combine(first, first), OnePoint{})));
             break;
         }
         const Four second = position(walk);
-        const Eight octaves = lattice(combine(first, second));
+        const Eight octaves = lattice(combine(first, second), TwoPoints{});
         sum.add(lowHalf(octaves));
         sum.add(highHalf(octaves));
     }
@@ -185,14 +185,16 @@ float perlin3d(const NoiseTables& table, const PerlinVolume& noise, const Direct
     const OctaveWalk<Directions> walk{directions, fourOf(x, y, z, time), fourOf(0.02f, 0.3f, 0.01f, 0.0f),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
     const auto exact = [&](Eight points) { return lattice3<ExactSpline>(table, points); };
-    const auto still = [&](Eight points) { return lattice3<WeightedSpline>(table, points); };
-    const auto animated = [&](Eight points) { return lattice4(table, points, noise.timePeriod); };
+    const auto still = [&]<class Points>(Eight points, Points) {
+        return lattice3<WeightedSpline, Points>(table, points);
+    };
+    const auto animated = [&](Eight points, auto) { return lattice4(table, points, noise.timePeriod); };
     const VolumeFractal& fractal = noise.fractal;
     if (noise.wispy && noise.timeNoise) {
         return sumWispy(fractal, {kWispyWarp * kLattice3Scale, 1.0f}, walk, exact,
                         [&](Four warped, Four place) {
                             return combine(lowHalf(exact(combine(warped, warped))),
-                                           lowHalf(animated(combine(place, place))));
+                                           lowHalf(animated(combine(place, place), OnePoint{})));
                         });
     }
     if (noise.wispy) {
@@ -230,15 +232,19 @@ float perlin2d(const NoiseTables& table, const PerlinVolume& noise, const Direct
     const OctaveWalk<Directions> walk{directions, fourOf(x, y, 0.0f, time), fourOf(0.02f, 0.3f, 0.0f, 0.0f),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
     const auto exact = [&](Eight points) { return lattice2<ExactSpline>(table, points); };
-    const auto still = [&](Eight points) { return lattice2<WeightedSpline>(table, points); };
-    const auto timed = [&](Eight points) { return lattice3<WeightedSpline>(table, points); };
+    const auto still = [&]<class Points>(Eight points, Points) {
+        return lattice2<WeightedSpline, Points>(table, points);
+    };
+    const auto timed = [&]<class Points>(Eight points, Points) {
+        return lattice3<WeightedSpline, Points>(table, points);
+    };
     const VolumeFractal& fractal = noise.fractal;
     if (noise.wispy && noise.timeNoise) {
         return sumWispy(fractal, {kWispyWarp * kLattice2Scale, kLattice3Scale}, walk, exact,
                         [&](Four warped, Four place) {
                             const Four third = timeAsThird(place);
                             return combine(lowHalf(exact(combine(warped, warped))),
-                                           lowHalf(timed(combine(third, third))));
+                                           lowHalf(timed(combine(third, third), OnePoint{})));
                         });
     }
     if (noise.wispy) {
