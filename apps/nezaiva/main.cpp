@@ -4,6 +4,7 @@
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/session.h"
 #include "host/plugins/registry.h"
+#include "host/report/text_layout.h"
 #include "host/scene/diagnostics.h"
 #include "host/scene/scene.h"
 
@@ -15,6 +16,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <system_error>
 
@@ -28,6 +30,22 @@ constexpr const char* kFooter =
     "beside the program.\n"
     "Exit codes: 0 done, 1 the work failed, 2 the call or a file's contents are wrong.\n"
     "`nezaiva COMMAND --help` tells more.";
+
+// Wraps the closing remarks of a help text.
+class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter()
+    {
+        label("SUBCOMMAND", "COMMAND");
+        label("Subcommands", "Commands");
+        label("REQUIRED", "(required)");
+    }
+    std::string make_footer(const CLI::App* app) const override
+    {
+        const std::string footer = app->get_footer();
+        return footer.empty() ? footer : "\n" + ombrix::wrapped(footer, 0, outputColumns());
+    }
+};
 
 void addCommonOptions(CLI::App& app, CommandLine& commandLine)
 {
@@ -73,22 +91,20 @@ int reportWrongCall(const CLI::App& app, const CLI::ParseError& problem)
     const std::vector<CLI::App*> chosen = app.get_subcommands();
     const CLI::App& command = chosen.empty() ? app : *chosen.front();
     const std::vector<std::string> unexpected = command.remaining();
-    std::string message = problem.what();
+    std::string message = problem.what(), nearest;
     if (!unexpected.empty()) {
         const std::string& word = unexpected.front();
         const bool option = word.starts_with("-");
-        const std::string nearest = ombrix::nearestName(word, candidates(command, option));
-        const char* what = option           ? "there is no option"
-                           : chosen.empty() ? "there is no command"
-                                            : "unexpected argument";
-        message = fmt::format("{} \"{}\"{}", what, word,
-                              nearest.empty() ? "" : fmt::format("; did you mean \"{}\"?", nearest));
-    } else if (chosen.empty() && app.count_all() == 0) {
+        nearest = ombrix::nearestName(word, candidates(command, option));
+        const char* what = option ? "there is no option" : "unexpected argument";
+        if (!option && chosen.empty()) what = "there is no command";
+        message = fmt::format("{} \"{}\"", what, word);
+    } else if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&problem)) {
         message = "a command is missing";
     }
-    return fail(kWrongInput,
-                fmt::format("{}; `nezaiva{}{} --help` shows what there is", message,
-                            chosen.empty() ? "" : " ", chosen.empty() ? "" : command.get_name()));
+    if (!nearest.empty()) return fail(kWrongInput, fmt::format("{}; did you mean \"{}\"?", message, nearest));
+    const std::string name = chosen.empty() ? "nezaiva" : "nezaiva " + command.get_name();
+    return fail(kWrongInput, fmt::format("{}; `{} --help` shows what there is", message, name));
 }
 
 int runCommandLine(CLI::App& app, CommandLine& commandLine, int argumentCount, char** arguments)
@@ -128,6 +144,7 @@ int main(int argumentCount, char** arguments)
     commandLine.programFolder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
 
     CLI::App app{kDescription, "nezaiva"};
+    app.formatter(std::make_shared<HelpFormatter>());
     app.footer(kFooter);
     app.set_version_flag("--version", "nezaiva " NEZAIVA_VERSION);
     app.require_subcommand(1);

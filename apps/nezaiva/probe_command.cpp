@@ -21,9 +21,9 @@ constexpr const char* kFooter =
     "probe. Without a probe, the plugins live through one frame. A request that cannot run is answered with "
     "an \"error\", the others as usual; the exit code is 2 then.\n"
     "\n"
-    "Example: echo '{\"ombrix_probe\": 1, \"requests\": [{\"plugin\": \"cloth\", \"op\": \"color\", "
-    "\"contexts\":\n"
-    "  [{\"surface\": {\"uvw\": [0.25, 0.5, 0]}}]}]}' | nezaiva probe look.json -";
+    "Example, one request at one point:\n"
+    "{\"ombrix_probe\": 1, \"requests\": [{\"plugin\": \"cloth\", \"op\": \"color\", \"contexts\": "
+    "[{\"surface\": {\"uvw\": [0.25, 0.5, 0]}}]}]}";
 
 ProbeFile readProbeFile(const std::string& file, const Scene& scene)
 {

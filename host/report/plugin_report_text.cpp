@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace ombrix {
 
 namespace {
@@ -103,23 +105,34 @@ std::string metadataLines(const ParsedMetadata& metadata, std::size_t columns)
     return lines;
 }
 
-std::string headline(const ParameterDeclaration& declaration)
+std::string declarationText(const ParameterDeclaration& declaration)
 {
-    std::string line = fmt::format("{}  {}", declaration.name, declarationName(declaration.kind));
+    std::string text = declarationName(declaration.kind);
     if (declaration.kind == Declaration::Plugin)
-        line += fmt::format(" of {}", interfaceName(declaration.requiredInterface));
-    if (isOutput(declaration.kind)) return line;
-    if (declaration.count >= 0) line += ", list";
-    return line + fmt::format(", default {}", defaultText(declaration));
+        text += fmt::format(" of {}", interfaceName(declaration.requiredInterface));
+    if (isOutput(declaration.kind)) return text;
+    if (declaration.count >= 0) text += ", list";
+    return text + fmt::format(", default {}", defaultText(declaration));
 }
 
-std::string parameterText(const ParameterDeclaration& declaration, std::size_t columns)
+std::string parameterText(const ParameterDeclaration& declaration, std::size_t nameColumns,
+                          std::size_t columns)
 {
-    std::string text = wrapped(headline(declaration), 2, columns);
+    std::string text = labelled(declaration.name, declarationText(declaration), 2, nameColumns, columns);
     if (declaration.description) text += wrapped(*declaration.description, kIndent, columns);
     if (!declaration.metadata) return text;
     text += metadataLines(parseMetadata(*declaration.metadata), columns);
     return text + labelled("metadata", *declaration.metadata, kIndent, kTextColumn, columns);
+}
+
+// Where the text beside the parameters' names begins.
+std::size_t nameColumnsOf(const std::deque<ParameterDeclaration>& declarations)
+{
+    constexpr std::size_t kMost = 32;
+    std::size_t longest = 0;
+    for (const ParameterDeclaration& declaration : declarations)
+        longest = std::max(longest, columnsOf(declaration.name));
+    return std::min(longest + 4, kMost);
 }
 
 } // namespace
@@ -147,8 +160,10 @@ std::string pluginText(const RegisteredPlugin& kind, PluginRegistry& registry, s
     text += labelled("from", kind.builtin ? "the host itself" : kind.library, kIndent, kTextColumn, columns);
     if (!kind.parameters || kind.parameters->declarations().all.empty()) return text + "\nno parameters\n";
     text += "\nparameters\n";
-    for (const ParameterDeclaration& declaration : kind.parameters->declarations().all)
-        text += "\n" + parameterText(declaration, columns);
+    const auto& declarations = kind.parameters->declarations().all;
+    const std::size_t nameColumns = nameColumnsOf(declarations);
+    for (const ParameterDeclaration& declaration : declarations)
+        text += "\n" + parameterText(declaration, nameColumns, columns);
     return text;
 }
 

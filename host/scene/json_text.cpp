@@ -109,15 +109,17 @@ private:
         std::string key; // of the member that is being read
     };
 
-    // What remains of the parser's message without its number and its own line and column.
+    // What remains of the parser's message without its number, its own line and column, and what it was
+    // parsing.
     static std::string plainWords(std::string_view what)
     {
-        if (const std::size_t end = what.find("] "); end != std::string_view::npos)
-            what.remove_prefix(end + 2);
-        if (what.starts_with("parse error")) {
-            const std::size_t end = what.find(": ");
-            if (end != std::string_view::npos) what.remove_prefix(end + 2);
-        }
+        const auto cutAfter = [&](std::string_view mark) {
+            if (const std::size_t end = what.find(mark); end != std::string_view::npos)
+                what.remove_prefix(end + mark.size());
+        };
+        cutAfter("] ");
+        if (what.starts_with("parse error")) cutAfter(": ");
+        if (what.starts_with("syntax error")) cutAfter(" - ");
         return std::string(what);
     }
 

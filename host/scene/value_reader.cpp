@@ -278,7 +278,11 @@ private:
         if (!object.instance) {
             const bool broken = scope.brokenNames.contains(*text) ||
                                 scope.brokenNames.contains(text->substr(0, text->rfind('.')));
-            if (!broken) place.error(problem); // the broken plugin has its own error
+            if (broken) return {}; // it has an error of its own
+            const bool helped = problem.find(';') != std::string::npos;
+            if (!helped && isTextureInput(declaration.kind))
+                problem += fmt::format("; \"{}\" takes a plugin's name, or a plain value", declaration.name);
+            place.error(problem);
             return {};
         }
         const PluginReference reference{object.instance->plugin, object.output};
