@@ -203,6 +203,7 @@ OIIO::ImageSpec specFor(const Image& image, int channels, OIIO::TypeDesc storage
     OIIO::ImageSpec spec(image.width, image.height, channels, storage);
     const bool bytes = storage == OIIO::TypeDesc::UINT8;
     if (bytes && channels == 4) spec.attribute("oiio:UnassociatedAlpha", 1);
+    spec.attribute("DateTime", ""); // equal pictures make equal files
     spec.attribute("tiff:write_exif", 0); // the writer fails over an empty list of camera data
     if (bytes && !image.isData) spec.attribute("oiio:ColorSpace", "sRGB");
     for (const auto& [key, text] : attributes)

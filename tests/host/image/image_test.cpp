@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
 #include <vector>
 
 using namespace ombrix;
@@ -145,6 +146,18 @@ TEST(Image, ANaNBecomesBlackInBytes)
     const TemporaryFolder folder;
     writeImage(folder / "a.png", imageOf(1, 1, 3, {NAN, INFINITY, -INFINITY}), {});
     expectPixel(readImage(folder / "a.png", ColorSpace::Linear), 0, 0, {0.0f, 1.0f, 0.0f, 1.0f}, 0.0);
+}
+
+TEST(Image, NoFileTellsWhenItWasWritten)
+{
+    const TemporaryFolder folder;
+    std::time_t now = std::time(nullptr);
+    char year[8];
+    std::strftime(year, sizeof year, "%Y:", std::localtime(&now));
+    for (const char* name : {"a.exr", "a.png", "a.tif", "a.jpg", "a.hdr"}) {
+        writeImage(folder / name, imageOf(8, 8, 3, std::vector<float>(192, 0.5f)), {});
+        EXPECT_EQ(bytesOf(folder / name).find(year), std::string::npos) << name;
+    }
 }
 
 TEST(Image, AttributesStandInTheHeader)
