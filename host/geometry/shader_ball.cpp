@@ -10,10 +10,10 @@ namespace ombrix {
 
 namespace {
 
-constexpr float kGrooveBottom = -40.0f; // latitudes of the groove's rims, in degrees
-constexpr float kGrooveTop = -27.0f;
-constexpr float kNeck = -58.0f; // latitude where the ball ends and the foot's neck begins
-constexpr float kInnerRadius = 0.88f;
+constexpr float kGrooveBottom = -33.0f; // latitudes of the groove's rims, in degrees
+constexpr float kGrooveTop = -24.0f;
+constexpr float kNeck = -64.0f; // latitude where the ball ends and the foot's neck begins
+constexpr float kInnerRadius = 0.9f;
 constexpr float kLip = 0.02f; // radius of the groove's rounded rims
 
 using Outline = std::vector<LathePoint>;
@@ -71,18 +71,17 @@ std::vector<LathePoint> shaderBallBaseOutline()
 {
     Outline outline;
     addPoint(outline, 0.0f, -1.35f);
-    addPoint(outline, 0.4f, -1.35f);
-    addPoint(outline, 0.78f, -1.35f);
-    addArc(outline, 0.78f, -1.31f, 0.04f, -90.0f, 0.0f, 8); // the foot's rounded rim
-    addArc(outline, 0.78f, -1.285f, 0.04f, 0.0f, 90.0f, 8);
-    // A hollow from the foot's top up to the ball.
+    addPoint(outline, 0.35f, -1.35f);
+    addPoint(outline, 0.66f, -1.35f);
+    addArc(outline, 0.66f, -1.32f, 0.03f, -90.0f, 0.0f, 8); // the foot's rounded rim
+    addArc(outline, 0.66f, -1.3f, 0.03f, 0.0f, 90.0f, 8);
+    // A hollow from the foot's top up to the ball, a quarter of an ellipse.
     const float neckRadius = onBall(kNeck, 1.0f, false), neckHeight = onBall(kNeck, 1.0f, true);
-    const float footRadius = 0.72f, footHeight = -1.245f;
-    for (int i = 0; i <= 20; ++i) {
-        const float t = static_cast<float>(i) / 20.0f;
-        const float rise = t * t * t;
-        addPoint(outline, footRadius + (neckRadius - 0.03f - footRadius) * (1.0f - (1.0f - t) * (1.0f - t)),
-                 footHeight + (neckHeight - 0.02f - footHeight) * rise);
+    constexpr float kFootRadius = 0.62f, kFootHeight = -1.27f;
+    for (int i = 0; i <= 24; ++i) {
+        const float angle = 0.5f * kPi * static_cast<float>(i) / 24.0f;
+        addPoint(outline, kFootRadius + (neckRadius - 0.04f - kFootRadius) * std::sin(angle),
+                 kFootHeight + (neckHeight - 0.02f - kFootHeight) * (1.0f - std::cos(angle)));
     }
     addPoint(outline, neckRadius, neckHeight);
     return withLengths(outline);
