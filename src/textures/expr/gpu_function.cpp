@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::int32_t kManipOperator = -935;
 constexpr std::size_t kManipColors = 2;
-constexpr int kFirstChannelOp = 2;
-constexpr int kFirstSwizzle = 6;
-constexpr int kChannels = 4;
+constexpr std::size_t kFirstChannelOp = 2;
+constexpr std::size_t kFirstSwizzle = 6;
+constexpr std::size_t kChannels = 4;
 
 struct SymbolCode {
     std::string_view symbol;
@@ -74,11 +74,10 @@ bool ManipFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, 
 void ManipFunction::writeCall(const GPUFunction& /*function*/, FunctionNode& node, GPUSourceWriter& writer)
 {
     Operands operands{};
-    for (int i = 0; i < kChannels; ++i) {
-        operands[static_cast<std::size_t>(i)] = channelOp(node.getArg(kFirstChannelOp + i));
+    for (std::size_t i = 0; i < kChannels; ++i) {
+        operands[i] = channelOp(node.getArg(static_cast<int>(kFirstChannelOp + i)));
         // Kept as is: a literal, which counts as a channel operation, is no selector.
-        operands[static_cast<std::size_t>(kChannels + i)] =
-            symbolCode(kSwizzles, node.getArg(kFirstSwizzle + i));
+        operands[kChannels + i] = symbolCode(kSwizzles, node.getArg(static_cast<int>(kFirstSwizzle + i)));
     }
     writer.openSlot();
     writer.writeOperator(kManipOperator, operands);

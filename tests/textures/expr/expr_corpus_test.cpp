@@ -6,7 +6,6 @@
 #include "support/temporary_folder.h"
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <random>
 #include <vector>

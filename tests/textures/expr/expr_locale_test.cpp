@@ -12,6 +12,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -47,13 +48,15 @@ private:
 
 class ExpressionLocale : public testing::Test {
 protected:
+    static void SetUpTestSuite() { locale = std::make_unique<CommaLocale>(); }
+    static void TearDownTestSuite() { locale.reset(); }
     void SetUp() override
     {
-        if (!locale.active) GTEST_SKIP() << "no locale with a decimal comma could be made here";
+        if (!locale->active) GTEST_SKIP() << "no locale with a decimal comma could be made here";
     }
 
 private:
-    CommaLocale locale;
+    static inline std::unique_ptr<CommaLocale> locale;
 };
 
 TEST_F(ExpressionLocale, LiteralsHavePoints)
