@@ -9,6 +9,16 @@
 #include <thread>
 #include <vector>
 
+// The sanitizers end the process for an impossible size unless they are told otherwise.
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options()
+{
+    return "allocator_may_return_null=1";
+}
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options()
+{
+    return "allocator_may_return_null=1";
+}
+
 namespace {
 
 using namespace ombrix;
