@@ -57,6 +57,7 @@ void addCommonOptions(CLI::App& app, CommandLine& commandLine)
            "Load this plug-in library instead of the default ones; may be given several times")
         ->type_name("FILE")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Options of all commands");
     const auto set = [](bool& flag) { return [&flag](std::int64_t) { flag = true; }; };

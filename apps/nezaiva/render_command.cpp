@@ -268,6 +268,7 @@ void addRenderCommand(CLI::App& app, CommandLine& commandLine)
         ->add_option("--aov", call->layers,
                      "What the picture holds: " + layerNames() + ". May be given several times")
         ->type_name("NAME")
+        ->allow_extra_args(false)
         ->take_all();
     command->footer(kFooter);
     command->callback([&commandLine, call] { render(commandLine, *call); });
