@@ -21,7 +21,7 @@ struct BakeSource {
 std::optional<BakeSource> findBakeSource(const SceneObject& object);
 
 // The largest size of a side; every texel has a stamp of its own.
-inline constexpr int kMaxBakeSize = 32768;
+inline constexpr int kMaxBakeSize = 16384;
 
 struct BakeResult {
     Image image;                 // colour: 4 channels, straight alpha; float and int: 1; vector: 3, as data
