@@ -10,7 +10,8 @@ namespace ombrix {
 struct CameraRay {
     Vector origin;
     Vector direction;                // unit length
-    Vector directionDx, directionDy; // change of the direction for one pixel to the right and down
+    // direction + directionDx points through the place one pixel to the right, directionDy below.
+    Vector directionDx, directionDy;
 };
 
 class Camera {

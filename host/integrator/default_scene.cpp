@@ -76,12 +76,12 @@ public:
         addObject("ball", "shaderball_shell", look, {{"translate", {0.0, 1.35, 0.0}}});
         addObject("foot", "shaderball_base", addMaterial("foot_surface", {0.16, 0.16, 0.165}),
                   {{"translate", {0.0, 1.35, 0.0}}});
-        addObject("backdrop", "backdrop", addMaterial("backdrop_surface", {0.3, 0.3, 0.31}),
+        addObject("backdrop", "backdrop", addMaterial("backdrop_surface", {0.4, 0.4, 0.41}),
                   {{"translate", {0.0, 0.0, 0.0}}});
         if (!lit) addLights();
         if (!viewed)
             add("camera", "Camera",
-                {{"position", {0.0, 2.7, 7.6}}, {"target", {0.0, 1.1, 0.0}}, {"fov", 38.0}});
+                {{"position", {0.0, 2.55, 7.1}}, {"target", {0.0, 1.1, 0.0}}, {"fov", 38.0}});
     }
 
 private:
@@ -120,16 +120,16 @@ private:
     void addLights()
     {
         add("key", "PointLight",
-            {{"position", {-5.5, 6.5, 4.5}},
+            {{"position", {-4.6, 6.2, 5.2}},
              {"radius", 1.6},
              {"color", {1.0, 0.97, 0.92}},
-             {"intensity", 74.0}});
+             {"intensity", 84.0}});
         add("rim", "PointLight",
             {{"position", {5.0, 4.5, -2.5}},
              {"radius", 1.2},
              {"color", {0.85, 0.93, 1.0}},
              {"intensity", 22.0}});
-        add("fill", "DomeLight", {{"color", {0.93, 0.97, 1.0}}, {"intensity", 0.16}});
+        add("fill", "DomeLight", {{"color", {0.93, 0.97, 1.0}}, {"intensity", 0.2}});
     }
 
     Scene& scene;
