@@ -3,9 +3,10 @@
 # none is. usage: tools/install_packages.sh [lint]     lint: also clang, clang-tidy and clang-format
 set -eu
 
+# openimageio-tools: CMake's description of libopenimageio-dev asks for its programs to be there.
 build="cmake g++ make ninja-build nlohmann-json3-dev libbenchmark-dev libcli11-dev libembree-dev
        libfmt-dev libgtest-dev libopenimageio-dev libspdlog-dev libtbb-dev libtinyobjloader-dev
-       pkg-config python3"
+       openimageio-tools python3"
 lint="clang clang-format clang-tidy"
 
 wanted=$build
