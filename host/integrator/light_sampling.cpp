@@ -125,11 +125,24 @@ Color domeBackground(const LightDescription& light, const Vector& direction)
     return light.map ? light.power * light.map->smoothRadiance(turned(direction, -light.turn)) : light.power;
 }
 
+// An even point of the unit disk out of one of the unit square, so that near points stay near (Shirley and
+// Chiu, "A Low Distortion Map Between Disk and Square", 1997). The angle within a quarter lies between
+// -pi / 4 and pi / 4, where few terms of the series of sine and cosine give all bits but the last.
 Vector cosineDirection(const Vector& normal, Pair random)
 {
-    const float radius = std::sqrt(random.u), angle = 2.0f * kPi * random.v;
-    return inFrame(normal, radius * std::cos(angle), radius * std::sin(angle),
-                   std::sqrt(std::max(0.0f, 1.0f - random.u)));
+    const float a = 2.0f * random.u - 1.0f, b = 2.0f * random.v - 1.0f;
+    const bool wide = std::fabs(a) > std::fabs(b);
+    const float radius = wide ? a : b, other = wide ? b : a;
+    const float angle = radius != 0.0f ? (0.25f * kPi) * (other / radius) : 0.0f;
+    const float square = angle * angle;
+    const float sine =
+        angle * (1.0f + square * (-1.0f / 6.0f + square * (1.0f / 120.0f + square * (-1.0f / 5040.0f))));
+    const float cosine =
+        1.0f +
+        square * (-0.5f + square * (1.0f / 24.0f + square * (-1.0f / 720.0f + square * (1.0f / 40320.0f))));
+    const float along = radius * cosine, across = radius * sine;
+    return inFrame(normal, wide ? along : across, wide ? across : along,
+                   std::sqrt(std::max(0.0f, 1.0f - radius * radius)));
 }
 
 } // namespace ombrix
