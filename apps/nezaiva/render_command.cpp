@@ -20,7 +20,8 @@ using namespace ombrix;
 namespace {
 
 struct RenderCall {
-    std::string scene, file, frames, size;
+    std::string scene, frames, size;
+    std::vector<std::string> files; // the same picture in each
     std::optional<double> frame;
     std::optional<int> samples, threads;
     std::vector<std::string> layers;
@@ -91,12 +92,15 @@ std::vector<double> framesOf(const RenderCall& call, const SceneSettings& settin
     return frames;
 }
 
-std::string fileOf(const RenderCall& call, double frame, Layer layer, std::size_t layerCount)
+std::vector<std::string> filesOf(const RenderCall& call, double frame, Layer layer, std::size_t layerCount)
 {
-    std::string file = call.file;
-    if (!call.frames.empty() || hasFramePattern(file))
-        file = fileOfFrame(file, static_cast<int>(std::floor(frame)));
-    return layerCount > 1 ? withNameBeforeExtension(file, layerName(layer)) : file;
+    std::vector<std::string> files = call.files;
+    for (std::string& file : files) {
+        if (!call.frames.empty() || hasFramePattern(file))
+            file = fileOfFrame(file, static_cast<int>(std::floor(frame)));
+        if (layerCount > 1) file = withNameBeforeExtension(file, layerName(layer));
+    }
+    return files;
 }
 
 ImageAttributes attributesOf(const RenderCall& call, const SceneSettings& settings, double frame, Layer layer,
@@ -163,13 +167,14 @@ public:
         int least = settings.samples;
         for (int tile = 0; tile < film.tileCount(); ++tile)
             least = std::min(least, film.sampleCount(tile));
-        for (const Layer layer : layers) {
-            const std::string file = fileOf(call, frame, layer, layers.size());
-            writeImage(file, film.image(layer), attributesOf(call, settings, frame, layer, least));
-            if (!statistics.complete)
-                say(OUtils::LogLevel::Warning, fmt::format("interrupted; {} holds {} of {} samples a pixel",
-                                                           file, least, settings.samples));
-        }
+        for (const Layer layer : layers)
+            for (const std::string& file : filesOf(call, frame, layer, layers.size())) {
+                writeImage(file, film.image(layer), attributesOf(call, settings, frame, layer, least));
+                if (!statistics.complete)
+                    say(OUtils::LogLevel::Warning,
+                        fmt::format("interrupted; {} holds {} of {} samples a pixel", file, least,
+                                    settings.samples));
+            }
         report(statistics);
         return statistics.complete;
     }
@@ -226,7 +231,8 @@ void render(const CommandLine& commandLine, const RenderCall& call)
     const std::vector<double> frames = framesOf(call, scene->settings());
     for (const double frame : frames)
         for (const Layer layer : layers)
-            checkImageCanBeWritten(fileOf(call, frame, layer, layers.size()));
+            for (const std::string& file : filesOf(call, frame, layer, layers.size()))
+                checkImageCanBeWritten(file);
 
     Diagnostics diagnostics(call.scene);
     const std::string note = addDefaultObjects(*scene, diagnostics);
@@ -249,8 +255,12 @@ void addRenderCommand(CLI::App& app, CommandLine& commandLine)
     const auto call = std::make_shared<RenderCall>();
     CLI::App* command = app.add_subcommand("render", "Render a scene into a picture");
     command->add_option("scene", call->scene, "The scene file")->required()->type_name("SCENE");
-    command->add_option("-o,--output", call->file, "The picture; its extension tells the format")
+    command
+        ->add_option("-o,--output", call->files,
+                     "The picture; its extension tells the format. May be given several times")
         ->required()
+        ->allow_extra_args(false)
+        ->take_all()
         ->type_name("FILE");
     CLI::Option* frame = command->add_option("--frame", call->frame, "The frame; else that of the scene");
     frame->type_name("F");
