@@ -29,28 +29,14 @@ bool isFromStandardLibrary(std::string_view symbol)
 // within the shared object; a thread's state is made and deleted by the library.
 bool handsNoMemoryOver(std::string_view symbol)
 {
-    return startsWithAny(symbol, {"_ZSt9terminatev",
-                                  "_ZSt10from_chars",
-                                  "_ZSt8to_chars",
-                                  "_ZSt18_Rb_tree_increment",
-                                  "_ZSt18_Rb_tree_decrement",
-                                  "_ZSt29_Rb_tree_insert_and_rebalance",
-                                  "_ZSt28_Rb_tree_rebalance_for_erase",
-                                  "_ZSt16__throw_",
-                                  "_ZSt17__throw_",
-                                  "_ZSt18__throw_",
-                                  "_ZSt19__throw_",
-                                  "_ZSt20__throw_",
-                                  "_ZSt21__throw_",
-                                  "_ZSt24__throw_",
-                                  "_ZSt25__throw_",
-                                  "_ZNSt16invalid_argument",
-                                  "_ZNKSt8__detail20_Prime_rehash_policy",
-                                  "_ZNSt6thread",
-                                  "_ZNSt18condition_variable",
-                                  "_ZNSt6chrono",
-                                  "_ZTISt",
-                                  "_ZTVSt"});
+    const bool throwsOnly = symbol.starts_with("_ZSt") && symbol.find("__throw_") != symbol.npos;
+    return throwsOnly ||
+           startsWithAny(symbol,
+                         {"_ZSt9terminatev", "_ZSt10from_chars", "_ZSt8to_chars", "_ZSt18_Rb_tree_increment",
+                          "_ZSt18_Rb_tree_decrement", "_ZSt29_Rb_tree_insert_and_rebalance",
+                          "_ZSt28_Rb_tree_rebalance_for_erase", "_ZNSt16invalid_argument",
+                          "_ZNKSt8__detail20_Prime_rehash_policy", "_ZNSt6thread",
+                          "_ZNSt18condition_variable", "_ZNSt6chrono", "_ZTISt", "_ZTVSt"});
 }
 
 TEST(Exports, EntryPointIsTheOnlyOne)

@@ -43,11 +43,23 @@ TEST(GlobalNew, EveryPlainFormUsesTheHostsHeap)
     ::operator delete(quiet, std::nothrow);
     ::operator delete[](quietArray, std::nothrow);
     EXPECT_EQ(liveBlocks(), before);
+}
 
-    ::operator delete (::operator new(8), std::size_t{8});
-    ::operator delete[](::operator new[](8), std::size_t{8});
+#ifdef __cpp_sized_deallocation
+TEST(GlobalNew, SizedDeletesGiveBackToTheHostsHeap)
+{
+    const std::int64_t before = liveBlocks();
+    const std::align_val_t aligned{64};
+    void* blocks[] = {::operator new(8), ::operator new[](8), ::operator new(8, aligned),
+                      ::operator new[](8, aligned)};
+    EXPECT_EQ(liveBlocks(), before + 4);
+    ::operator delete (blocks[0], std::size_t{8});
+    ::operator delete[](blocks[1], std::size_t{8});
+    ::operator delete (blocks[2], std::size_t{8}, aligned);
+    ::operator delete[](blocks[3], std::size_t{8}, aligned);
     EXPECT_EQ(liveBlocks(), before);
 }
+#endif
 
 TEST(GlobalNew, DeletesAcceptNull)
 {
@@ -74,13 +86,11 @@ TEST(GlobalNew, AlignedFormsAlign)
                 fill(block, size);
             }
             ::operator delete(blocks[0], aligned);
-            ::operator delete[](blocks[1], size, aligned);
+            ::operator delete[](blocks[1], aligned);
             ::operator delete(blocks[2], aligned, std::nothrow);
             ::operator delete[](blocks[3], aligned, std::nothrow);
             EXPECT_EQ(liveBlocks(), before);
         }
-    ::operator delete (::operator new (8, std::align_val_t{64}), std::size_t{8}, std::align_val_t{64});
-    EXPECT_EQ(liveBlocks(), before);
 }
 
 TEST(GlobalNew, OverAlignedObjectsAreMadeAndEnded)
