@@ -32,6 +32,8 @@ void readContexts(const JsonPlace& place, const Scene& scene, RequestSpec& reque
     if (!checkList(place, "\"contexts\"")) return;
     for (std::size_t i = 0; i < place->size(); ++i)
         readContext(place.at(i), scene, request.contexts.emplace_back(), request.problem);
+    // The answer stands at its request; the rest of the place is enough.
+    if (request.problem.starts_with(request.path + "/")) request.problem.erase(0, request.path.size() + 1);
 }
 
 RequestSpec readRequest(const JsonPlace& place, const Scene& scene, double frame)

@@ -128,7 +128,7 @@ private:
         std::string result;
         for (const Level& level : levels)
             result += level.container->is_object() ? pointerStep(level.key)
-                                                   : pointerStep(std::to_string(level.container->size()));
+                                                   : pointerStep(std::to_string(level.container->size() - 1));
         return result;
     }
 

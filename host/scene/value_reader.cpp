@@ -279,8 +279,8 @@ private:
             const bool broken = scope.brokenNames.contains(*text) ||
                                 scope.brokenNames.contains(text->substr(0, text->rfind('.')));
             if (broken) return {}; // it has an error of its own
-            const bool helped = problem.find(';') != std::string::npos;
-            if (!helped && isTextureInput(declaration.kind))
+            const bool helpless = problem.starts_with("no plugin") && problem.ends_with('"');
+            if (helpless && isTextureInput(declaration.kind))
                 problem += fmt::format("; \"{}\" takes a plugin's name, or a plain value", declaration.name);
             place.error(problem);
             return {};

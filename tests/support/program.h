@@ -1,121 +1,80 @@
-// Runs a program as a person would, with standard error on a terminal or not, and keeps what it says.
+// Runs a program as a person would: with arguments, standard input and a folder.
 #pragma once
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <chrono>
-#include <cstdlib>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
 #include <string>
+#include <sys/wait.h>
 #include <system_error>
-#include <utility>
+#include <thread>
+#include <unistd.h>
 #include <vector>
 
-struct ProgramResult {
-    int exitCode = -1; // -1 when a signal ended it
+namespace support {
+
+struct ProgramRun {
+    int exitCode = -1; // -1 for a program that a signal ended
     std::string output, errors;
 };
 
-class RunningProgram {
-public:
-    enum class Errors { ToPipe, ToTerminal };
-
-    explicit RunningProgram(std::vector<std::string> words, Errors errors = Errors::ToPipe)
-    {
-        int outputEnds[2], errorEnds[2];
-        check(::pipe2(outputEnds, O_CLOEXEC));
-        if (errors == Errors::ToTerminal)
-            openTerminal(errorEnds);
-        else
-            check(::pipe2(errorEnds, O_CLOEXEC));
-        std::vector<char*> arguments;
-        for (std::string& word : words)
-            arguments.push_back(word.data());
-        arguments.push_back(nullptr);
-        check(child = ::fork());
-        if (child == 0) {
-            ::dup2(outputEnds[1], STDOUT_FILENO);
-            ::dup2(errorEnds[1], STDERR_FILENO);
-            ::execv(arguments[0], arguments.data());
-            ::_exit(127);
-        }
-        ::close(outputEnds[1]);
-        ::close(errorEnds[1]);
-        outputEnd = outputEnds[0];
-        errorEnd = errorEnds[0];
-    }
-    ~RunningProgram()
-    {
-        if (child > 0) {
-            ::kill(child, SIGKILL);
-            ::waitpid(child, nullptr, 0);
-        }
-        ::close(outputEnd);
-        ::close(errorEnd);
-    }
-    RunningProgram(const RunningProgram&) = delete;
-    RunningProgram& operator=(const RunningProgram&) = delete;
-
-    // Waits until standard error holds the text. False when the program ends, or a minute passes, first.
-    bool waitForErrors(const std::string& text)
-    {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-        while (result.errors.find(text) == std::string::npos)
-            if (std::chrono::steady_clock::now() > end || !readSome()) return false;
-        return true;
-    }
-    void send(int signal) { ::kill(child, signal); }
-    ProgramResult wait()
-    {
-        while (readSome())
-            continue;
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        child = -1;
-        if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-        return std::move(result);
-    }
-
-private:
-    static void check(int returned)
-    {
-        if (returned < 0) throw std::system_error(errno, std::generic_category());
-    }
-    static void openTerminal(int (&ends)[2])
-    {
-        check(ends[0] = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
-        check(::grantpt(ends[0]));
-        check(::unlockpt(ends[0]));
-        check(ends[1] = ::open(::ptsname(ends[0]), O_RDWR | O_NOCTTY | O_CLOEXEC));
-    }
-    // False when both ends are closed.
-    bool readSome()
-    {
-        pollfd ends[2] = {{outputOpen ? outputEnd : -1, POLLIN, 0}, {errorOpen ? errorEnd : -1, POLLIN, 0}};
-        if (!outputOpen && !errorOpen) return false;
-        if (::poll(ends, 2, 1000) <= 0) return true;
-        if (ends[0].revents) outputOpen = readInto(outputEnd, result.output);
-        if (ends[1].revents) errorOpen = readInto(errorEnd, result.errors);
-        return true;
-    }
-    static bool readInto(int end, std::string& text)
-    {
-        char buffer[4096];
-        const ssize_t count = ::read(end, buffer, sizeof buffer);
-        if (count <= 0) return false;
-        text.append(buffer, static_cast<std::size_t>(count));
-        return true;
-    }
-
-    pid_t child = -1;
-    int outputEnd = -1, errorEnd = -1;
-    bool outputOpen = true, errorOpen = true;
-    ProgramResult result;
-};
-
-inline ProgramResult runProgram(std::vector<std::string> words)
+// Reads all of a pipe.
+inline std::string drained(int descriptor)
 {
-    return RunningProgram(std::move(words)).wait();
+    std::string text;
+    char buffer[4096];
+    for (ssize_t count = 0; (count = ::read(descriptor, buffer, sizeof buffer)) != 0;) {
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) break;
+        text.append(buffer, static_cast<std::size_t>(count));
+    }
+    ::close(descriptor);
+    return text;
 }
+
+inline ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& input = {},
+                             const std::filesystem::path& folder = {})
+{
+    int in[2], out[2], err[2];
+    if (::pipe(in) || ::pipe(out) || ::pipe(err))
+        throw std::system_error(errno, std::generic_category(), "pipe");
+    const pid_t child = ::fork();
+    if (child < 0) throw std::system_error(errno, std::generic_category(), "fork");
+    if (child == 0) {
+        ::dup2(in[0], 0);
+        ::dup2(out[1], 1);
+        ::dup2(err[1], 2);
+        for (const int descriptor : {in[0], in[1], out[0], out[1], err[0], err[1]})
+            ::close(descriptor);
+        if (!folder.empty() && ::chdir(folder.c_str()) != 0) ::_exit(126);
+        std::vector<char*> argv;
+        for (const std::string& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        ::execv(argv[0], argv.data());
+        ::_exit(127);
+    }
+    ::close(in[0]);
+    ::close(out[1]);
+    ::close(err[1]);
+    std::signal(SIGPIPE, SIG_IGN); // the program may not read its input
+    ProgramRun run;
+    std::thread errors([&] { run.errors = drained(err[0]); });
+    std::thread writer([&] {
+        for (std::size_t done = 0; done < input.size();) {
+            const ssize_t count = ::write(in[1], input.data() + done, input.size() - done);
+            if (count <= 0) break;
+            done += static_cast<std::size_t>(count);
+        }
+        ::close(in[1]);
+    });
+    run.output = drained(out[0]);
+    errors.join();
+    writer.join();
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+} // namespace support

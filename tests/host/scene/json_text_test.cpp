@@ -1,0 +1,92 @@
+#include "host/scene/json_text.h"
+
+#include <gtest/gtest.h>
+
+using namespace ombrix;
+
+namespace {
+
+struct Parsed {
+    std::optional<nlohmann::json> value;
+    std::vector<std::string> lines;
+};
+
+Parsed parsed(std::string_view text)
+{
+    Diagnostics diagnostics("f");
+    Parsed result;
+    result.value = parseJsonText(text, diagnostics);
+    result.lines = diagnostics.lines();
+    return result;
+}
+
+TEST(JsonText, TakesBothKindsOfComments)
+{
+    const Parsed result = parsed("// first\n{\"a\": /* two */ [1, 2.5, \"x\", null, true]}");
+    ASSERT_TRUE(result.value);
+    EXPECT_EQ(*result.value, (nlohmann::json{{"a", {1, 2.5, "x", nullptr, true}}}));
+    EXPECT_TRUE(result.lines.empty());
+}
+
+TEST(JsonText, TellsLineAndColumnOfAFault)
+{
+    const Parsed result = parsed("{\"a\": 1,\n \"b\": }");
+    EXPECT_FALSE(result.value);
+    ASSERT_EQ(result.lines.size(), 1u);
+    EXPECT_EQ(result.lines[0].substr(0, 29), "error: f: line 2, column 7: u");
+    EXPECT_NE(result.lines[0].find("unexpected '}'"), std::string::npos);
+}
+
+TEST(JsonText, ReportsANameThatStandsTwiceWithItsPlace)
+{
+    const Parsed result = parsed(R"({"p": {"a/b": 1, "c": [{"x": 1, "x": 2}], "a/b": 3}})");
+    EXPECT_EQ(result.lines,
+              (std::vector<std::string>{"error: f: /p/c/0/x: \"x\" stands here twice; keep one of them",
+                                        "error: f: /p/a~1b: \"a/b\" stands here twice; keep one of them"}));
+}
+
+TEST(JsonText, RefusesBytesThatAreNoUtf8)
+{
+    for (const char* bad :
+         {"\xff", "\xc0\x80", "\xe0\x80\x80", "\xed\xa0\x80", "\xf5\x80\x80\x80", "\xc3", "\x80"}) {
+        const Parsed result = parsed(std::string("{\n\"a\": \"") + bad + "\"}");
+        EXPECT_FALSE(result.value);
+        ASSERT_EQ(result.lines.size(), 1u);
+        EXPECT_EQ(result.lines[0].substr(0, 39), "error: f: line 2, column 7: the byte 0x")
+            << result.lines[0];
+    }
+    EXPECT_FALSE(parsed("// \xff\n1").value) << "in a comment too";
+    EXPECT_TRUE(parsed("\"\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80\"").value);
+}
+
+TEST(JsonText, RefusesDeepNestingWithoutACrash)
+{
+    for (const char* bracket : {"[", "{\"a\":"}) {
+        std::string text;
+        for (int i = 0; i < 50000; ++i)
+            text += bracket;
+        const Parsed result = parsed(text);
+        EXPECT_FALSE(result.value);
+        ASSERT_EQ(result.lines.size(), 1u);
+        EXPECT_NE(result.lines[0].find("nested deeper than 100 levels"), std::string::npos);
+    }
+}
+
+TEST(JsonText, TakesTheDeepestNestingThatIsAllowed)
+{
+    const std::string text = std::string(kDeepestNesting, '[') + std::string(kDeepestNesting, ']');
+    EXPECT_TRUE(parsed(text).value);
+    EXPECT_FALSE(parsed("[" + text + "]").value);
+}
+
+TEST(JsonText, RefusesWhatIsEmptyOrHasMoreThanOneValue)
+{
+    for (const char* text :
+         {"", "  ", "{} {}", "{", "[1,]", "{'a': 1}", "1e999", "\"\\ud800\"", "nul", "/* open"}) {
+        const Parsed result = parsed(text);
+        EXPECT_FALSE(result.value) << text;
+        EXPECT_EQ(result.lines.size(), 1u) << text;
+    }
+}
+
+} // namespace
