@@ -11,9 +11,7 @@ DeclarationRows behind(DeclarationRows inherited, const DeclarationRows& own)
     return inherited;
 }
 
-namespace {
-
-DeclarationRows commonRows()
+DeclarationRows commonDeclarations()
 {
     return {
         {Declaration::Int, "compatibility_with", 0,
@@ -51,11 +49,9 @@ DeclarationRows commonRows()
     };
 }
 
-} // namespace
-
 DeclarationRows mappedDeclarations(bool withWrap)
 {
-    DeclarationRows all = commonRows();
+    DeclarationRows all = commonDeclarations();
     all.push_back({Declaration::Plugin, "uvwgen", kNone, "The uvw generator for the texture",
                    "startRollout=(Mapped), gpuSupport=(full)", EXT_UVWGEN});
     if (withWrap)

@@ -54,9 +54,37 @@ DeclarationRows texFloatLogicDeclarations();
 DeclarationRows uvwGenMayaPlace2dTextureDeclarations();
 DeclarationRows texSimplexNoiseDeclarations();
 DeclarationRows texNoiseMayaDeclarations();
+DeclarationRows texColorCorrectDeclarations();
+DeclarationRows texFloatCorrectDeclarations();
+DeclarationRows texColorMaskDeclarations();
+DeclarationRows texFloatMaskDeclarations();
+DeclarationRows texCompositeDeclarations();
+DeclarationRows texFloatCompositeDeclarations();
+DeclarationRows texRGBToHSVDeclarations();
+DeclarationRows texHSVToRGBDeclarations();
+DeclarationRows texLuminanceDeclarations();
+DeclarationRows texColorAndAlphaDeclarations();
+DeclarationRows texMayaConversionDeclarations();
+DeclarationRows floatToTexDeclarations();
+DeclarationRows transformToTexDeclarations();
+DeclarationRows texVectorToColorDeclarations();
+DeclarationRows texStencilDeclarations();
+DeclarationRows mayaProjectionTexDeclarations();
+DeclarationRows mayaMultiplyDivideDeclarations();
+DeclarationRows mayaGammaDeclarations();
+DeclarationRows texSetRangeDeclarations();
+DeclarationRows texVectorProductDeclarations();
+DeclarationRows texDistanceBetweenDeclarations();
+DeclarationRows texPlusMinusAverageDeclarations();
+DeclarationRows texCondition2Declarations();
+DeclarationRows texUVWGenToTextureDeclarations();
+DeclarationRows texMayaContrastDeclarations();
+DeclarationRows texTemperatureToColorDeclarations();
 
 // A derived Params class declares its own parameters behind the inherited ones.
 DeclarationRows behind(DeclarationRows inherited, const DeclarationRows& own);
+// What all textures with colour post-processing inherit.
+DeclarationRows commonDeclarations();
 // What mapped textures inherit, with or without wrap.
 DeclarationRows mappedDeclarations(bool withWrap);
 
