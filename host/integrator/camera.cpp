@@ -48,21 +48,12 @@ Camera::Camera(const std::vector<CameraPose>& poses, int width, int height)
 
 Camera::Frame Camera::frameAt(float time) const
 {
-    if (frames.size() == 1) return frames[0];
     const float scaled = time * static_cast<float>(frames.size() - 1);
     const std::size_t before = std::min(static_cast<std::size_t>(scaled), frames.size() - 2);
     const float t = scaled - static_cast<float>(before);
     const Frame &a = frames[before], &b = frames[before + 1];
     return {mix(a.origin, b.origin, t), mix(a.forward, b.forward, t), mix(a.right, b.right, t),
             mix(a.down, b.down, t)};
-}
-
-CameraRay Camera::ray(float x, float y, float time) const
-{
-    const Frame frame = frameAt(time);
-    const Vector through = frame.forward + frame.right * (x - halfWidth) + frame.down * (y - halfHeight);
-    const float scale = 1.0f / length(through);
-    return {frame.origin, through * scale, frame.right * scale, frame.down * scale};
 }
 
 CameraPose completePose(const CameraPose& given, const std::vector<Vector>& visiblePoints, int width,

@@ -9,7 +9,7 @@ namespace ombrix {
 
 struct CameraRay {
     Vector origin;
-    Vector direction;                // unit length
+    Vector direction; // unit length
     // direction + directionDx points through the place one pixel to the right, directionDy below.
     Vector directionDx, directionDy;
 };
@@ -21,15 +21,23 @@ public:
 
     // The ray through a place of the picture in pixels, (0, 0) its upper left corner, at a place within
     // the shutter interval.
-    CameraRay ray(float x, float y, float time) const;
+    CameraRay ray(float x, float y, float time) const
+    {
+        const Frame between = frames.size() > 1 ? frameAt(time) : Frame{};
+        const Frame& frame = frames.size() > 1 ? between : frames[0];
+        const Vector through = frame.forward + frame.right * (x - halfWidth) + frame.down * (y - halfHeight);
+        const float scale = 1.0f / length(through);
+        return {frame.origin, through * scale, frame.right * scale, frame.down * scale};
+    }
     // The direction that the camera looks in.
-    Vector forward(float time) const { return frameAt(time).forward; }
+    Vector forward(float time) const { return frames.size() > 1 ? frameAt(time).forward : frames[0].forward; }
 
 private:
     struct Frame {
         Vector origin, forward;
         Vector right, down; // one pixel's step, at distance 1 along forward
     };
+    // Of a camera that moves.
     Frame frameAt(float time) const;
 
     std::vector<Frame> frames;

@@ -6,21 +6,16 @@ namespace ombrix {
 
 namespace {
 
-Vector inFrame(const Vector& axis, float x, float y, float z)
-{
-    Vector tangent, bitangent;
-    orthonormalFrame(axis, &tangent, &bitangent);
-    return tangent * x + bitangent * y + axis * z;
-}
-
-// An even direction in the cone around a unit axis. rest: 1 less the cosine of its half angle.
+// An even direction in the cone around a unit axis. rest: 1 less the cosine of its half angle. The height
+// falls with the square of the disk's radius, as an even cap asks for.
 Vector coneDirection(const Vector& axis, float rest, Pair random, float* cosine)
 {
-    const float below = random.u * rest;
-    const float sine = std::sqrt(std::max(0.0f, below * (2.0f - below)));
-    const float angle = 2.0f * kPi * random.v;
+    float x, y;
+    diskPoint(random, &x, &y);
+    const float below = (x * x + y * y) * rest;
+    const float scale = std::sqrt(std::max(0.0f, rest * (2.0f - below)));
     *cosine = 1.0f - below;
-    return inFrame(axis, sine * std::cos(angle), sine * std::sin(angle), *cosine);
+    return inFrame(axis, x * scale, y * scale, *cosine);
 }
 
 Vector turned(const Vector& v, float angle)
@@ -123,26 +118,6 @@ float domeDensity(const LightDescription& light, const Vector& direction, float 
 Color domeBackground(const LightDescription& light, const Vector& direction)
 {
     return light.map ? light.power * light.map->smoothRadiance(turned(direction, -light.turn)) : light.power;
-}
-
-// An even point of the unit disk out of one of the unit square, so that near points stay near (Shirley and
-// Chiu, "A Low Distortion Map Between Disk and Square", 1997). The angle within a quarter lies between
-// -pi / 4 and pi / 4, where few terms of the series of sine and cosine give all bits but the last.
-Vector cosineDirection(const Vector& normal, Pair random)
-{
-    const float a = 2.0f * random.u - 1.0f, b = 2.0f * random.v - 1.0f;
-    const bool wide = std::fabs(a) > std::fabs(b);
-    const float radius = wide ? a : b, other = wide ? b : a;
-    const float angle = radius != 0.0f ? (0.25f * kPi) * (other / radius) : 0.0f;
-    const float square = angle * angle;
-    const float sine =
-        angle * (1.0f + square * (-1.0f / 6.0f + square * (1.0f / 120.0f + square * (-1.0f / 5040.0f))));
-    const float cosine =
-        1.0f +
-        square * (-0.5f + square * (1.0f / 24.0f + square * (-1.0f / 720.0f + square * (1.0f / 40320.0f))));
-    const float along = radius * cosine, across = radius * sine;
-    return inFrame(normal, wide ? along : across, wide ? across : along,
-                   std::sqrt(std::max(0.0f, 1.0f - radius * radius)));
 }
 
 } // namespace ombrix

@@ -31,7 +31,7 @@ bool isFinite(const Color& c)
 // A place within the pixel's filter, a tent of radius 1: 0 is the pixel's middle.
 float tent(float u)
 {
-    return u < 0.5f ? std::sqrt(2.0f * u) - 1.0f : 1.0f - std::sqrt(2.0f - 2.0f * u);
+    return std::copysign(1.0f - std::sqrt(2.0f * std::min(u, 1.0f - u)), u - 0.5f);
 }
 
 } // namespace
@@ -151,7 +151,7 @@ PixelSample PathTracer::trace(int thread, int x, int y, std::uint32_t sample)
 }
 
 // Goes through surfaces until nothing more comes through, gathering what they send along.
-PathTracer::PathColor PathTracer::follow(ThreadState& state, PathRay path)
+PathTracer::PathColor PathTracer::follow(ThreadState& state, PathRay& path)
 {
     HostContext& context = state.contexts[path.context];
     PathColor sum;
@@ -313,7 +313,7 @@ Color PathTracer::scatteredLight(ThreadState& state, const OmbrixContext& contex
 }
 
 // The share of the light that comes through, by channel.
-Color PathTracer::freeWay(ThreadState& state, const OmbrixContext& from, Ray ray)
+Color PathTracer::freeWay(ThreadState& state, const OmbrixContext& from, const Ray& ray)
 {
     ++state.counts.shadow;
     if (!world->anyTransmits()) return occluded(state, ray) ? Color{} : Color{1.0f, 1.0f, 1.0f};

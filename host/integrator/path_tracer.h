@@ -78,7 +78,8 @@ private:
     struct PathRay;
     struct PathColor;
 
-    PathColor follow(ThreadState& state, PathRay path);
+    // Moves path along.
+    PathColor follow(ThreadState& state, PathRay& path);
     void fillContext(ThreadState& state, HostContext& context, const WorldNode& node, const RayHit& hit,
                      const PathRay& path);
     void shade(const WorldNode& node, const HostContext& context, OUtils::ShadeResult* result);
@@ -88,7 +89,7 @@ private:
                       const Vector& side);
     Color scatteredLight(ThreadState& state, const OUtils::OmbrixContext& context, const Vector& normal,
                          const Vector& side);
-    Color freeWay(ThreadState& state, const OUtils::OmbrixContext& from, Ray ray);
+    Color freeWay(ThreadState& state, const OUtils::OmbrixContext& from, const Ray& ray);
     RayHit intersect(ThreadState& state, const Ray& ray) const;
     bool occluded(ThreadState& state, const Ray& ray) const;
 

@@ -28,8 +28,8 @@ public:
         // The first Sobol dimension of an index is the index with its bits reversed: shuffled in reverse
         // order, the index comes back as it is needed.
         const std::uint32_t order = reversed(shuffled);
-        const std::uint32_t x = reversed(scrambled(order, mixed(pairSeed ^ 0x68E31DA4u)));
-        const std::uint32_t y = reversed(scrambled(reversedSecondSobol(order), mixed(pairSeed ^ 0xB5297A4Du)));
+        const std::uint32_t x = reversed(scrambled(order, pairSeed * 0x68E31DA5u));
+        const std::uint32_t y = reversed(scrambled(reversedSecondSobol(order), pairSeed * 0xB5297A4Du));
         return {unit(x), unit(y)};
     }
     float next() { return nextPair().u; }
@@ -43,7 +43,10 @@ public:
         x *= 0x846CA68Bu;
         return x ^ (x >> 16);
     }
-    static std::uint32_t pixelSeed(std::uint32_t x, std::uint32_t y) { return mixed(x + mixed(y + 0x51ED270Bu)); }
+    static std::uint32_t pixelSeed(std::uint32_t x, std::uint32_t y)
+    {
+        return mixed(x + mixed(y + 0x51ED270Bu));
+    }
 
 private:
     static std::uint32_t reversed(std::uint32_t x)
