@@ -29,6 +29,7 @@ void samplePoint(const LightDescription& light, const Vector& point, const Vecto
                  LightSample* sample)
 {
     const Vector way = light.position - point;
+    if (dot(way, normal) <= -light.radius) return; // all of it lies behind the surface
     const float squared = dot(way, way);
     const float radiusSquared = light.radius * light.radius;
     if (radiusSquared >= squared) {
