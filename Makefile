@@ -63,9 +63,10 @@ format: lint-packages
 format-check: lint-packages
 	@$(sources) | xargs clang-format --dry-run --Werror
 
-lint: format-check build
+# clang-tidy understands the command lines of clang++.
+lint: format-check build/clang/build.ninja
 	@git ls-files 'src/*.cpp' 'host/*.cpp' 'apps/*.cpp' | \
-		xargs -P "$$(nproc)" -n 1 clang-tidy -p build/release --quiet
+		xargs -P "$$(nproc)" -n 1 clang-tidy -p build/clang --quiet
 
 clean:
 	rm -rf build out

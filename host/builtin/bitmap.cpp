@@ -80,7 +80,7 @@ Wrap wrapOf(int number)
 int toByte(float value)
 {
     const float held = value > 0.0f ? (value < 1.0f ? value : 1.0f) : 0.0f;
-    return static_cast<int>(held * 255.0f + 0.5f);
+    return static_cast<int>(std::lround(held * 255.0f));
 }
 
 std::uint32_t hashOf(const PtrArray<int>& pixels, int width)

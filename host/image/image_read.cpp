@@ -120,7 +120,7 @@ public:
     {
         if (!decodes) return stored;
         if (table.empty()) return srgbDecode(stored);
-        return table[static_cast<std::size_t>(std::clamp(stored, 0.0f, 1.0f) * steps + 0.5f)];
+        return table[static_cast<std::size_t>(std::lround(std::clamp(stored, 0.0f, 1.0f) * steps))];
     }
 
 private:

@@ -165,7 +165,7 @@ std::uint8_t toByte(float value)
 {
     // Written so that a NaN becomes 0.
     const float held = value > 0.0f ? (value < 1.0f ? value : 1.0f) : 0.0f;
-    return static_cast<std::uint8_t>(held * 255.0f + 0.5f);
+    return static_cast<std::uint8_t>(std::lround(held * 255.0f));
 }
 
 std::vector<std::uint8_t> bytePixels(const Image& image, int channels)
@@ -197,13 +197,13 @@ std::vector<float> floatPixels(const Image& image, int channels, bool half)
     return values;
 }
 
-OIIO::ImageSpec specFor(const Image& image, int channels, OIIO::TypeDesc storage,
+OIIO::ImageSpec specFor(const Image& image, int channels, const OIIO::TypeDesc& storage,
                         const ImageAttributes& attributes)
 {
     OIIO::ImageSpec spec(image.width, image.height, channels, storage);
     const bool bytes = storage == OIIO::TypeDesc::UINT8;
     if (bytes && channels == 4) spec.attribute("oiio:UnassociatedAlpha", 1);
-    spec.attribute("DateTime", ""); // equal pictures make equal files
+    spec.attribute("DateTime", "");       // equal pictures make equal files
     spec.attribute("tiff:write_exif", 0); // the writer fails over an empty list of camera data
     if (bytes && !image.isData) spec.attribute("oiio:ColorSpace", "sRGB");
     for (const auto& [key, text] : attributes)

@@ -1,5 +1,7 @@
 #include "host/log/log.h"
 
+#include "host/progress/progress.h"
+
 #include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
 
@@ -66,6 +68,7 @@ void say(OUtils::LogLevel level, std::string_view text)
 {
     while (!text.empty() && text.back() == '\n')
         text.remove_suffix(1);
+    if (standardError().should_log(levelOf(level))) clearProgressLine();
     standardError().log(levelOf(level), spdlog::string_view_t(text.data(), text.size()));
 }
 

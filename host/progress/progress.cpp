@@ -20,6 +20,7 @@ constexpr auto kTerminalInterval = std::chrono::milliseconds(100);
 constexpr auto kPlainInterval = std::chrono::seconds(2); // short work stays short in a log file
 constexpr int kPlainStep = 10;                           // percent
 constexpr int kBarWidth = 30;
+constexpr const char* kWipe = "\r\x1b[K";
 
 int terminalWidth()
 {
@@ -27,6 +28,9 @@ int terminalWidth()
     if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
     return 80;
 }
+
+// Whether a bar stands on the terminal's current line.
+std::atomic<bool> barStands{false};
 
 double secondsSince(Clock::time_point start)
 {
@@ -41,21 +45,24 @@ void writeError(const std::string& text)
 
 } // namespace
 
+void clearProgressLine()
+{
+    if (barStands.exchange(false)) writeError(kWipe);
+}
+
 std::string durationText(double seconds)
 {
     char text[64];
-    if (seconds < 9.95) {
-        std::snprintf(text, sizeof text, "%d.%d s", static_cast<int>(seconds * 10.0 + 0.5) / 10,
-                      static_cast<int>(seconds * 10.0 + 0.5) % 10);
-    } else {
-        const long long whole = static_cast<long long>(std::min(seconds, 1e15) + 0.5);
-        if (whole < 60)
-            std::snprintf(text, sizeof text, "%lld s", whole);
-        else if (whole < 3600)
-            std::snprintf(text, sizeof text, "%lld min %02lld s", whole / 60, whole % 60);
-        else
-            std::snprintf(text, sizeof text, "%lld h %02lld min", whole / 3600, whole / 60 % 60);
-    }
+    const long long tenths = std::llround(std::min(seconds, 1e15) * 10.0);
+    const long long whole = std::llround(std::min(seconds, 1e15));
+    if (tenths < 100)
+        std::snprintf(text, sizeof text, "%lld.%lld s", tenths / 10, tenths % 10);
+    else if (whole < 60)
+        std::snprintf(text, sizeof text, "%lld s", whole);
+    else if (whole < 3600)
+        std::snprintf(text, sizeof text, "%lld min %02lld s", whole / 60, whole % 60);
+    else
+        std::snprintf(text, sizeof text, "%lld h %02lld min", whole / 3600, whole / 60 % 60);
     return text;
 }
 
@@ -68,7 +75,7 @@ ProgressBar::ProgressBar(std::string what, std::int64_t totalSteps)
 
 ProgressBar::~ProgressBar()
 {
-    if (!finished && onTerminal && verbosity() != Verbosity::Quiet) writeError("\r\x1b[K");
+    if (!finished) clearProgressLine();
 }
 
 void ProgressBar::advance(std::int64_t steps)
@@ -104,12 +111,12 @@ void ProgressBar::show(std::int64_t steps, bool last)
         fraction > 0.0 ? durationText(elapsed * (1.0 - fraction) / fraction) + " left" : std::string();
     lastShown = Clock::now();
     shownPercent = percent - percent % kPlainStep;
-    const std::string wipe = onTerminal ? "\r\x1b[K" : "";
+    if (last) clearProgressLine();
     if (last && steps >= total) {
-        writeError(wipe + title + ": done in " + durationText(elapsed) + "\n");
+        writeError(title + ": done in " + durationText(elapsed) + "\n");
     } else if (last) {
-        writeError(wipe + title + ": stopped at " + std::to_string(percent) + "% after " +
-                   durationText(elapsed) + "\n");
+        writeError(title + ": stopped at " + std::to_string(percent) + "% after " + durationText(elapsed) +
+                   "\n");
     } else if (onTerminal) {
         const std::string tail = " " + std::to_string(percent) + "%  " + left;
         const int room = terminalWidth() - 1 - static_cast<int>(title.size() + tail.size()) - 3;
@@ -117,7 +124,8 @@ void ProgressBar::show(std::int64_t steps, bool last)
         const int full = static_cast<int>(fraction * bar);
         std::string text = title + " [" + std::string(static_cast<std::size_t>(full), '#') +
                            std::string(static_cast<std::size_t>(bar - full), '.') + "]" + tail;
-        writeError(wipe + text.substr(0, static_cast<std::size_t>(terminalWidth() - 1)));
+        writeError(kWipe + text.substr(0, static_cast<std::size_t>(terminalWidth() - 1)));
+        barStands = true;
     } else {
         writeError(title + ": " + std::to_string(percent) + "%" + (left.empty() ? "" : ", " + left) + "\n");
     }

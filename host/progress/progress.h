@@ -32,6 +32,10 @@ private:
     bool finished = false;
 };
 
+// Wipes the bar that stands on the terminal, if one does, so that other talk begins on an empty line. The
+// bar comes back as the work goes on.
+void clearProgressLine();
+
 // A duration for people, 0 and above: "0.4 s", "42 s", "3 min 05 s", "2 h 10 min".
 std::string durationText(double seconds);
 

@@ -1,10 +1,13 @@
 #include "host/image/image.h"
 #include "support/program.h"
+#include "support/running_program.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 using namespace ombrix;
+using support::ProgramRun;
+using support::RunningProgram;
 
 namespace {
 
@@ -32,12 +35,12 @@ protected:
         all.insert(all.end(), more.begin(), more.end());
         return all;
     }
-    ProgramResult bake(const std::string& texture, const std::string& file,
-                       const std::vector<std::string>& more = {}) const
+    ProgramRun bake(const std::string& texture, const std::string& file,
+                    const std::vector<std::string>& more = {}) const
     {
-        return runProgram(words(texture, file, more));
+        return support::runProgram(words(texture, file, more));
     }
-    void expectFailure(const ProgramResult& result, int exitCode, const std::string& part) const
+    void expectFailure(const ProgramRun& result, int exitCode, const std::string& part) const
     {
         EXPECT_EQ(result.exitCode, exitCode) << result.errors;
         EXPECT_NE(result.errors.find(part), std::string::npos) << result.errors;
@@ -52,7 +55,7 @@ protected:
 
 TEST_F(BakeCommand, WritesTheTextureOverTheUnitSquare)
 {
-    const ProgramResult result = bake("place", "a.exr", {"--size", "4"});
+    const ProgramRun result = bake("place", "a.exr", {"--size", "4"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors.substr(0, 22), "baking place: done in ");
@@ -96,7 +99,7 @@ TEST_F(BakeCommand, GivesTheSameFileAtEveryNumberOfThreads)
 
 TEST_F(BakeCommand, QuietSaysNothing)
 {
-    const ProgramResult result = bake("place", "a.png", {"--quiet"});
+    const ProgramRun result = bake("place", "a.png", {"--quiet"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
 }
@@ -118,11 +121,10 @@ TEST_F(BakeCommand, FailsBeforeTheWorkWhenTheFileCannotBeWritten)
 
 TEST_F(BakeCommand, AnInterruptionWritesWhatIsDone)
 {
-    RunningProgram program(words("noise", "a.png", {"--size", "4096", "--threads", "1"}),
-                           RunningProgram::Errors::ToTerminal);
+    RunningProgram program(words("noise", "a.png", {"--size", "4096", "--threads", "1"}));
     ASSERT_TRUE(program.waitForErrors(" 1%"));
     program.send(SIGINT);
-    const ProgramResult result = program.wait();
+    const ProgramRun result = program.wait();
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_NE(result.errors.find("baking noise: stopped at "), std::string::npos) << result.errors;
     EXPECT_NE(result.errors.find("warning: interrupted; "), std::string::npos) << result.errors;

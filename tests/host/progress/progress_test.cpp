@@ -142,6 +142,20 @@ TEST_F(Progress, ATerminalSeesABarWithTheTimeLeft)
     EXPECT_NE(talk.find("\r\x1b[Kbaking: done in 0.1 s\r\n"), std::string::npos) << talk;
 }
 
+TEST_F(Progress, OtherTalkTakesALineOfItsOwn)
+{
+    const std::string talk = talkOnTerminal([] {
+        ProgressBar bar("baking", 4);
+        say(OUtils::LogLevel::Warning, "something");
+        say(OUtils::LogLevel::Warning, "more");
+        bar.finish();
+    });
+    // The bar is wiped once, then both lines stand whole.
+    EXPECT_NE(talk.find("0%  \r\x1b[Kwarning: something\r\nwarning: more\r\nbaking: stopped"),
+              std::string::npos)
+        << talk;
+}
+
 TEST_F(Progress, ManyThreadsCountTogether)
 {
     const std::string talk = talkOf([] {
