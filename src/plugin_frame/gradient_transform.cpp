@@ -50,7 +50,8 @@ AColor gradientInPointSpace(const AColor& gradient, const Matrix& uvwFromPoint)
     for (Vector& column : inverse.columns)
         column = normalised(column);
     const Vector result = inverse * Vector{gradient.r, gradient.g, gradient.b};
-    return {result.x, result.y, result.z, 0.0f};
+    // The fourth component follows the same sum; the columns have 0 there.
+    return {result.x, result.y, result.z, 0.0f * gradient.r + 0.0f * gradient.g + 0.0f * gradient.b};
 }
 
 } // namespace nezaiva
