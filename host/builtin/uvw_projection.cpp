@@ -147,8 +147,9 @@ bool UVWProjection::mapAt(const OmbrixContext& context, const Vector& point, Tra
     const std::optional<Projector> projector = projectorIn(context);
     if (!projector) return false;
     const Matrix& linear = projector->linear;
-    const std::optional<ProjectedPoint> projected =
-        project({linear * (point - projector->pivot) + projector->shift, cofactors(linear) * context.normal});
+    const Vector local = linear * (point - projector->pivot) + projector->shift;
+    if (!isFinite(local)) return false;
+    const std::optional<ProjectedPoint> projected = project({local, cofactors(linear) * context.normal});
     if (!projected) return false;
 
     map->offset = {projected->u, projected->v, 0.0f};
