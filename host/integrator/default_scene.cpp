@@ -125,10 +125,10 @@ private:
              {"color", {1.0, 0.97, 0.92}},
              {"intensity", 84.0}});
         add("rim", "PointLight",
-            {{"position", {5.0, 4.5, -2.5}},
+            {{"position", {5.5, 4.2, -1.2}},
              {"radius", 1.2},
              {"color", {0.85, 0.93, 1.0}},
-             {"intensity", 22.0}});
+             {"intensity", 16.0}});
         add("fill", "DomeLight", {{"color", {0.93, 0.97, 1.0}}, {"intensity", 0.2}});
     }
 
