@@ -167,9 +167,11 @@ private:
 
         c = eachChannel(gammaStep, c, rgbOr(col_gamma, kUnsetColGamma, context));
 
-        if (isOn(col_clamp, context))
-            c = eachChannel(clampStep, c, rgbOr(col_clamp_min, kUnsetClampMin, context),
-                            rgbOr(col_clamp_max, kUnsetClampMax, context));
+        if (isOn(col_clamp, context)) {
+            const Color lower = rgbOr(col_clamp_min, kUnsetClampMin, context);
+            const Color upper = rgbOr(col_clamp_max, kUnsetClampMax, context);
+            c = eachChannel(clampStep, c, lower, upper);
+        }
         return c;
     }
 
@@ -181,9 +183,11 @@ private:
         if (offset != 1.0f) a += offset;
         // Kept as is: the gain is read once more and acts as the gamma; alpha_gamma is never read.
         a = gammaStep(a, floatOr(alpha_gain, kUnsetGain, context));
-        if (isOn(alpha_clamp, context))
-            a = clampStep(a, floatOr(alpha_clamp_min, kUnsetAlphaClampMin, context),
-                          floatOr(alpha_clamp_max, kUnsetAlphaClampMax, context));
+        if (isOn(alpha_clamp, context)) {
+            const float lower = floatOr(alpha_clamp_min, kUnsetAlphaClampMin, context);
+            const float upper = floatOr(alpha_clamp_max, kUnsetAlphaClampMax, context);
+            a = clampStep(a, lower, upper);
+        }
         return a;
     }
 

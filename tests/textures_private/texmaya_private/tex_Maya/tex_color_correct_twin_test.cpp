@@ -1,5 +1,4 @@
 #include "color_correct_fixture.h"
-#include "support/heap_hooks.h"
 #include "support/utility_draws.h"
 
 namespace {
@@ -52,12 +51,7 @@ TEST_F(ColorCorrectTest, AgreesWithItsPlainTwinWithoutAllocating)
         const plain::Rgba expected = twin();
         if (twin.scale / twin.margin > 1e3) continue;
         ++compared;
-        AColor actual;
-        {
-            const ExhaustedHeap none(0);
-            actual = drawn.color();
-            EXPECT_EQ(ExhaustedHeap::refusals, 0);
-        }
+        const AColor actual = withoutAllocating([&] { return drawn.color(); });
         ASSERT_TRUE(agrees(actual, expected, twin.scale / twin.margin))
             << i << ": (" << actual.r << ", " << actual.g << ", " << actual.b << ", " << actual.a
             << "), not (" << expected.r << ", " << expected.g << ", " << expected.b << ", " << expected.a
