@@ -2,6 +2,7 @@
 # when nothing changed. CMake and its presets do the work; see CMakePresets.json.
 
 PREFIX ?= /usr/local
+SAMPLES ?= 64
 program := build/release/bin/nezaiva
 sources := git ls-files '*.cpp' '*.h'
 
@@ -9,7 +10,7 @@ sources := git ls-files '*.cpp' '*.h'
         lint-packages clean
 
 help:
-	@echo "make render         build, and render examples/first_light.json into out/"
+	@echo "make render         build, and render examples/first_light.json into out/ (SAMPLES=$(SAMPLES) a pixel)"
 	@echo "make test           build and run all tests"
 	@echo "make build          build the program, the host library and the plug-in library"
 	@echo "make install        install under PREFIX (now $(PREFIX))"
@@ -36,7 +37,7 @@ build: packages build/release/build.ninja
 
 render: build
 	@mkdir -p out
-	$(program) render examples/first_light.json -o out/first_light.exr -o out/first_light.png
+	$(program) render examples/first_light.json --samples $(SAMPLES) -o out/first_light.exr -o out/first_light.png
 	@echo "The picture: out/first_light.png, and with all its range: out/first_light.exr"
 
 test: build
