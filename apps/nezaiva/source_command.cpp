@@ -3,6 +3,7 @@
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/session.h"
 #include "host/gpu/host_gpu.h"
+#include "host/gpu/source_tree.h"
 #include "host/image/image.h"
 #include "host/log/log.h"
 
@@ -19,10 +20,14 @@ namespace {
 struct SourceOptions {
     std::string scene, texture, folder, name, tag, descriptor = "MaterialDescriptor";
     std::optional<double> frame;
+    bool tree = false;
 };
 
 constexpr const char* kFooter =
-    "Bitmaps are written as INDEX_NAME.png, where INDEX is the number that the text refers to.";
+    "Bitmaps are written as INDEX_NAME.png, where INDEX is the number that the text refers to.\n"
+    "A tree shows the line of the text in front. Text that is not understood is told line by line, and the "
+    "exit code is 1.";
+constexpr std::size_t kMostProblems = 20;
 
 // The texture's name as a part of a file name.
 std::string fileNamePart(const std::string& name)
@@ -69,6 +74,38 @@ void writeBitmaps(const std::filesystem::path& folder, const HostOCLData& data)
     }
 }
 
+std::string bitmapWords(const HostOCLData& data, int index)
+{
+    if (static_cast<std::size_t>(index) >= data.bitmaps().size()) return {};
+    const GpuBitmap& bitmap = data.bitmaps()[static_cast<std::size_t>(index)];
+    return fmt::format("\"{}\" {} x {}", bitmap.name, bitmap.width, bitmap.height);
+}
+
+// Prints the tree even of a text that is not understood, as far as it goes.
+void printTree(const std::string& text, const HostOCLData& data)
+{
+    SourceReaderOptions readerOptions;
+    readerOptions.bitmaps = data.bitmaps().size();
+    const SourceReading reading = readSource(text, readerOptions);
+    SourceTreeOptions treeOptions;
+    treeOptions.describeBitmap = [&](int index) { return bitmapWords(data, index); };
+    writeToStandardOutput(drawSourceTree(reading, treeOptions));
+    std::size_t errors = 0;
+    for (const SourceProblem& problem : reading.problems) {
+        const bool isError = problem.weight == SourceProblem::Weight::Error;
+        errors += isError;
+        if (!isError || errors <= kMostProblems)
+            say(isError ? OUtils::LogLevel::Error : OUtils::LogLevel::Info, problemText(problem));
+    }
+    if (errors > kMostProblems)
+        say(OUtils::LogLevel::Error, fmt::format("and {} more", errors - kMostProblems));
+    if (reading.emptyInputs > 0)
+        say(OUtils::LogLevel::Warning,
+            fmt::format("{} of the operators' inputs are empty: unset, or without a GPU form",
+                        reading.emptyInputs));
+    if (errors > 0) throw WorkError{"a consumer would not understand this source"};
+}
+
 void source(const CommandLine& commandLine, const SourceOptions& options)
 {
     PluginRegistry registry;
@@ -95,7 +132,10 @@ void source(const CommandLine& commandLine, const SourceOptions& options)
                                     object.instance->kind->desc->getName(), options.texture,
                                     options.descriptor)};
     if (!options.folder.empty()) writeBitmaps(options.folder, data);
-    writeToStandardOutput(text.text);
+    if (options.tree)
+        printTree(text.text, data);
+    else
+        writeToStandardOutput(text.text);
 }
 
 } // namespace
@@ -110,6 +150,7 @@ void addSourceCommand(CLI::App& app, CommandLine& commandLine)
         ->type_name("PLUGIN[.OUTPUT]");
     command->add_option("--bitmaps", options->folder, "Write the baked bitmaps into this folder")
         ->type_name("DIR");
+    command->add_flag("--tree", options->tree, "Draw the source as a tree of its slots, and check it");
     command->add_option("--frame", options->frame, "The frame; else that of the scene")->type_name("F");
     command->add_option("--name", options->name, "The name that the texture is asked with")
         ->type_name("TEXT");
