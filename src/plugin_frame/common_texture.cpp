@@ -175,7 +175,7 @@ void CommonTexture::invertChannels(AColor& color) const
 
 // The two applications differ in the order: Maya's textures invert and take their alpha before gain and
 // offset, those of Max after them.
-AColor CommonTexture::postProcess(AColor color, const OmbrixContext& context) const
+void CommonTexture::postProcess(AColor& color, const OmbrixContext& context) const
 {
     if (compatibility_with == kCompatibleWithMaya) {
         invertChannels(color);
@@ -203,7 +203,6 @@ AColor CommonTexture::postProcess(AColor color, const OmbrixContext& context) co
         if (alpha_from_intensity == kAlphaFromIntensity) color.a = intensity(color);
         if (alpha_from_intensity == kAlphaOpaque) color.a = 1.0f;
     }
-    return color;
 }
 
 AColor* CommonTexture::evalColor(AColor* result, const OmbrixContext& context)
@@ -214,31 +213,29 @@ AColor* CommonTexture::evalColor(AColor* result, const OmbrixContext& context)
         return result;
     }
     bool valid = true;
-    AColor color;
-    evalRawColor(&color, context, &valid);
+    evalRawColor(result, context, &valid);
     if (!valid) {
         *result = noUVWColor(context);
         // Kept as is: only a connected colour takes the luminance for its alpha.
         if (nouvw_color && compatibility_with == kCompatibleWithMaya) result->a = luminance(*result);
         return result;
     }
-    if (color.a < kNoValueAlpha) {
+    if (result->a < kNoValueAlpha) {
         if (compatibility_with == kCompatibleWithMax) {
             *result = AColor{};
             return result;
         }
-        color.a = 0.0f;
+        result->a = 0.0f;
     }
     if (context.shadeFlags & rawTextureLookup) {
-        *result = invert ? AColor{-color.r, -color.g, -color.b, color.a} : color;
+        if (invert) *result = {-result->r, -result->g, -result->b, result->a};
         return result;
     }
-    color = postProcess(color, context);
+    postProcess(*result, context);
     if (entry) {
         entry->sampleStamp = context.sampleStamp;
-        entry->color = color;
+        entry->color = *result;
     }
-    *result = color;
     return result;
 }
 

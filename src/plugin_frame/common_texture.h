@@ -85,7 +85,7 @@ protected:
     double frameTime = 0.0; // of the latest frame
 
 private:
-    AColor postProcess(AColor color, const OmbrixContext& context) const;
+    void postProcess(AColor& color, const OmbrixContext& context) const;
     void invertChannels(AColor& color) const;
 };
 

@@ -250,11 +250,14 @@ bool MappedTexture::placeInSector(UVWSample& sample)
     if (tile_u) coordinateU -= static_cast<float>(tileIndexU);
     if (tile_v) coordinateV -= static_cast<float>(tileIndexV);
 
-    const SectorJitter random = sectorJitter(tileIndexU, tileIndexV);
-    const float jitteredU = random.first * jitter * (1.0f - w);
-    const float jitteredV = random.second * jitter * (1.0f - h);
-    if (jitteredU != 0.0f) storeShared(u, jitteredU);
-    if (jitteredV != 0.0f) storeShared(v, jitteredV);
+    // Without jitter both numbers are 0 and write nothing, but where the size is no number.
+    if (jitter != 0.0f || !std::isfinite(w) || !std::isfinite(h)) {
+        const SectorJitter random = sectorJitter(tileIndexU, tileIndexV);
+        const float jitteredU = random.first * jitter * (1.0f - w);
+        const float jitteredV = random.second * jitter * (1.0f - h);
+        if (jitteredU != 0.0f) storeShared(u, jitteredU);
+        if (jitteredV != 0.0f) storeShared(v, jitteredV);
+    }
 
     const float sectorU = loadShared(u);
     const float sectorV = loadShared(v);

@@ -58,7 +58,8 @@ float coveredAndRepeated(float x, float coverage, float repeat, bool wrap, bool 
         repeat = std::fabs(repeat);
     }
     if (coverage >= 1.0f) {
-        x = (x * repeat) / coverage;
+        x = x * repeat;
+        if (coverage != 1.0f) x = x / coverage; // by 1 it changes nothing and takes its time
         if (clamp) x = std::min(std::max(x, kClampMargin), repeat - kClampMargin);
         if (!wrap && (x < 0.0f || x > repeat)) valid = false;
     } else if (coverage < 1.0f) {
@@ -113,18 +114,17 @@ PlaceMatrices placeMatrices(const PlaceSample& sample)
 PlaceTransform placed(const PlaceTransform& input, const PlaceSample& sample, const PlaceMatrices& matrices,
                       const PlaceFlags& flags, const NoiseParams& noise)
 {
-    const PlaceTransform rejected{input.map, false};
-    if (!input.valid) return rejected;
+    if (!input.valid) return {input.map, false};
     if (std::fabs(sample.coverage_u) < kSmallestCoverage || std::fabs(sample.coverage_v) < kSmallestCoverage)
-        return rejected;
+        return {input.map, false};
 
     Point2 p{input.map.offset.x, input.map.offset.y};
     p = displaced(p, sample, noise);
     p = rotatedAboutCentre(p, matrices.sinFrame, matrices.cosFrame);
 
     // The coordinates before the frame's translation decide.
-    if (flags.clamp[0] && !flags.wrap[0] && outsideUnit(p.u)) return rejected;
-    if (flags.clamp[1] && !flags.wrap[1] && outsideUnit(p.v)) return rejected;
+    if (flags.clamp[0] && !flags.wrap[0] && outsideUnit(p.u)) return {input.map, false};
+    if (flags.clamp[1] && !flags.wrap[1] && outsideUnit(p.v)) return {input.map, false};
 
     bool valid = true;
     float x = p.u - sample.translate_frame_u;

@@ -13,6 +13,7 @@
 #include "textures_private/texmaya_private/tex_Maya/uvwgen_maya_place2d_texture_params.h"
 
 #include <cmath>
+#include <new>
 
 namespace nezaiva {
 
@@ -27,17 +28,18 @@ constexpr const char* kPlaceNames[kPlaceFieldCount] = {
     "coverage_u", "coverage_v", "translate_frame_u", "translate_frame_v", "rotate_frame", "repeat_u",
     "repeat_v",   "offset_u",   "offset_v",          "rotate_uv",         "noise_u",      "noise_v"};
 
-// A thread's transform for a stamp; the memo of a surface's mapping has the same shape.
-using PlaceCacheEntry = UVWCacheEntry;
+// A thread's transform for a stamp.
+struct alignas(256) PlaceCacheEntry {
+    std::int32_t sampleStamp = 0;
+    PlaceTransform place;
+    std::uint32_t word = 0; // only ever reset
+};
+static_assert(sizeof(PlaceCacheEntry) == 256);
 using PlaceCache = ThreadMemo<PlaceCacheEntry>;
 
 Vector4 asVector4(const Vector& v)
 {
     return {v.x, v.y, v.z, 0.0f};
-}
-Vector asVector(const Vector4& v)
-{
-    return {v.x, v.y, v.z};
 }
 
 class UVWGenMayaPlace2dTexture final : public OmbrixUVWGen, public RTTexInterface {
@@ -76,7 +78,8 @@ private:
     PlaceSample constantsWithTextures(const OmbrixContext& context) const;
     PlaceSample sampleInMotion(const OmbrixContext& context) const;
     PlaceTransform runChain(const OmbrixContext& context) const;
-    PlaceTransform lookUp(const OmbrixContext& context);
+    // The place of the context: the memo's, or where there is none, made in own.
+    const PlaceTransform& lookUp(const OmbrixContext& context, PlaceTransform& own);
 
     int uvw_channel = 0;
     TextureIntInterface* uvw_channel_tex = nullptr;
@@ -235,31 +238,20 @@ PlaceTransform UVWGenMayaPlace2dTexture::runChain(const OmbrixContext& context) 
     return placed(input, sample, placeMatrices(sample), flags, noiseParams);
 }
 
-PlaceTransform UVWGenMayaPlace2dTexture::lookUp(const OmbrixContext& context)
+const PlaceTransform& UVWGenMayaPlace2dTexture::lookUp(const OmbrixContext& context, PlaceTransform& own)
 {
     PlaceCacheEntry* entry = threadCache.entryFor(context, noUVWCache);
-    if (entry && entry->sampleStamp == context.sampleStamp) {
-        PlaceTransform cached;
-        for (int i = 0; i < 3; ++i)
-            cached.map.matrix.columns[i] = asVector(entry->columns[i]);
-        cached.map.offset = asVector(entry->columns[3]);
-        cached.valid = entry->valid;
-        return cached;
-    }
-    const PlaceTransform result = runChain(context);
-    if (entry) {
-        entry->sampleStamp = context.sampleStamp;
-        for (int i = 0; i < 3; ++i)
-            entry->columns[i] = asVector4(result.map.matrix.columns[i]);
-        entry->columns[3] = asVector4(result.map.offset);
-        entry->valid = result.valid;
-    }
-    return result;
+    if (!entry) return *new (&own) PlaceTransform(runChain(context));
+    if (entry->sampleStamp == context.sampleStamp) return entry->place;
+    new (&entry->place) PlaceTransform(runChain(context)); // made in its place: no copy
+    entry->sampleStamp = context.sampleStamp;
+    return entry->place;
 }
 
 int UVWGenMayaPlace2dTexture::evalUVW(const OmbrixContext& context, UVWSample* result)
 {
-    const PlaceTransform place = lookUp(context);
+    PlaceTransform own;
+    const PlaceTransform& place = lookUp(context, own);
     const Vector d = context.shadePoint - context.referencePoint;
     result->uvw = asVector4(place.map.matrix * d + place.map.offset);
     return place.valid;
@@ -267,7 +259,8 @@ int UVWGenMayaPlace2dTexture::evalUVW(const OmbrixContext& context, UVWSample* r
 
 int UVWGenMayaPlace2dTexture::evalUVWDerivs(const OmbrixContext& context, UVWSample* result)
 {
-    const PlaceTransform place = lookUp(context);
+    PlaceTransform own;
+    const PlaceTransform& place = lookUp(context, own);
     const Vector d = context.shadePoint - context.referencePoint;
     result->uvw = asVector4(place.map.matrix * d + place.map.offset);
     result->du = asVector4(place.map.matrix * context.positionDiffU);
@@ -277,7 +270,8 @@ int UVWGenMayaPlace2dTexture::evalUVWDerivs(const OmbrixContext& context, UVWSam
 
 int UVWGenMayaPlace2dTexture::evalUVWTransform(const OmbrixContext& context, Transform* result)
 {
-    const PlaceTransform place = lookUp(context);
+    PlaceTransform own;
+    const PlaceTransform& place = lookUp(context, own);
     *result = place.map;
     return place.valid;
 }
