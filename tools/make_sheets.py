@@ -168,12 +168,93 @@ def noise_sheet(folder):
     sheet(folder, "noise_sheet", 5, cells, plugins, 1250)
 
 
+def painted(path, color, size=128):
+    """A picture by a function of the coordinates of a pixel's middle, 0 to 1 from the lower left; its channels are
+    0 to 1 too."""
+    picture = Picture(size, size, (0, 0, 0))
+    for y in range(size):
+        v = 1 - (y + 0.5) / size
+        picture.rows[y] = bytearray(round(255 * channel) for x in range(size) for channel in color((x + 0.5) / size, v))
+    picture.save(path)
+
+
+def spectrum(u, v):
+    """All hues from left to right, black below and white above."""
+    return [c / 255 * min(2 * v, 1) + (1 - c / 255) * max(2 * v - 1, 0) for c in hue(u, 1, 1)]
+
+
+def soft_disc(u, v):
+    t = max(0, min(1, (0.45 - math.hypot(u - 0.5, v - 0.5)) / 0.3))
+    return (t * t * (3 - 2 * t),) * 3
+
+
+def utility_sheet(folder):
+    """The spectrum composed with a soft disc, corrected, masked and converted."""
+    def image(name, **params):
+        return {"type": "Bitmap", "params": dict(
+            {"file": f"images/{name}.png", "color_space": "linear", "wrap": "clamp"}, **params)}
+
+    def channel(source, letter):
+        return {"type": "ColorToFloat", "params": {"input": source, "channel": letter}}
+
+    for name, color in (("spectrum", spectrum), ("soft_disc", soft_disc), ("uv_ramp", lambda u, v: (u, v, 0))):
+        painted(os.path.join(folder, "images", f"{name}.png"), color)
+    plugins = {"place": {"type": "UVWGenMayaPlace2dTexture", "params": {}}}
+    for name in ("spectrum", "soft_disc", "uv_ramp"):
+        plugins[name] = image(name, uvwgen="place")
+    plugins.update({"disc": channel("soft_disc", "red"), "u": channel("uv_ramp", "red"), "v": channel("uv_ramp", "green")})
+    cells = []
+
+    def add(caption, type_name, **params):
+        name = f"cell{len(cells) + 1}"
+        plugins[name] = {"type": type_name, "params": params}
+        cells.append((caption, name))
+
+    operations = ("add", "subtract", "blend", "multiply", "screen", "overlay", "difference", "dodge", "burn")
+    for factor in (0.5, 1):
+        for number, label in enumerate(operations):
+            add(f"{label} {factor}", "TexComposite", color_a="spectrum", color_b="soft_disc", operation=number, factor=factor)
+
+    for caption, params in (
+            ("hue shift 120", {"hue_shift": 120}),
+            ("sat gain 0.3", {"sat_gain": 0.3}),
+            ("val gain 0.5", {"val_gain": 0.5}),
+            ("col gain", {"col_gain": [1, 0.6, 0.2]}),
+            ("col offset", {"col_offset": [0, 0, 0.4]}),
+            ("col gamma 2.2", {"col_gamma": [2.2, 2.2, 2.2]}),
+            ("clamp 0.3, 0.7", {"col_clamp": 1, "col_clamp_min": [0.3, 0.3, 0.3], "col_clamp_max": [0.7, 0.7, 0.7]}),
+            ("alpha 0.5, divided", {"in_alpha": 0.5, "unpremultiply_input": 1}),
+            ("alpha 0.5, times", {"in_alpha": 0.5, "premultiply_result": 1})):
+        add(caption, "TexColorCorrect", in_color="spectrum", **params)
+
+    paint = [0.05, 0.1, 0.3]
+    add("mask alpha: disc", "TexColorMask", in_color="spectrum", mask=paint, mask_alpha="disc")
+    add("mask luminance", "TexColorMask", in_color="spectrum", mask="soft_disc", mask_alpha_is_luminance=1)
+    plugins["masked_alpha"] = channel(cells[-2][1], "alpha")
+    add("the alpha it leaves", "FloatsToColor", red="masked_alpha", green="masked_alpha", blue="masked_alpha")
+    plugins["float_masked"] = {"type": "TexFloatMask", "params": {"in_float": "u", "mask": "disc"}}
+    add("float mask", "FloatsToColor", red="float_masked", green="float_masked", blue="float_masked")
+    plugins["float_corrected"] = {"type": "TexFloatCorrect", "params": {
+        "in_float": "u", "gain": 1, "offset": -0.5, "clamp": 1, "clamp_max": 0.25}}
+    add("float clamp 0.25", "FloatsToColor", red="float_corrected", green="float_corrected", blue="float_corrected")
+    plugins["luminance"] = {"type": "TexLuminance", "params": {"input": "spectrum"}}
+    add("luminance", "FloatsToColor", red="luminance", green="luminance", blue="luminance")
+    plugins["degrees"] = {"type": "TexMayaConversion", "params": {"input": "u", "conversion_factor": 360}}
+    plugins["hsv"] = {"type": "FloatsToColor", "params": {"red": "degrees", "green": "v", "blue": 1}}
+    add("hsv to rgb", "TexHSVToRGB", inHsv="hsv")
+    plugins["as_hsv"] = {"type": "TexRGBToHSV", "params": {"inRgb": "spectrum"}}
+    add("to hsv and back", "TexHSVToRGB", inHsv="as_hsv")
+    add("blend by the disc", "TexComposite", color_a="spectrum", color_b=paint, operation=2, factor="disc")
+    sheet(folder, "utility_sheet", 9, cells, plugins, 1800)
+
+
 def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "..", "examples")
     os.makedirs(os.path.join(folder, "images"), exist_ok=True)
     numbered_grid(os.path.join(folder, "images", "numbered_grid.png"))
     placement_sheet(folder)
     noise_sheet(folder)
+    utility_sheet(folder)
 
 
 if __name__ == "__main__":
