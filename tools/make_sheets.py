@@ -89,8 +89,17 @@ def numbered_grid(path, size=768, cells=4):
     picture.save(path)
 
 
-def sheet(folder, name, columns, cells, plugins, size):
-    """cells: [(caption, plugin)]. Writes the board's image and the scene."""
+def glowing_plane(i, x, y, plugin):
+    """A square that shows a texture and reflects nothing."""
+    return {f"{plugin}_surface": {"type": "Surface", "params": {"diffuse": [0, 0, 0], "emission": plugin}},
+            f"{plugin}_node": {"type": "Node", "params": {
+                "geometry": "square", "material": f"{plugin}_surface",
+                "transform": {"translate": [x, y, 0], "rotate": [90, 0, 0]}}}}
+
+
+def sheet(folder, name, columns, cells, plugins, size, show=glowing_plane, samples=16):
+    """cells: [(caption, plugin)]. Writes the board's image and the scene. show(number, x, y, plugin) gives the
+    nodes of a cell whose middle is at x, y."""
     rows = math.ceil(len(cells) / columns)
     pitch = 2.5
     scale = 100  # pixels of the board a unit
@@ -110,13 +119,12 @@ def sheet(folder, name, columns, cells, plugins, size):
     for i, (caption, plugin) in enumerate(cells):
         x = (i % columns - (columns - 1) / 2) * pitch
         y = ((rows - 1) / 2 - i // columns) * pitch + 0.16
+        if 12 * len(caption) > pitch * scale:
+            sys.exit(f"{name}: the caption \"{caption}\" is wider than its cell; shorten it")
         board.centred(round((x + width / 2) * scale), round((height / 2 - y + 1.06) * scale), caption, 2, CAPTION)
-        scene[f"{plugin}_surface"] = {"type": "Surface", "params": {"diffuse": [0, 0, 0], "emission": plugin}}
-        scene[f"{plugin}_node"] = {"type": "Node", "params": {
-            "geometry": "square", "material": f"{plugin}_surface",
-            "transform": {"translate": [round(x, 4), round(y, 4), 0], "rotate": [90, 0, 0]}}}
+        scene.update(show(i + 1, round(x, 4), round(y, 4), plugin))
     board.save(os.path.join(folder, "images", f"{name}_board.png"))
-    settings = {"width": size, "height": round(size * height / width), "samples": 16}
+    settings = {"width": size, "height": round(size * height / width), "samples": samples}
     with open(os.path.join(folder, f"{name}.json"), "w") as file:
         file.write('{\n  "ombrix_scene": 1,\n  "settings": ' + json.dumps(settings) + ',\n  "plugins": {\n')
         file.write(",\n".join(f"    {json.dumps(key)}: {json.dumps(value)}" for key, value in scene.items()))
@@ -166,6 +174,74 @@ def noise_sheet(folder):
     add("billow, implode -1", "TexNoiseMaya", {"noise_type": 1, "implode": -1, "implode_center": [0.5, 0.5, 0, 1]})
     add("wispy, two colours", "TexNoiseMaya", {"noise_type": 3, "color1": [0.02, 0.05, 0.16], "color2": [0.95, 0.78, 0.45]})
     sheet(folder, "noise_sheet", 5, cells, plugins, 1250)
+
+
+def stencil_sheet(folder):
+    """The numbered grid laid over a cloudy background; rows of the grid share a hue."""
+    plugins = {
+        "place": {"type": "UVWGenMayaPlace2dTexture", "params": {}},
+        "grid": {"type": "Bitmap", "params": {"file": "images/numbered_grid.png", "uvwgen": "place"}},
+        "place_twice": {"type": "UVWGenMayaPlace2dTexture", "params": {"repeat_u": 2, "repeat_v": 2}},
+        "grid_twice": {"type": "Bitmap", "params": {"file": "images/numbered_grid.png", "uvwgen": "place_twice"}},
+        "clouds": {"type": "TexNoiseMaya", "params": {
+            "noise_type": 0, "ratio": 0.6, "uvwgen": "place", "color1": [0.03, 0.03, 0.05], "color2": [0.16, 0.17, 0.22]}},
+        "spots": {"type": "TexNoiseMaya", "params": {"noise_type": 1, "falloff": 1, "density": 3, "frequency": 6, "uvwgen": "place"}},
+        "spots_mask": {"type": "ColorToFloat", "params": {"input": "spots", "channel": "red"}},
+    }
+    lowest_row = [1, 0.178, 0.178]  # the hue of the cells 1 to 4; the second row's is a quarter turn on
+    key = {"key_masking": True, "color_key": lowest_row, "hue_range": 0.12, "sat_range": 1, "val_range": 1}
+    settings = [
+        ("as it is", {}),
+        ("edge blend 0.1", {"edge_blend": 0.1}),
+        ("edge blend 0.5", {"edge_blend": 0.5}),
+        ("key: lowest row", key),
+        ("positive key", dict(key, positive_key=True)),
+        ("repeat 2, blend 0.3", {"image": "grid_twice", "uvwgen": "place_twice", "edge_blend": 0.3}),
+        ("mask 0.5", {"mask": 0.5}),
+        ("mask: a noise", {"mask": "spots_mask"}),
+        ("invert, blend 0.3", {"invert": True, "edge_blend": 0.3}),
+    ]
+    cells = []
+    for i, (caption, params) in enumerate(settings):
+        plugins[f"stencil{i + 1}"] = {"type": "TexStencil", "params": dict(
+            {"image": "grid", "default_color": "clouds", "uvwgen": "place"}, **params)}
+        cells.append((caption, f"stencil{i + 1}"))
+    sheet(folder, "stencil_sheet", 3, cells, plugins, 900)
+
+
+def projection_sheet(folder):
+    """The numbered grid projected onto the shader ball, which stands a little turned before the board."""
+    kinds = [
+        ("planar", "UVWPlanar", {}),
+        ("spherical", "UVWSpherical", {}),
+        ("cylindrical", "UVWCylindrical", {}),
+        ("ball", "UVWBall", {}),
+        ("cubic", "UVWCubic", {}),
+        ("triplanar", "UVWTriPlanar", {}),
+        ("planar, turned 30", "UVWPlanar", {"transform": {"rotate": [0, 0, 30]}}),
+        ("planar, wrap off", "UVWPlanar", {"transform": {"scale": [0.6, 0.6, 1]}, "wrap": False}),
+        ("spherical, 360, 180", "UVWSpherical", {"u_angle": 360, "v_angle": 180}),
+    ]
+    shapes = {"shell": "shaderball_shell", "foot": "shaderball_base"}
+    scene = {name: {"type": "Mesh", "params": {"shape": shape}} for name, shape in shapes.items()}
+    scene["foot_surface"] = {"type": "Surface", "params": {"diffuse": [0.16, 0.16, 0.165]}}
+    scene["key"] = {"type": "DistantLight", "params": {"direction": [0.45, -0.6, -0.75], "angle": 6, "intensity": 0.75}}
+    scene["fill"] = {"type": "DomeLight", "params": {"color": [0.9, 0.95, 1], "intensity": 0.45}}
+    cells = []
+    for i, (caption, kind, params) in enumerate(kinds):
+        scene[f"projector{i + 1}"] = {"type": kind, "params": dict(params, space="object")}
+        scene[f"grid{i + 1}"] = {"type": "Bitmap", "params": {"file": "images/numbered_grid.png", "uvwgen": f"projector{i + 1}"}}
+        scene[f"projection{i + 1}"] = {"type": "MayaProjectionTex", "params": {
+            "base_texture": f"grid{i + 1}", "uvwgen": f"projector{i + 1}", "nouvw_color": [0.35, 0.35, 0.35]}}
+        scene[f"surface{i + 1}"] = {"type": "Surface", "params": {"diffuse": f"projection{i + 1}"}}
+        cells.append((caption, f"surface{i + 1}"))
+
+    def stand(i, x, y, surface):
+        place = {"translate": [x, round(y + 0.15, 4), 0.95], "rotate": [18, 28, 0], "scale": [0.75, 0.75, 0.75]}
+        return {f"ball{i}": {"type": "Node", "params": {"geometry": "shell", "material": surface, "transform": place}},
+                f"foot{i}": {"type": "Node", "params": {"geometry": "foot", "material": "foot_surface", "transform": place}}}
+
+    sheet(folder, "projection_sheet", 3, cells, scene, 1050, stand, 64)
 
 
 def painted(path, color, size=128):
@@ -254,6 +330,8 @@ def main():
     numbered_grid(os.path.join(folder, "images", "numbered_grid.png"))
     placement_sheet(folder)
     noise_sheet(folder)
+    stencil_sheet(folder)
+    projection_sheet(folder)
     utility_sheet(folder)
 
 
