@@ -53,7 +53,7 @@ public:
         std::vector<std::string> outerProgress = logger.takeProgress();
         OutputJson frames = OutputJson::array();
         for (const FrameSpec& frame : probe.frames) {
-            if (frame.set && !scene.set(*frame.set, frame.setPath, diagnostics)) {
+            if (!write(frame)) {
                 answer.allAnswered = false;
                 break;
             }
@@ -73,6 +73,15 @@ private:
     static int threadsOf(const SceneSettings& settings)
     {
         return settings.threads > 0 ? settings.threads : 1;
+    }
+
+    // Reading the probe has given the warnings already; only new errors are told.
+    bool write(const FrameSpec& frame)
+    {
+        Diagnostics told = diagnostics;
+        if (!frame.set || scene.set(*frame.set, frame.setPath, told)) return true;
+        diagnostics = std::move(told);
+        return false;
     }
 
     OutputJson runFrame(const FrameSpec& spec, bool& allAnswered)

@@ -268,15 +268,17 @@ bool Scene::State::commit(std::vector<PendingWrite> writes, std::string_view pat
     }
     if (!faults.empty()) return false;
 
+    bool good = true;
     for (PendingWrite& write : writes) {
         if (writeParameter(*write.instance, *write.declaration, std::move(write.read.value))) continue;
         diagnostics.error(std::string(path) + pointerStep(write.instance->name),
                           fmt::format("{} does not take the value of \"{}\"",
                                       write.instance->kind->desc->getName(), write.declaration->name));
+        good = false;
     }
     references = std::move(changed);
     reorder();
-    return !diagnostics.failed();
+    return good;
 }
 
 void Scene::State::remove(const PluginInstance* instance)

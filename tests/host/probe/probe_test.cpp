@@ -82,6 +82,23 @@ TEST_F(ProbeTest, SetStaysForLaterFramesAndNullUnsets)
         EXPECT_EQ(answer["frames"][i]["results"][0]["values"][0][0], expected[i]) << i;
 }
 
+TEST_F(ProbeTest, SetIsWrittenAfterARequestThatCouldNotRun)
+{
+    const json answer = probeOf(R"("f": {"type": "FloatValue"})", R"({"ombrix_probe": 1, "frames": [
+        {"requests": [{"plugin": "g", "op": "float"}]},
+        {"set": {"f": {"value": 3}}, "requests": [{"plugin": "f", "op": "float"}]}]})");
+    EXPECT_EQ(answer["frames"][1]["results"], j(R"([{"values": [3]}])"));
+}
+
+TEST_F(ProbeTest, WarningOfASetIsGivenOnce)
+{
+    probeOf(R"("c": {"type": "ContextColor"})",
+            R"({"ombrix_probe": 1, "frames": [{"set": {"c": {"field": 9}}}, {}]})");
+    ASSERT_EQ(lines.size(), 1u) << "by the reading, not again by the run";
+    EXPECT_TRUE(lines[0].starts_with("warning: probe.json: /frames/0/set/c/field: 9 is none of the values"));
+    EXPECT_TRUE(allAnswered);
+}
+
 TEST_F(ProbeTest, WrongSetIsAnErrorOfTheFile)
 {
     EXPECT_EQ(probeOf(R"("f": {"type": "FloatValue"})",
