@@ -211,6 +211,10 @@ TEST(CommonTexture, InvertedBoundsAreSortedAndStopAtZero)
     bounds = living.bounds();
     EXPECT_SAME_BITS(bounds.lower.a, 0.75f);
     EXPECT_SAME_BITS(bounds.upper.a, 0.875f);
+    living.texture.rawLower.a = 0.125f;
+    bounds = living.bounds();
+    EXPECT_SAME_BITS(bounds.lower.a, 0.125f);
+    EXPECT_SAME_BITS(bounds.upper.a, 0.75f);
 }
 
 TEST(CommonTexture, AlphaBoundsAreMeansWhateverTheOrder)
