@@ -1,44 +1,9 @@
-#include "support/mapped_inputs.h"
-#include "support/plain_stencil.h"
-#include "tex_maya_test.h"
-#include "textures_private/texmaya_private/tex_Maya/stencil.h"
-
-#include <random>
+#include "stencil_fixture.h"
 
 namespace {
 
 using namespace support;
 using OUtils::AColor;
-
-// A stencil over (u, v) = (0.5, 0.5), with an image and a background that are plain to tell apart.
-struct StencilTest : testing::Test {
-    StencilTest()
-    {
-        image.value = {0.2f, 0.4f, 0.6f, 0.8f};
-        background.value = {0.9f, 0.7f, 0.5f, 0.3f};
-        generator.sample.uvw = {0.5f, 0.5f, 0.0f, 0.0f};
-        node.connect("uvwgen", generator).connect("image", image).connect("default_color", background);
-    }
-    // At a point of its own.
-    AColor color()
-    {
-        ++node.context.sampleStamp;
-        return node.color();
-    }
-    AColor gradient()
-    {
-        AColor result = kUnwrittenColor;
-        EXPECT_EQ(node.texture()->evalColorGradient(&result, node.context), &result);
-        return result;
-    }
-    void at(float u, float v) { generator.sample.uvw = {u, v, 0.0f, 0.0f}; }
-
-    CallLog log;
-    ColorInput image{"image", &log}, background{"background", &log}, key{"key", &log};
-    FloatInput mask{"mask", &log}, hue{"hue", &log}, saturation{"sat", &log}, value{"val", &log};
-    TestGenerator generator;
-    TestNode node{descriptor("TexStencil")};
-};
 
 TEST_F(StencilTest, StencilWithNothingConnectedHasNoCoordinatesAndIsGrey)
 {
@@ -105,65 +70,6 @@ TEST_F(StencilTest, StencilPrefersItsGeneratorAndIgnoresOneThatIsNone)
     node.set("edge_blend", 0.2f);
     EXPECT_SAME_COLOR(color(), {0.9f, 0.7f, 0.5f, 0.3f});
     EXPECT_EQ(surface.sampledChannels.size(), 1u);
-}
-
-// edge_blend 0.2: half 0.1, plateau 0.01, slope 0.09, radius 0.1.
-TEST(StencilEdge, WithoutBlendIsOneEverywhere)
-{
-    for (float blend : {0.0f, -1.0f, 1e-6f}) {
-        EXPECT_SAME_BITS(nezaiva::stencilEdge(0.0f, 0.0f, blend), 1.0f);
-        EXPECT_SAME_BITS(nezaiva::stencilEdge(-3.0f, kNaN, blend), 1.0f);
-    }
-}
-
-TEST(StencilEdge, IsOneInTheMiddle)
-{
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(0.5f, 0.5f, 0.2f), 1.0f);
-}
-
-TEST(StencilEdge, FallsAlongAnEdge)
-{
-    EXPECT_NEAR(nezaiva::stencilEdge(0.05f, 0.5f, 0.2f), 0.05 / 0.09, 1e-6);
-    EXPECT_NEAR(nezaiva::stencilEdge(0.5f, 0.97f, 0.2f), 0.03 / 0.09, 1e-6);
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(0.095f, 0.5f, 0.2f), 1.0f);
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(0.0f, 0.5f, 0.2f), 0.0f);
-}
-
-TEST(StencilEdge, RoundsTheCorners)
-{
-    // D = 2 x 0.09 x 0.09, d = 0.1272792 lies beyond the radius.
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(0.01f, 0.01f, 0.2f), 0.0f);
-    // d = 0.05 sqrt 2, so (0.1 - 0.0707106781) / 0.09.
-    EXPECT_NEAR(nezaiva::stencilEdge(0.05f, 0.05f, 0.2f), 0.325436910, 1e-6);
-    EXPECT_NEAR(nezaiva::stencilEdge(0.95f, 0.05f, 0.2f), 0.325436910, 2e-6);
-    // On the plateau around the corner's centre.
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(0.095f, 0.095f, 0.2f), 1.0f);
-}
-
-TEST(StencilEdge, OfNegativeCoordinatesLeavesTheSignOn)
-{
-    EXPECT_NEAR(nezaiva::stencilEdge(-0.25f, 0.5f, 0.2f), -0.25 / 0.09, 1e-5);
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(-0.25f, 0.01f, 0.2f), 0.0f);
-}
-
-TEST(StencilEdge, OfWhatIsNoNumberIsZeroOrNone)
-{
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(kNaN, 0.01f, 0.2f), 0.0f);
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(kNaN, 0.5f, 0.2f), kNaN);
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(std::numeric_limits<float>::infinity(), kNaN, 0.2f), 0.0f);
-    EXPECT_SAME_BITS(nezaiva::stencilEdge(0.5f, 0.5f, kNaN), 0.0f);
-}
-
-TEST(StencilEdge, AgreesWithItsTwin)
-{
-    std::mt19937 random(11);
-    std::uniform_real_distribution<float> coordinate(-1.0f, 3.0f), blend(0.05f, 1.0f);
-    for (int i = 0; i < 200000; ++i) {
-        const float u = coordinate(random), v = coordinate(random), width = blend(random);
-        const double expected =
-            plainStencilEdge(static_cast<double>(u), static_cast<double>(v), static_cast<double>(width));
-        ASSERT_NEAR(nezaiva::stencilEdge(u, v, width), expected, 2e-5) << u << ", " << v << ", " << width;
-    }
 }
 
 TEST_F(StencilTest, StencilWithoutEdgeBlendShowsItsImageWithPostProcessing)
@@ -264,36 +170,6 @@ TEST_F(StencilTest, StencilDoesNotAskForTheMaskWhereTheKeyTakesOut)
     EXPECT_NEAR(color().r, 0.2 * 0.75 + 0.9 * 0.25, 1e-6);
     EXPECT_EQ(log, (CallLog{"hue.evalFloat", "sat.evalFloat", "val.evalFloat", "image.evalColor",
                             "key.evalColor", "mask.evalFloat", "image.evalColor", "background.evalColor"}));
-}
-
-TEST(StencilKey, AsksForHueSaturationAndValueEachForItself)
-{
-    using OUtils::Color;
-    const auto outside = [](const Color& image, const Color& key, float h, float s, float v) {
-        return nezaiva::isOutsideKey(image, key, {h, s, v});
-    };
-    // Red and green: hues 0 and 120 degrees, a third of the circle.
-    EXPECT_TRUE(outside({1, 0, 0}, {0, 1, 0}, 0.33f, 1, 1));
-    EXPECT_FALSE(outside({1, 0, 0}, {0, 1, 0}, 0.34f, 0, 0));
-    // Saturations 1 and 0.5.
-    EXPECT_TRUE(outside({1, 0, 0}, {1, 0.5f, 0.5f}, 1, 0.49f, 1));
-    EXPECT_FALSE(outside({1, 0, 0}, {1, 0.5f, 0.5f}, 0, 0.5f, 0));
-    // Values 1 and 0.25.
-    EXPECT_TRUE(outside({1, 1, 1}, {0.25f, 0.25f, 0.25f}, 1, 1, 0.74f));
-    EXPECT_FALSE(outside({1, 1, 1}, {0.25f, 0.25f, 0.25f}, 0, 0, 0.75f));
-}
-
-TEST(StencilKey, ComparesHuesAsNumbersNotAroundTheCircle)
-{
-    // 354 and 6 degrees differ by 348 / 360.
-    EXPECT_TRUE(nezaiva::isOutsideKey({1, 0, 0.1f}, {1, 0.1f, 0}, {0.9f, 1, 1}));
-    EXPECT_FALSE(nezaiva::isOutsideKey({1, 0, 0.1f}, {1, 0.1f, 0}, {0.97f, 1, 1}));
-}
-
-TEST(StencilKey, HoldsWhatIsNoNumberForInside)
-{
-    EXPECT_FALSE(nezaiva::isOutsideKey({1, 0, 0}, {0, 1, 0}, {kNaN, kNaN, kNaN}));
-    EXPECT_FALSE(nezaiva::isOutsideKey({kNaN, kNaN, kNaN}, {1, 1, 1}, {0, 0, 0}));
 }
 
 TEST_F(StencilTest, StencilInvertsBeforeItTakesAlphaAndGain)
@@ -491,96 +367,6 @@ TEST_F(StencilTest, StencilLivesTwice)
         lived.connect("image", background);
         EXPECT_SAME_COLOR(lived.color(), {0.9f, 0.7f, 0.5f, 0.3f});
     }
-}
-
-// Every setting at once, against the twin.
-struct RandomStencil : StencilTest {
-    RandomStencil()
-    {
-        node.connect("mask", mask).connect("color_key", key).connect("hue_range", hue);
-        node.connect("sat_range", saturation).connect("val_range", value);
-        node.connect("color_mult", factor).connect("color_offset", offset);
-        node.connect("alpha_mult", alphaFactor).connect("alpha_offset", alphaOffset);
-    }
-    float draw() { return std::uniform_real_distribution<float>(0.0f, 1.0f)(random); }
-    bool toss() { return random() % 2 == 0; }
-    AColor drawColor() { return {draw(), draw(), draw(), draw()}; }
-    void drawInputs()
-    {
-        at(draw() * 4.0f - 1.0f, draw() * 4.0f - 1.0f);
-        image.value = drawColor();
-        background.value = drawColor();
-        key.value = drawColor();
-        hue.value = draw();
-        saturation.value = draw();
-        value.value = draw();
-        mask.value = toss() ? draw() : 0.0f;
-        factor.value = drawColor();
-        offset.value = drawColor();
-        alphaFactor.value = draw();
-        alphaOffset.value = draw();
-        node.context.shadeFlags = random() % 8 == 0 ? OUtils::rawTextureLookup : 0u;
-    }
-    static std::array<double, 4> four(const AColor& c)
-    {
-        return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b),
-                static_cast<double>(c.a)};
-    }
-    static std::array<double, 3> three(const AColor& c)
-    {
-        return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b)};
-    }
-    PlainStencil plain(float edgeBlend, int flags) const
-    {
-        PlainStencil in;
-        in.u = static_cast<double>(generator.sample.uvw.x);
-        in.v = static_cast<double>(generator.sample.uvw.y);
-        in.edgeBlend = static_cast<double>(edgeBlend);
-        in.keyMasking = flags & 1;
-        in.positiveKey = flags & 2;
-        in.invert = flags & 4;
-        in.invertAlpha = flags & 8;
-        in.alphaFromColor = flags & 16;
-        in.raw = node.context.shadeFlags != 0;
-        in.image = four(image.value);
-        in.background = four(background.value);
-        in.key = three(key.value);
-        in.ranges = {static_cast<double>(hue.value), static_cast<double>(saturation.value),
-                     static_cast<double>(value.value)};
-        in.mask = static_cast<double>(mask.value);
-        in.colorMult = three(factor.value);
-        in.colorOffset = three(offset.value);
-        in.alphaMult = static_cast<double>(alphaFactor.value);
-        in.alphaOffset = static_cast<double>(alphaOffset.value);
-        return in;
-    }
-
-    std::mt19937 random{7};
-    ColorInput factor, offset;
-    FloatInput alphaFactor, alphaOffset;
-};
-
-TEST_F(RandomStencil, StencilAgreesWithItsTwin)
-{
-    int compared = 0, blended = 0;
-    for (int flags = 0; flags < 32; ++flags) {
-        node.set("key_masking", flags & 1).set("positive_key", flags >> 1 & 1).set("invert", flags >> 2 & 1);
-        node.set("invert_alpha", flags >> 3 & 1).set("alpha_from_intensity", flags >> 4 & 1);
-        const float edgeBlend = 0.1f + 0.8f * draw();
-        node.set("edge_blend", edgeBlend);
-        for (int i = 0; i < 500; ++i) {
-            drawInputs();
-            const PlainStencilResult expected = plainStencil(plain(edgeBlend, flags));
-            if (expected.margin < 1e-4) continue;
-            const std::array<double, 4> got = four(color());
-            for (std::size_t c = 0; c < 4; ++c)
-                ASSERT_NEAR(got[c], expected.color[c], tolerance::kSum) << flags << ", " << i << ", " << c;
-            ++compared;
-            blended += expected.weight > 0.0 && expected.weight < 1.0;
-        }
-    }
-    EXPECT_GT(compared, 15000);
-    EXPECT_GT(blended, 3000);
 }
 
 } // namespace
