@@ -6,11 +6,12 @@ SAMPLES ?= 64
 program := build/release/bin/nezaiva
 sources := git ls-files '*.cpp' '*.h'
 
-.PHONY: help render build test install bench debug asan tsan clang format format-check lint packages \
+.PHONY: help render gallery build test install bench debug asan tsan clang format format-check lint packages \
         lint-packages clean
 
 help:
 	@echo "make render         build, and render examples/first_light.json into out/ (SAMPLES=$(SAMPLES) a pixel)"
+	@echo "make gallery        build, and render every example into out/gallery/"
 	@echo "make test           build and run all tests"
 	@echo "make build          build the program, the host library and the plug-in library"
 	@echo "make install        install under PREFIX (now $(PREFIX))"
@@ -39,6 +40,14 @@ render: build
 	@mkdir -p out
 	$(program) render examples/first_light.json --samples $(SAMPLES) -o out/first_light.exr -o out/first_light.png
 	@echo "The picture: out/first_light.png, and with all its range: out/first_light.exr"
+
+gallery: build
+	@mkdir -p out/gallery
+	@for scene in examples/*.json; do \
+		picture=out/gallery/$$(basename "$$scene" .json).png; \
+		$(program) render "$$scene" -o "$$picture" --quiet || exit 1; \
+		echo "$$picture"; \
+	done
 
 test: build
 	@ctest --preset release --parallel "$$(nproc)"
