@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace nezaiva {
@@ -50,14 +51,15 @@ double exponential(double x)
     constexpr double kLog2E = 1.4426950408889634;
     constexpr double kLn2High = 0.6931471803691238; // its last 20 bits are zero: products with it are exact
     constexpr double kLn2Low = 1.9082149292705877e-10;
-    constexpr int kTerms = 14;
+    constexpr double kInverse[] = {0.0,     1.0,     1.0 / 2,  1.0 / 3,  1.0 / 4,  1.0 / 5,  1.0 / 6, 1.0 / 7,
+                                   1.0 / 8, 1.0 / 9, 1.0 / 10, 1.0 / 11, 1.0 / 12, 1.0 / 13, 1.0 / 14};
     if (!(std::fabs(x) < 700.0)) return x < 0.0 ? 0.0 : x * std::numeric_limits<double>::infinity();
 
     const double power = std::nearbyint(x * kLog2E);
     const double r = (x - power * kLn2High) - power * kLn2Low;
     double tail = 0.0; // of the Taylor series, from the square on
-    for (int k = kTerms; k >= 2; --k)
-        tail = (tail + 1.0) * r / k;
+    for (std::size_t k = std::size(kInverse) - 1; k >= 2; --k)
+        tail = (tail + 1.0) * (r * kInverse[k]);
     return std::ldexp(1.0 + (r + tail * r), static_cast<int>(power));
 }
 

@@ -19,7 +19,7 @@ enum TemperatureColorSpace : int {
 };
 
 // The colour of a temperature of kLowestTemperature or more, its mean channel at 1. Channels outside the
-// space's gamut are negative. Within 1e-6 of blackBodyColorBySum, for the price of a table's look-up; the
+// space's gamut are negative. Within 5e-6 of blackBodyColorBySum, for the price of a table's look-up; the
 // same bits on every machine. NaN, and temperatures so high that the sum has no value, give NaN.
 Color blackBodyColor(float temperature, int colorSpace);
 

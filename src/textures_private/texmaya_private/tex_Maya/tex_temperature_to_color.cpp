@@ -12,8 +12,8 @@ namespace nezaiva {
 
 namespace {
 
-constexpr AColor kDefaultInput{0.0f, 0.0f, 0.0f,
-                               1.0f}; // declared; only scales the temperature where it is set
+constexpr AColor kDefaultInput{0.0f, 0.0f, 0.0f, 1.0f};
+// Kept as is: nothing connected is black, while a connected black glows at 1000 kelvin.
 constexpr AColor kUnsetResult{0.0f, 0.0f, 0.0f, 1.0f};
 constexpr float kDefaultTemperature = 1.0f;
 

@@ -76,6 +76,15 @@ TEST_F(ContrastTest, BiasesThatDivideByZeroStillGiveANumber)
     EXPECT_SAME_COLOR(result({0.5f, 2.0f, 1.0f, 1.0f}, grey(2.0f), grey(1.0f)), {0.0f, 1.0f, 0.5f, 1.0f});
 }
 
+TEST_F(ContrastTest, BiasesOutsideBendTheCurveTheOtherWay)
+{
+    connectAll();
+    // Bias 2: t = 0.5, p = 0.5^-0.5, squared 2: 0.5 + 0.5. Bias -1: the same above it, 0.5 - 0.5.
+    const AColor color = result({1.0f, 0.0f, 0.0f, 1.0f}, grey(2.0f), {2.0f, -1.0f, 0.5f, 1.0f});
+    EXPECT_FLOAT_EQ(color.r, 1.0f);
+    EXPECT_NEAR(color.g, 0.0f, 1e-6f);
+}
+
 TEST_F(ContrastTest, NaNCountsAsTheEnd)
 {
     connectAll();
