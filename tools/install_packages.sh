@@ -1,6 +1,7 @@
 #!/bin/sh
 # Installs the Debian packages that the project needs, those that are missing alone; says nothing when
-# none is. usage: tools/install_packages.sh [lint]     lint: also clang, clang-tidy and clang-format
+# none is. usage: tools/install_packages.sh [lint|bench]     lint: also clang, clang-tidy and clang-format;
+# bench: also the peers that the benchmarks measure themselves against, which do without them
 set -eu
 
 # openimageio-tools: CMake's description of libopenimageio-dev asks for its programs to be there.
@@ -8,13 +9,15 @@ build="cmake g++ make ninja-build nlohmann-json3-dev libbenchmark-dev libcli11-d
        libfmt-dev libgtest-dev libopenimageio-dev libspdlog-dev libtbb-dev libtinyobjloader-dev
        openimageio-tools python3"
 lint="clang clang-format clang-tidy"
+bench="libnoise-dev"
 
 wanted=$build
 case "${1:-}" in
     "") ;;
     lint) wanted="$build $lint" ;;
+    bench) wanted="$build $bench" ;;
     *)
-        echo "usage: $0 [lint]" >&2
+        echo "usage: $0 [lint|bench]" >&2
         exit 2
         ;;
 esac
