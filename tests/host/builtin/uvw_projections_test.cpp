@@ -154,6 +154,23 @@ TEST_F(ProjectionsTest, OnTheObjectTheImageMovesAlong)
     expectUV({1, 0, 0}, 0.75, 0.5);
 }
 
+TEST_F(ProjectionsTest, OnTheObjectTheObjectTurnsThePointFirst)
+{
+    // The world's y is the object's x, which the projector sees at half its size.
+    begin("UVWPlanar", R"("space": "object", "transform": {"scale": [2, 1, 1]})",
+          R"(, "n": {"type": "Node", "params": {"transform": {"rotate": [0, 0, 90]}}})");
+    context.hitInstance = scene->find("n")->plugin;
+    expectUV({0, 1, 0}, 0.75, 0.5);
+    context.positionDiffU = {0.0f, 0.1f, 0.0f};
+    context.positionDiffV = {0.1f, 0.0f, 0.0f};
+    UVWSample sample;
+    generator().evalUVWDerivs(context, &sample);
+    EXPECT_NEAR(sample.du.x, 0.025, 1e-7);
+    EXPECT_NEAR(sample.du.y, 0.0, 1e-7);
+    EXPECT_NEAR(sample.dv.x, 0.0, 1e-7);
+    EXPECT_NEAR(sample.dv.y, -0.05, 1e-7);
+}
+
 TEST_F(ProjectionsTest, OnTheObjectTheSceneOriginIsTheObjectsAffair)
 {
     begin("UVWPlanar", R"("space": 1)",
