@@ -97,7 +97,7 @@ def glowing_plane(i, x, y, plugin):
                 "transform": {"translate": [x, y, 0], "rotate": [90, 0, 0]}}}}
 
 
-def sheet(folder, name, columns, cells, plugins, size, show=glowing_plane, samples=16):
+def sheet(folder, name, columns, cells, plugins, size, show=glowing_plane, samples=16, more_settings={}):
     """cells: [(caption, plugin)]. Writes the board's image and the scene. show(number, x, y, plugin) gives the
     nodes of a cell whose middle is at x, y."""
     rows = math.ceil(len(cells) / columns)
@@ -124,7 +124,7 @@ def sheet(folder, name, columns, cells, plugins, size, show=glowing_plane, sampl
         board.centred(round((x + width / 2) * scale), round((height / 2 - y + 1.06) * scale), caption, 2, CAPTION)
         scene.update(show(i + 1, round(x, 4), round(y, 4), plugin))
     board.save(os.path.join(folder, "images", f"{name}_board.png"))
-    settings = {"width": size, "height": round(size * height / width), "samples": samples}
+    settings = {"width": size, "height": round(size * height / width), "samples": samples, **more_settings}
     with open(os.path.join(folder, f"{name}.json"), "w") as file:
         file.write('{\n  "ombrix_scene": 1,\n  "settings": ' + json.dumps(settings) + ',\n  "plugins": {\n')
         file.write(",\n".join(f"    {json.dumps(key)}: {json.dumps(value)}" for key, value in scene.items()))
@@ -324,6 +324,18 @@ def utility_sheet(folder):
     sheet(folder, "utility_sheet", 9, cells, plugins, 1800)
 
 
+def blackbody_sheet(folder):
+    # The colour space is the scene's, so each space has a scene of its own.
+    for name, more_settings in (("blackbody_sheet", {}), ("blackbody_sheet_space_0", {"color_space": 0}),
+                                ("blackbody_sheet_space_2", {"color_space": 2})):
+        plugins, cells = {}, []
+        for kelvin in range(1000, 12001, 1000):
+            plugin = f"glow{kelvin}"
+            plugins[plugin] = {"type": "TexTemperatureToColor", "params": {"input": [1, 1, 1], "temperature": kelvin}}
+            cells.append((f"{kelvin} kelvin", plugin))
+        sheet(folder, name, 4, cells, plugins, 1000, more_settings=more_settings)
+
+
 def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "..", "examples")
     os.makedirs(os.path.join(folder, "images"), exist_ok=True)
@@ -333,6 +345,7 @@ def main():
     stencil_sheet(folder)
     projection_sheet(folder)
     utility_sheet(folder)
+    blackbody_sheet(folder)
 
 
 if __name__ == "__main__":

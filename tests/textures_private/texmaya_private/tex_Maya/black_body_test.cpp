@@ -14,11 +14,16 @@ using namespace nezaiva;
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
+plain::Rgb widened(const Color& c)
+{
+    return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b)};
+}
+
 double distance(const Color& actual, const plain::Rgb& expected)
 {
-    return std::max({std::fabs(static_cast<double>(actual.r) - expected[0]),
-                     std::fabs(static_cast<double>(actual.g) - expected[1]),
-                     std::fabs(static_cast<double>(actual.b) - expected[2])});
+    const plain::Rgb c = widened(actual);
+    return std::max(
+        {std::fabs(c[0] - expected[0]), std::fabs(c[1] - expected[1]), std::fabs(c[2] - expected[2])});
 }
 
 // From the coldest to the hottest in equal ratios.
@@ -64,8 +69,8 @@ TEST(BlackBody, LooksUpWhatItWouldSum)
     for (int space = 0; space < 3; ++space)
         for (int step = 0; step <= 20'000; ++step) {
             const float temperature = temperatureAt(step, 20'000, 1e12);
-            const Color summed = blackBodyColorBySum(temperature, space);
-            EXPECT_LT(distance(blackBodyColor(temperature, space), {summed.r, summed.g, summed.b}), 5e-6)
+            const plain::Rgb summed = widened(blackBodyColorBySum(temperature, space));
+            EXPECT_LT(distance(blackBodyColor(temperature, space), summed), 5e-6)
                 << temperature << " in space " << space;
         }
 }
