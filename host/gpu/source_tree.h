@@ -15,8 +15,8 @@ struct SourceTreeOptions {
 
 // One line a slot, with the line of the source in front; operators show their number in brackets. A slot
 // that is repeated elsewhere is named #1, #2 and so on. Where several slots are left at the end, each
-// begins a tree. Takes time and room in proportion to the source: from a depth of 40 on, lines go no
-// further to the right and tell their depth instead.
+// begins a tree, in the order of the text. Takes time and room in proportion to the source: from a depth of
+// 40 on, lines go no further to the right and tell their depth instead.
 std::string drawSourceTree(const SourceReading& reading, const SourceTreeOptions& options = {});
 
 } // namespace ombrix
