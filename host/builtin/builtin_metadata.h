@@ -18,5 +18,11 @@ inline constexpr const char* kThreeElementsMetadata = "size=(3)";
 // A string parameter that takes null, as a choice of its own beside a text and being left out. The
 // parameter's written value then holds a std::monostate.
 inline constexpr const char* kNullableMetadata = "null=(allowed)";
+// A list of numbers that may stand in lists of its own, [[0, 1, 2], [0, 2, 3]], whose numbers follow one
+// another; with "ended", -1 follows those of each inner list.
+inline constexpr const char* kNestedMetadata = "nested=(plain)";
+inline constexpr const char* kNestedEndedMetadata = "nested=(ended)";
+// A color parameter that holds coordinates: it takes [u, v] too, for [u, v, 0].
+inline constexpr const char* kCoordinateMetadata = "quantityType=(coordinate)";
 
 } // namespace ombrix

@@ -28,20 +28,18 @@ public:
         addParamInt("shape", 0, -1, "A ready-made shape; comes before positions", shapeMetadata());
         addParamColor("positions", Color{}, 0, "The positions of the vertices, [x, y, z] each",
                       kPointMetadata);
-        addParamInt("faces", 0, 0,
-                    "The corners of the faces one after another, as indices of positions from 0, "
-                    "counter-clockwise seen from outside",
-                    "minValue=(0)");
-        addParamInt("face_sizes", 3, 0,
-                    "The number of corners of each face; all are triangles when it is left out",
-                    "minValue=(3)");
+        addParamInt(
+            "faces", 0, 0,
+            "The corners of the faces as indices of positions from 0, counter-clockwise seen from outside: "
+            "[[0, 1, 2, 3], [4, 5, 6]], or one after another, three each or with -1 behind each face",
+            kNestedEndedMetadata);
         addParamColor(
             "uvs", Color{}, 0,
-            "Coordinates of map channel 1 \"map1\", [u, v, w] each: one for each position, or one for "
-            "each corner of faces, or those that uv_faces picks",
-            "quantityType=(coordinate)");
+            "Coordinates of map channel 1 \"map1\", [u, v] or [u, v, w] each: one for each position, or one "
+            "for each corner of faces, or those that uv_faces picks",
+            kCoordinateMetadata);
         addParamInt("uv_faces", 0, 0, "The corners of the faces as indices of uvs; -1: the corner has none",
-                    "minValue=(-1)");
+                    kNestedMetadata);
         addParamFloat(
             "smooth_angle", kDefaultSmoothAngle, -1,
             "Edges between faces that lean less than this against one another are shaded smooth. A file "
@@ -52,6 +50,34 @@ public:
     }
 };
 
+// The faces of a mesh, as the scene gives them.
+struct FaceLists {
+    std::vector<int> corners; // without the marks of the faces' ends
+    std::vector<int> sizes;   // of the faces; empty: all are triangles
+};
+
+// Takes out the -1 behind each face, if there are any.
+FaceLists separateFaces(const std::vector<int>& given)
+{
+    FaceLists faces;
+    if (std::find(given.begin(), given.end(), -1) == given.end()) {
+        faces.corners = given;
+        return faces;
+    }
+    int size = 0;
+    for (const int index : given) {
+        if (index != -1) {
+            faces.corners.push_back(index);
+            ++size;
+        } else {
+            faces.sizes.push_back(size);
+            size = 0;
+        }
+    }
+    if (size > 0) faces.sizes.push_back(size);
+    return faces;
+}
+
 // Splits polygons into triangles: fans around the first corner of each, which suits convex faces.
 std::string splitFaces(const std::vector<int>& corners, const std::vector<int>& sizes, const char* what,
                        std::vector<Corners>* triangles)
@@ -60,27 +86,28 @@ std::string splitFaces(const std::vector<int>& corners, const std::vector<int>& 
     if (sizes.empty()) {
         if (corners.size() % 3 != 0)
             return fmt::format(
-                "{} holds {} indices, which is no multiple of 3; give face_sizes for other faces "
-                "than triangles",
+                "{} holds {} indices, which is no multiple of 3; write other faces than triangles in "
+                "lists of their own, [[0, 1, 2, 3], [4, 5, 6]]",
                 what, corners.size());
         for (std::size_t i = 0; i < corners.size(); i += 3)
             triangles->push_back({corners[i], corners[i + 1], corners[i + 2]});
         return {};
     }
-    std::size_t first = 0;
-    for (std::size_t face = 0; face < sizes.size(); ++face) {
-        if (sizes[face] < 3) return fmt::format("face {} has {} corners; a face needs 3", face, sizes[face]);
-        const auto size = static_cast<std::size_t>(sizes[face]);
-        if (first + size > corners.size()) break;
-        for (std::size_t i = 1; i + 1 < size; ++i)
-            triangles->push_back({corners[first], corners[first + i], corners[first + i + 1]});
-        first += size;
-    }
     std::size_t total = 0;
-    for (const int size : sizes)
-        total += static_cast<std::size_t>(size);
+    for (std::size_t face = 0; face < sizes.size(); ++face) {
+        if (sizes[face] < 3)
+            return fmt::format("face {} has {} corner{}; a face needs 3", face, sizes[face],
+                               sizes[face] == 1 ? "" : "s");
+        total += static_cast<std::size_t>(sizes[face]);
+    }
     if (total != corners.size())
-        return fmt::format("{} holds {} indices, but face_sizes adds up to {}", what, corners.size(), total);
+        return fmt::format("{} holds {} indices, but the faces have {} corners", what, corners.size(), total);
+    std::size_t first = 0;
+    for (const int size : sizes) {
+        for (std::size_t i = 1; i + 1 < static_cast<std::size_t>(size); ++i)
+            triangles->push_back({corners[first], corners[first + i], corners[first + i + 1]});
+        first += static_cast<std::size_t>(size);
+    }
     return {};
 }
 
@@ -150,17 +177,17 @@ private:
         made.positions = readPoints(*paramList, "positions", time);
         if (made.positions.empty())
             throw MeshFileError{"there is nothing to show; give it a file, a shape, or positions and faces"};
-        const std::vector<int> faces = readInts(*paramList, "faces", time);
-        const std::vector<int> sizes = readInts(*paramList, "face_sizes", time);
-        check(splitFaces(faces, sizes, "faces", &made.triangles));
-        addUvs(made, faces.size(), sizes, time);
+        const FaceLists faces = separateFaces(readInts(*paramList, "faces", time));
+        check(splitFaces(faces.corners, faces.sizes, "faces", &made.triangles));
+        addUvs(made, faces, time);
         check(findMeshProblem(made));
         computeBounds(made);
         return made;
     }
 
-    void addUvs(MeshData& made, std::size_t cornerCount, const std::vector<int>& sizes, double time)
+    void addUvs(MeshData& made, const FaceLists& faces, double time)
     {
+        const std::size_t cornerCount = faces.corners.size();
         MapChannel uvs;
         uvs.name = "map1";
         uvs.values = readPoints(*paramList, "uvs", time);
@@ -177,7 +204,7 @@ private:
                     fmt::format("there are {} uvs for {} positions and {} corners; give one for "
                                 "each, or uv_faces",
                                 uvs.values.size(), made.positions.size(), cornerCount)};
-            check(splitFaces(corners, sizes, "uv_faces", &uvs.corners));
+            check(splitFaces(corners, faces.sizes, "uv_faces", &uvs.corners));
         }
         addChannel(made, std::move(uvs));
     }
@@ -229,13 +256,14 @@ public:
         addParamString("name", "", -1, "The channel's name, by which textures can ask for it", nullptr);
         addParamColor(
             "values", Color{}, 0,
-            "The values, [u, v, w] each: one for each position of the mesh, or those that faces picks",
-            "quantityType=(coordinate)");
+            "The values, [u, v] or [u, v, w] each: one for each position of the mesh, or those that faces "
+            "picks",
+            kCoordinateMetadata);
         addParamInt(
             "faces", 0, 0,
             "The corners of the mesh's triangles as indices of values, three each; -1: the corner holds "
             "no value",
-            "minValue=(-1)");
+            kNestedMetadata);
     }
 };
 

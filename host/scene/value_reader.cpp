@@ -124,14 +124,35 @@ private:
                 return {};
             }
         }
+        const std::string nesting = builtin ? metadataItem(metadata, "nested") : std::string();
         bool good = true;
         for (std::size_t i = 0; i < place->size(); ++i) {
-            auto value = readSingle(place.at(i));
-            good = good && value;
-            if (good) sample.push_back(std::move(*value));
+            const JsonPlace element = place.at(i);
+            if (!nesting.empty() && element->is_array()) {
+                good = readElements(element, sample) && good;
+                if (nesting == "ended") sample.push_back(Value(-1));
+            } else {
+                good = readElement(element, sample) && good;
+            }
         }
         if (!good) return {};
         return sample;
+    }
+
+    bool readElement(const JsonPlace& place, std::vector<Value>& sample)
+    {
+        auto value = readSingle(place);
+        if (!value) return false;
+        sample.push_back(std::move(*value));
+        return true;
+    }
+
+    bool readElements(const JsonPlace& place, std::vector<Value>& sample)
+    {
+        bool good = true;
+        for (std::size_t i = 0; i < place->size(); ++i)
+            good = readElement(place.at(i), sample) && good;
+        return good;
     }
 
     std::optional<Value> readSingle(const JsonPlace& place)
@@ -184,8 +205,13 @@ private:
         return {};
     }
 
-    static std::optional<Value> readColorValue(const JsonPlace& place)
+    std::optional<Value> readColorValue(const JsonPlace& place) const
     {
+        if (builtin && metadata.quantityType == "coordinate" && place->is_array() && place->size() == 2) {
+            const auto uv = readFloats(place, 2, "[u, v]");
+            if (!uv) return {};
+            return Value(OUtils::Color{(*uv)[0], (*uv)[1], 0.0f});
+        }
         const auto color = readColor(place);
         if (!color) return {};
         return std::visit([](const auto& c) { return Value(c); }, *color);

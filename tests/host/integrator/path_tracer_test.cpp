@@ -36,6 +36,12 @@ TEST(PathTracer, ScaledAndMirroredBodiesShowTheSame)
     EXPECT_NEAR(meanOf(image, 0, 13, 13, 19, 19), 0.5, 2e-3);
 }
 
+TEST(PathTracer, NormalsOfMirroredBodiesPointOutwards)
+{
+    RenderedScene scene(ball("", R"("transform": {"scale": [-1, 1, 1]})"));
+    EXPECT_GT(scene.image(32, 32, 4, Layer::Normal).pixel(16, 16)[2], 0.8f);
+}
+
 // Inside a closed ball that glows by e, each scattering adds the albedo's share once: e (1 + a).
 TEST(PathTracer, InsideAGlowingBallOneScatteringAddsItsShare)
 {

@@ -34,18 +34,29 @@ TEST(Mesh, ListsMakeTriangles)
     EXPECT_TRUE(scene.frameLog.empty());
 }
 
-TEST(Mesh, FaceSizesMakePolygons)
+TEST(Mesh, FacesOfAnySizeStandInListsOrEndWithAMark)
+{
+    const std::vector<Corners> expected = {{0, 1, 2}, {0, 2, 3}, {0, 1, 2}};
+    for (const char* faces : {"[[0,1,2,3], [0,1,2]]", "[0,1,2,3,-1, 0,1,2,-1]", "[0,1,2,3,-1, 0,1,2]"}) {
+        RenderedScene scene(meshWith(std::string(kSquare) + R"("faces": )" + faces));
+        ASSERT_NE(meshOf(scene), nullptr) << faces;
+        EXPECT_EQ(meshOf(scene)->triangles, expected) << faces;
+    }
+}
+
+TEST(Mesh, CoordinatesOfTwoNumbersHaveNoDepth)
 {
     RenderedScene scene(
-        meshWith(std::string(kSquare) + R"("faces": [0,1,2,3, 0,1,2], "face_sizes": [4, 3])"));
+        meshWith(std::string(kSquare) +
+                 R"("faces": [[0,1,2]], "uvs": [[0.5,0.25],[1,0],[1,1]], "uv_faces": [[0,1,2]])"));
     ASSERT_NE(meshOf(scene), nullptr);
-    const std::vector<Corners> expected = {{0, 1, 2}, {0, 2, 3}, {0, 1, 2}};
-    EXPECT_EQ(meshOf(scene)->triangles, expected);
+    EXPECT_EQ(meshOf(scene)->channel(1)->values[0].y, 0.25f);
+    EXPECT_EQ(meshOf(scene)->channel(1)->values[0].z, 0.0f);
 }
 
 TEST(Mesh, CoordinatesComeByPositionByCornerOrByTheirOwnFaces)
 {
-    const std::string faces = R"("faces": [0,1,2,3], "face_sizes": [4], )";
+    const std::string faces = R"("faces": [[0,1,2,3]], )";
     RenderedScene byPosition(meshWith(kSquare + faces + R"("uvs": [[0,0,0],[1,0,0],[1,1,0],[0,1,0]])"));
     EXPECT_EQ(meshOf(byPosition)->channel(1)->corners[1], (Corners{0, 2, 3}));
     RenderedScene byOwnFaces(
@@ -105,11 +116,11 @@ TEST(Mesh, BadInputIsToldInOneLineAndNeverRendered)
         {R"("positions": [[0,0,0],[1,0,0],["nan",1,0]], "faces": [0,1,2])",
          "position 2 is not a finite number"},
         {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [0,1])", "no multiple of 3"},
-        {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [0,1,2], "face_sizes": [4])",
-         "faces holds 3 indices, but face_sizes adds up to 4"},
-        {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [0,1,2], "face_sizes": [2, 1])",
-         "face 0 has 2 corners"},
-        {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [0,1,2], "face_sizes": [-3])", "a face needs 3"},
+        {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [[0,1,2],[0,1]])",
+         "face 1 has 2 corners; a face needs 3"},
+        {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [[]])", "face 0 has 0 corners; a face needs 3"},
+        {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [[0,1,2]], "uvs": [[0,0]], "uv_faces": [[0,0]])",
+         "uv_faces holds 2 indices, but the faces have 3 corners"},
         {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [0,1,2], "uvs": [[0,0,0]])", "there are 1 uvs"},
         {R"("positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [0,1,2], "uvs": [[0,0,0]], "uv_faces": [0,0,4])",
          "coordinate of map channel 1 4"},
