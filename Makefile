@@ -6,7 +6,7 @@ SAMPLES ?= 64
 program := build/release/bin/nezaiva
 sources := git ls-files '*.cpp' '*.h'
 
-.PHONY: help render gallery build test install bench debug asan tsan clang format format-check lint packages \
+.PHONY: help render gallery build everything test install bench debug asan tsan clang format format-check lint packages \
         lint-packages clean
 
 help:
@@ -34,6 +34,9 @@ build/%/build.ninja: | packages
 	cmake --preset $*
 
 build: packages build/release/build.ninja
+	@cmake --build --preset release --target nezaiva nezaiva_module
+
+everything: packages build/release/build.ninja
 	@cmake --build --preset release
 
 render: build
@@ -49,13 +52,13 @@ gallery: build
 		echo "$$picture"; \
 	done
 
-test: build
+test: everything
 	@ctest --preset release --parallel "$$(nproc)"
 
 install: build
 	cmake --install build/release --prefix "$(PREFIX)"
 
-bench: build
+bench: everything
 	@for program in build/release/bin/bench_*; do "$$program" || exit 1; done
 
 debug asan tsan: packages
