@@ -19,25 +19,25 @@ enum MultiplyDivideOperation : int {
 // this much below the first channel gives 0.
 inline constexpr float kMultiplyDivideThreshold = 1e-6f;
 
-inline float multiplied(float a, float b)
+inline float channelProduct(float a, float b)
 {
     return a * b;
 }
 
-inline float divided(float a, float b)
+inline float channelQuotient(float a, float b)
 {
     return a / b;
 }
 
 // Kept as is: the guard compares with its sign, so that divisors below 0 are cut off, while a negative a
 // over a positive b is not.
-inline float guardedQuotient(float a, float b)
+inline float cutOffQuotient(float a, float b)
 {
     return a * kMultiplyDivideThreshold > b ? 0.0f : a / b;
 }
 
 // The base is not limited: a negative one gives NaN where the exponent is no whole number.
-inline float raised(float a, float b)
+inline float channelPower(float a, float b)
 {
     return std::pow(a, std::max(0.0f, b));
 }
@@ -49,9 +49,9 @@ inline Color multiplyDivide(const Color& a, const Color& b, int operation)
     case kDivide:
         // Kept as is: products too are black where the second colour is small as a whole.
         if (b.r * b.r + b.g * b.g + b.b * b.b < kMultiplyDivideThreshold) return {0.0f, 0.0f, 0.0f};
-        return operation == kMultiply ? eachChannel(multiplied, a, b) : eachChannel(guardedQuotient, a, b);
+        return operation == kMultiply ? eachChannel(channelProduct, a, b) : eachChannel(cutOffQuotient, a, b);
     case kPower:
-        return eachChannel(raised, a, b);
+        return eachChannel(channelPower, a, b);
     default:
         return a;
     }
@@ -64,11 +64,11 @@ inline ChannelFormula multiplyDivideFormula(int operation)
 {
     switch (operation) {
     case kMultiply:
-        return multiplied;
+        return channelProduct;
     case kDivide:
-        return divided;
+        return channelQuotient;
     case kPower:
-        return raised;
+        return channelPower;
     default:
         return nullptr;
     }
