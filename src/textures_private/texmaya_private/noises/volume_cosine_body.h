@@ -14,6 +14,7 @@ constexpr float kTwoPi = 6.2831855f;
 // The cosine of eight angles of any size, within 2e-7. NaN for what is not finite.
 inline Eight cosines(Eight angles)
 {
+    if (!anyLane(beyondShort(angles))) return shortCosine(angles);
     Eight u = quarterLessTurns(angles);
     if (anyLane(tooLarge(angles))) {
         float each[8];
@@ -105,8 +106,8 @@ struct FewWaves {
     float sum(int level, const Angles& angles)
     {
         const Eight each = angles(tabledWaves(tabled[level], 0));
-        large = bitOr(large, tooLarge(each));
-        const Eight waves = bitAnd(cosineOfQuarters(quarterLessTurns(each)), lanes);
+        large = bitOr(large, beyondShort(each));
+        const Eight waves = bitAnd(shortCosine(each), lanes);
         return sumOfLanes(broadcast(0.0f) + waves);
     }
 };
@@ -131,6 +132,88 @@ inline float magnitudeOf(float value)
 inline Eight everywhere(Four onlyLane)
 {
     return combine(onlyLane, onlyLane);
+}
+
+// The waves of all octaves, packed: first, first * ratio, ... are values of the octaves, of which the
+// lanes are made. Without a fold an octave needs no sum of its own.
+struct PackedSum {
+    const PackedWaves& waves;
+    int count, depth;
+    Eight large = broadcast(0.0f); // as in FewWaves
+
+    static bool hold(const VolumeFractal& fractal, int count)
+    {
+        return !fractal.inflection && fractal.depthMax >= 1 && fractal.depthMax <= kPackedLevels &&
+               count >= 1 && count <= kPackedCount;
+    }
+
+    Eight series(float first, float ratio) const
+    {
+        Eight values = broadcast(first);
+        for (int level = 1; level < depth; ++level)
+            values = values * choose(firstLanes(level), broadcast(1.0f), broadcast(ratio));
+        return values;
+    }
+
+    // angles(at) gives the angles of the eight waves at the lane `at`; the sum is weighted by octave.
+    template <class Angles>
+    float sum(Eight weights, const Angles& angles)
+    {
+        const Picked ofLevels = toPickFrom(weights);
+        Eight total = broadcast(0.0f);
+        for (int at = 0; at < depth * count; at += 8) {
+            const Eight each = angles(at);
+            large = bitOr(large, beyondShort(each));
+            const Eight weighted = shortCosine(each) * pick(ofLevels, waves.level + at);
+            total = total + bitAnd(weighted, firstLanes(depth * count - at));
+        }
+        return sumOfLanes(total) / static_cast<float>(count);
+    }
+};
+
+inline float packedCosine3d(PackedSum& packed, const VolumeTables& tables, const VolumeFractal& fractal,
+                            float px, float py, float pz, float time)
+{
+    const float growth = growthOf(fractal);
+    const Eight factor = packed.series(1.0f, growth);
+    const Eight amplitudes = packed.series(1.0f, fractal.ratio);
+    const Eight times = packed.series(time, rootOf(growth));
+    const Eight twoPi = broadcast(kTwoPi);
+    const auto along = [&](float start, int axis) {
+        return broadcast(start) * factor + load(tables.waveShifts[axis]);
+    };
+    const Picked x = toPickFrom(along(px - 0.021f, 0));
+    const Picked y = toPickFrom(along(py - 0.33f, 1));
+    const Picked z = toPickFrom(along(pz - 0.011f, 2) * twoPi);
+    const Picked turn = toPickFrom(times * broadcast(kPi));
+    const PackedWaves& waves = packed.waves;
+    const auto angles = [&](int at) {
+        const int* level = waves.level + at;
+        return load(waves.phase + at) + pick(turn, level) + load(waves.x + at) * pick(x, level) * twoPi +
+               load(waves.y + at) * pick(y, level) * twoPi + load(waves.z + at) * pick(z, level);
+    };
+    const float sum = packed.sum(amplitudes, angles);
+    const float norm = sumOfLanes(bitAnd(amplitudes, firstLanes(packed.depth)));
+    const float r = fractal.threshold + 0.5f + sum * fractal.amplitude / norm;
+    return r > 1.0f ? 1.0f : r;
+}
+
+inline float packedCosine2d(PackedSum& packed, const VolumeFractal& fractal, float px, float py, float time)
+{
+    const float growth = growthOf(fractal);
+    const Eight twoPi = broadcast(kTwoPi);
+    const Picked x = toPickFrom(packed.series(px, growth));
+    const Picked y = toPickFrom(packed.series(py, growth));
+    const Picked turn = toPickFrom(packed.series(time, rootOf(growth)) * broadcast(kPi));
+    const PackedWaves& waves = packed.waves;
+    const auto angles = [&](int at) {
+        const int* level = waves.level + at;
+        return load(waves.phase + at) + pick(turn, level) + load(waves.x + at) * pick(x, level) * twoPi +
+               load(waves.y + at) * pick(y, level) * twoPi;
+    };
+    const float r =
+        packed.sum(packed.series(fractal.amplitude, fractal.ratio), angles) * 0.5f + 0.5f + fractal.threshold;
+    return r > 1.0f ? 1.0f : r;
 }
 
 template <class Waves>
@@ -218,7 +301,11 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, flo
                       float time)
 {
     const int count = waveCount(noise);
-    if (FewWaves::hold(noise.fractal.depthMax, count)) {
+    if (PackedSum::hold(noise.fractal, count)) {
+        PackedSum packed{tables.packed3d[count - 1], count, noise.fractal.depthMax};
+        const float result = packedCosine3d(packed, tables, noise.fractal, x, y, z, time);
+        if (!anyLane(packed.large)) return result;
+    } else if (FewWaves::hold(noise.fractal.depthMax, count)) {
         FewWaves waves{tables.waves3d, firstLanes(count)};
         const float result = cosine3d(waves, noise, x, y, z, time);
         if (!anyLane(waves.large)) return result;
@@ -229,7 +316,11 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, flo
 inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)
 {
     const int count = waveCount(noise);
-    if (FewWaves::hold(noise.fractal.depthMax, count)) {
+    if (PackedSum::hold(noise.fractal, count)) {
+        PackedSum packed{tables.packed2d[count - 1], count, noise.fractal.depthMax};
+        const float result = packedCosine2d(packed, noise.fractal, x, y, time);
+        if (!anyLane(packed.large)) return result;
+    } else if (FewWaves::hold(noise.fractal.depthMax, count)) {
         FewWaves waves{tables.waves2d, firstLanes(count)};
         const float result = cosine2d(waves, noise, x, y, time);
         if (!anyLane(waves.large)) return result;

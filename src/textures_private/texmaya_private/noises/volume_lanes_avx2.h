@@ -58,6 +58,16 @@ inline Eight bitOr(Eight a, Eight b)
     return _mm256_or_ps(a, b);
 }
 
+inline Eight bitXor(Eight a, Eight b)
+{
+    return _mm256_xor_ps(a, b);
+}
+// The lowest bit of each lane in the place of its sign; the other bits are 0.
+inline Eight lowestBitAsSign(Eight a)
+{
+    return _mm256_castsi256_ps(_mm256_slli_epi32(_mm256_castps_si256(a), 31));
+}
+
 // All bits of a lane where the comparison holds; none for a NaN.
 inline Eight less(Eight a, Eight b)
 {
@@ -160,6 +170,17 @@ inline bool anyLane(Eight mask)
 inline void store(float* eight, Eight a)
 {
     _mm256_storeu_ps(eight, a);
+}
+
+// Eight lanes from which others are picked by number.
+using Picked = Eight;
+inline Picked toPickFrom(Eight a)
+{
+    return a;
+}
+inline Eight pick(Picked from, const int* lanes)
+{
+    return _mm256_permutevar8x32_ps(from, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(lanes)));
 }
 
 } // namespace

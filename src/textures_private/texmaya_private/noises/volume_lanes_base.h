@@ -77,6 +77,20 @@ inline Eight bitOr(Eight a, Eight b)
     return {_mm_or_ps(a.low, b.low), _mm_or_ps(a.high, b.high)};
 }
 
+inline Eight bitXor(Eight a, Eight b)
+{
+    return {_mm_xor_ps(a.low, b.low), _mm_xor_ps(a.high, b.high)};
+}
+// The lowest bit of each lane in the place of its sign; the other bits are 0.
+inline Four lowestBitAsSign(Four a)
+{
+    return _mm_castsi128_ps(_mm_slli_epi32(_mm_castps_si128(a), 31));
+}
+inline Eight lowestBitAsSign(Eight a)
+{
+    return {lowestBitAsSign(a.low), lowestBitAsSign(a.high)};
+}
+
 // All bits of a lane where the comparison holds; none for a NaN.
 inline Eight less(Eight a, Eight b)
 {
@@ -205,6 +219,23 @@ inline void store(float* eight, Eight a)
 {
     _mm_storeu_ps(eight, a.low);
     _mm_storeu_ps(eight + 4, a.high);
+}
+
+// Eight lanes from which others are picked by number.
+struct Picked {
+    alignas(16) float lanes[8];
+};
+inline Picked toPickFrom(Eight a)
+{
+    Picked from;
+    store(from.lanes, a);
+    return from;
+}
+inline Eight pick(const Picked& from, const int* lanes)
+{
+    const float* f = from.lanes;
+    return {_mm_setr_ps(f[lanes[0]], f[lanes[1]], f[lanes[2]], f[lanes[3]]),
+            _mm_setr_ps(f[lanes[4]], f[lanes[5]], f[lanes[6]], f[lanes[7]])};
 }
 
 } // namespace

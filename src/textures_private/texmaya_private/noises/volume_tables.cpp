@@ -57,6 +57,31 @@ void fillWaves(const NoiseTables& noise, int level, WaveLevel& waves)
     waves.next = index;
 }
 
+// The first `count` waves of each octave.
+void packWaves(const WaveLevel* levels, int count, PackedWaves& packed)
+{
+    for (int lane = 0; lane < kPackedLevels * count; ++lane) {
+        const int level = lane / count;
+        const int wave = lane % count;
+        packed.x[lane] = levels[level].x[wave];
+        packed.y[lane] = levels[level].y[wave];
+        packed.z[lane] = levels[level].z[wave];
+        packed.phase[lane] = levels[level].phase[wave];
+        packed.level[lane] = level;
+    }
+}
+
+// The shifts grow from octave to octave before they are used, and are rounded each time.
+void fillWaveShifts(float (*shifts)[kPackedLevels])
+{
+    constexpr float kSteps[] = {0.021f, 0.33f, 0.011f};
+    for (int axis = 0; axis < 3; ++axis) {
+        float shift = 0.0f;
+        for (int level = 0; level < kPackedLevels; ++level)
+            shifts[axis][level] = shift += kSteps[axis];
+    }
+}
+
 // One row of blobs; the base indices of its 20 cells begin at base.
 template <bool ThreeD>
 void fillBillowRow(const NoiseTables& noise, int base, BillowRow& row)
@@ -95,6 +120,11 @@ const VolumeTables& makeVolumeTables()
         fillWaves<3>(noise, level, made.waves3d[level]);
         fillWaves<2>(noise, level, made.waves2d[level]);
     }
+    for (int count = 1; count <= kPackedCount; ++count) {
+        packWaves(made.waves3d, count, made.packed3d[count - 1]);
+        packWaves(made.waves2d, count, made.packed2d[count - 1]);
+    }
+    fillWaveShifts(made.waveShifts);
     for (int row = 0; row < kBillowCells * kBillowCells; ++row)
         fillBillowRow<true>(noise, row * kBillowCells, made.billow3d[row]);
     for (int row = 0; row < kBillowCells; ++row)

@@ -46,12 +46,28 @@ struct WaveLevel {
     int next;
 };
 
+// The waves of few octaves of few waves each, one octave behind the other without a gap, and the
+// octave of each.
+constexpr int kPackedLevels = 8;
+constexpr int kPackedCount = 8; // waves in an octave
+constexpr int kPackedLanes = kPackedLevels * kPackedCount;
+struct PackedWaves {
+    alignas(32) float x[kPackedLanes];
+    float y[kPackedLanes];
+    float z[kPackedLanes]; // 0 in the 2D form
+    float phase[kPackedLanes];
+    int level[kPackedLanes];
+};
+
 struct VolumeTables {
     const NoiseTables* noise;
     alignas(16) float directions3d[kTabledLevels][4]; // the fourth component is 0
     alignas(16) float directions2d[kTabledLevels][4]; // and the third
     WaveLevel waves3d[kTabledLevels];
     WaveLevel waves2d[kTabledLevels];
+    PackedWaves packed3d[kPackedCount]; // [waves in an octave - 1]
+    PackedWaves packed2d[kPackedCount];
+    float waveShifts[3][kPackedLevels];              // of each axis, in each octave
     BillowRow billow3d[kBillowCells * kBillowCells]; // [z * 20 + y]
     BillowRow billow2d[kBillowCells];                // [y]; the fields of a third offset are 0
 };
