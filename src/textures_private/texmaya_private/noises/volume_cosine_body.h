@@ -57,13 +57,31 @@ inline EightWaves computedWaves(const NoiseTables& noise, Wave (*next)(const Noi
     return {load(x), load(y), load(z), load(phase)};
 }
 
-// All bits of the first `count` lanes, for a count of 1 or more.
+// All bits of the first `count` lanes, for a count of 0 or more.
 inline Eight firstLanes(int count)
 {
-    const __m128i wanted = _mm_set1_epi32(count);
-    return combine(_mm_castsi128_ps(_mm_cmpgt_epi32(wanted, _mm_setr_epi32(0, 1, 2, 3))),
-                   _mm_castsi128_ps(_mm_cmpgt_epi32(wanted, _mm_setr_epi32(4, 5, 6, 7))));
+    static constexpr int kSliding[16] = {-1, -1, -1, -1, -1, -1, -1, -1};
+    return loadBits(kSliding + (count < 8 ? 8 - count : 0));
 }
+
+// For the step to each level: 1 up to there, and all bits from there on.
+struct LevelSteps {
+    alignas(32) float ones[kPackedLevels][8];
+    int behind[kPackedLevels][8];
+};
+
+constexpr LevelSteps makeLevelSteps()
+{
+    LevelSteps steps{};
+    for (int level = 0; level < kPackedLevels; ++level)
+        for (int lane = 0; lane < 8; ++lane) {
+            steps.ones[level][lane] = lane < level ? 1.0f : 0.0f;
+            steps.behind[level][lane] = lane < level ? 0 : -1;
+        }
+    return steps;
+}
+
+constexpr LevelSteps kLevelSteps = makeLevelSteps();
 
 // The waves of an octave, of any octave and in any number: angles(waves) gives the eight angles at the
 // point.
@@ -139,7 +157,7 @@ inline Eight everywhere(Four onlyLane)
 struct PackedSum {
     const PackedWaves& waves;
     int count, depth;
-    Eight large = broadcast(0.0f); // as in FewWaves
+    Eight largest = broadcast(0.0f); // of the angles; it tells afterwards whether the reduction holds
 
     static bool hold(const VolumeFractal& fractal, int count)
     {
@@ -151,7 +169,8 @@ struct PackedSum {
     {
         Eight values = broadcast(first);
         for (int level = 1; level < depth; ++level)
-            values = values * choose(firstLanes(level), broadcast(1.0f), broadcast(ratio));
+            values = values * bitOr(bitAnd(broadcast(ratio), loadBits(kLevelSteps.behind[level])),
+                                    load(kLevelSteps.ones[level]));
         return values;
     }
 
@@ -163,12 +182,13 @@ struct PackedSum {
         Eight total = broadcast(0.0f);
         for (int at = 0; at < depth * count; at += 8) {
             const Eight each = angles(at);
-            large = bitOr(large, beyondShort(each));
+            largest = maximum(magnitudes(each), largest);
             const Eight weighted = shortCosine(each) * pick(ofLevels, waves.level + at);
             total = total + bitAnd(weighted, firstLanes(depth * count - at));
         }
-        return sumOfLanes(total) / static_cast<float>(count);
+        return sumOfLanes(total);
     }
+    bool tooLong() const { return anyLane(beyondShort(largest)); }
 };
 
 inline float packedCosine3d(PackedSum& packed, const VolumeTables& tables, const VolumeFractal& fractal,
@@ -192,9 +212,10 @@ inline float packedCosine3d(PackedSum& packed, const VolumeTables& tables, const
         return load(waves.phase + at) + pick(turn, level) + load(waves.x + at) * pick(x, level) * twoPi +
                load(waves.y + at) * pick(y, level) * twoPi + load(waves.z + at) * pick(z, level);
     };
-    const float sum = packed.sum(amplitudes, angles);
+    // The divisors are known before the sum, so that it waits for no division.
     const float norm = sumOfLanes(bitAnd(amplitudes, firstLanes(packed.depth)));
-    const float r = fractal.threshold + 0.5f + sum * fractal.amplitude / norm;
+    const float scale = fractal.amplitude / (norm * static_cast<float>(packed.count));
+    const float r = fractal.threshold + 0.5f + packed.sum(amplitudes, angles) * scale;
     return r > 1.0f ? 1.0f : r;
 }
 
@@ -211,8 +232,9 @@ inline float packedCosine2d(PackedSum& packed, const VolumeFractal& fractal, flo
         return load(waves.phase + at) + pick(turn, level) + load(waves.x + at) * pick(x, level) * twoPi +
                load(waves.y + at) * pick(y, level) * twoPi;
     };
-    const float r =
-        packed.sum(packed.series(fractal.amplitude, fractal.ratio), angles) * 0.5f + 0.5f + fractal.threshold;
+    const Eight amplitudes = packed.series(fractal.amplitude, fractal.ratio);
+    const float scale = 0.5f / static_cast<float>(packed.count);
+    const float r = packed.sum(amplitudes, angles) * scale + 0.5f + fractal.threshold;
     return r > 1.0f ? 1.0f : r;
 }
 
@@ -297,15 +319,12 @@ float cosine2d(Waves& waves, const CosineVolume& noise, float px, float py, floa
     return cosine2d(waves, noise, x, y, time);
 }
 
-inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
-                      float time)
+// Octaves that are folded have sums of their own.
+[[gnu::noinline]] inline float octaveCosine3d(const VolumeTables& tables, const CosineVolume& noise, float x,
+                                              float y, float z, float time)
 {
     const int count = waveCount(noise);
-    if (PackedSum::hold(noise.fractal, count)) {
-        PackedSum packed{tables.packed3d[count - 1], count, noise.fractal.depthMax};
-        const float result = packedCosine3d(packed, tables, noise.fractal, x, y, z, time);
-        if (!anyLane(packed.large)) return result;
-    } else if (FewWaves::hold(noise.fractal.depthMax, count)) {
+    if (FewWaves::hold(noise.fractal.depthMax, count)) {
         FewWaves waves{tables.waves3d, firstLanes(count)};
         const float result = cosine3d(waves, noise, x, y, z, time);
         if (!anyLane(waves.large)) return result;
@@ -313,19 +332,36 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, flo
     return anyCosine3d(tables, noise, x, y, z, time);
 }
 
-inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)
+inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+                      float time)
 {
     const int count = waveCount(noise);
-    if (PackedSum::hold(noise.fractal, count)) {
-        PackedSum packed{tables.packed2d[count - 1], count, noise.fractal.depthMax};
-        const float result = packedCosine2d(packed, noise.fractal, x, y, time);
-        if (!anyLane(packed.large)) return result;
-    } else if (FewWaves::hold(noise.fractal.depthMax, count)) {
+    if (!PackedSum::hold(noise.fractal, count)) return octaveCosine3d(tables, noise, x, y, z, time);
+    PackedSum packed{tables.packed3d[count - 1], count, noise.fractal.depthMax};
+    const float result = packedCosine3d(packed, tables, noise.fractal, x, y, z, time);
+    return packed.tooLong() ? anyCosine3d(tables, noise, x, y, z, time) : result;
+}
+
+// Octaves that are folded have sums of their own.
+[[gnu::noinline]] inline float octaveCosine2d(const VolumeTables& tables, const CosineVolume& noise, float x,
+                                              float y, float time)
+{
+    const int count = waveCount(noise);
+    if (FewWaves::hold(noise.fractal.depthMax, count)) {
         FewWaves waves{tables.waves2d, firstLanes(count)};
         const float result = cosine2d(waves, noise, x, y, time);
         if (!anyLane(waves.large)) return result;
     }
     return anyCosine2d(tables, noise, x, y, time);
+}
+
+inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)
+{
+    const int count = waveCount(noise);
+    if (!PackedSum::hold(noise.fractal, count)) return octaveCosine2d(tables, noise, x, y, time);
+    PackedSum packed{tables.packed2d[count - 1], count, noise.fractal.depthMax};
+    const float result = packedCosine2d(packed, noise.fractal, x, y, time);
+    return packed.tooLong() ? anyCosine2d(tables, noise, x, y, time) : result;
 }
 
 } // namespace

@@ -34,6 +34,10 @@ inline Eight load(const float* eight)
 {
     return _mm256_loadu_ps(eight);
 }
+inline Eight loadBits(const int* eight)
+{
+    return _mm256_castsi256_ps(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(eight)));
+}
 inline Eight loadHalves(const float* low, const float* high)
 {
     return _mm256_loadu2_m128(high, low);

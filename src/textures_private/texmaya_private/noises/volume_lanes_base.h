@@ -37,6 +37,11 @@ inline Eight load(const float* eight)
 {
     return {_mm_loadu_ps(eight), _mm_loadu_ps(eight + 4)};
 }
+inline Eight loadBits(const int* eight)
+{
+    return {_mm_castsi128_ps(_mm_loadu_si128(reinterpret_cast<const __m128i*>(eight))),
+            _mm_castsi128_ps(_mm_loadu_si128(reinterpret_cast<const __m128i*>(eight + 4)))};
+}
 inline Eight loadHalves(const float* low, const float* high)
 {
     return {_mm_loadu_ps(low), _mm_loadu_ps(high)};
