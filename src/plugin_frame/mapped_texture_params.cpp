@@ -46,7 +46,7 @@ MappedTextureParams::MappedTextureParams(std::uint32_t flags)
                       "enable=(::uv_noise_on=1), displayName=(UV noise levels), gpuSupport=(none)");
     uv_noise_size = addParamFloat("uv_noise_size", 1.0f, -1, "UV noise size",
                                   "enable=(::uv_noise_on=1), displayName=(UV noise size), gpuSupport=(none)");
-    // The name is required exactly so.
+    // Kept as is: scenes know the phase under this name, not as uv_noise_phase.
     un_noise_phase = addParamFloat("un_noise_phase", 0.0f, -1, "UV noise phase",
                                    "enable=(::uv_noise_on=1, ::uv_noise_animate=1), displayName=(UV noise "
                                    "phase); startRollout=(<EndRollout>), gpuSupport=(none)");
