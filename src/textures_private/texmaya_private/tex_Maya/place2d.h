@@ -50,8 +50,8 @@ struct PlaceFlags {
 struct PlaceMatrices {
     float sinFrame = 0.0f, cosFrame = 1.0f;
     float sinUV = 0.0f, cosUV = 1.0f;
-    Matrix
-        linear; // rotation by rotate_uv, times the scale of repeat over coverage, times that by rotate_frame
+    // Rotation by rotate_uv, times the scale of repeat over coverage, times rotation by rotate_frame.
+    Matrix linear;
 };
 PlaceMatrices placeMatrices(const PlaceSample& sample);
 
