@@ -191,8 +191,11 @@ TEST(SimplexTexture, NoiseTypeChoosesTheGenerator)
     // The distortion ratio is above 0, so the point moves by (0.4, -0.7 + 0.2) * 0.5.
     const float moved = plain::cellular(0.6f + 0.4f * 0.5f, 0.8f + (-0.7f + 0.2f) * 0.5f, 0.8f, 1.9f);
     EXPECT_SAME_BITS(simplexTexture(0.3f, 0.4f, values), moved + 0.125f);
-    values.octaves.distortionRatio = 0.0f;
-    EXPECT_SAME_BITS(simplexTexture(0.3f, 0.4f, values), plain::cellular(0.6f, 0.8f, 0.8f, 1.9f) + 0.125f);
+    for (const float notAboveZero : {0.0f, -0.5f}) { // the point stays where it is
+        values.octaves.distortionRatio = notAboveZero;
+        EXPECT_SAME_BITS(simplexTexture(0.3f, 0.4f, values),
+                         plain::cellular(0.6f, 0.8f, 0.8f, 1.9f) + 0.125f);
+    }
     values.octaves.distortionRatio = 0.5f;
     values.noiseType = 2;
     EXPECT_SAME_BITS(simplexTexture(0.3f, 0.4f, values), plain::ridged(0.6f, 0.8f, octaves) + 0.125f);
