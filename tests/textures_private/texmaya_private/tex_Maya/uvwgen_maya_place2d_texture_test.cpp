@@ -206,6 +206,15 @@ TEST(UVWGenMayaPlace2dTexture, RunsTheChainOnceForAPoint)
     }
 }
 
+TEST(UVWGenMayaPlace2dTexture, BringsItsMemoWithTheFrameWhenTheRenderDidNot)
+{
+    PlaceNode node;
+    node.life()->renderEnd(&node.renderer);
+    EXPECT_EQ(questionsAtOnePoint(node), 3u); // the render's end took it
+    node.nextFrame();
+    EXPECT_EQ(questionsAtOnePoint(node), 1u);
+}
+
 TEST(UVWGenMayaPlace2dTexture, AnswersShiftedPointsFromTheMemo)
 {
     PlaceNode node;
