@@ -65,7 +65,7 @@ bool isSourceLine(std::string_view line)
 
 std::string exerciseSource(std::string_view text)
 {
-    support::TextSink sink;
+    support::TextSink sink(support::TextKind::Broken); // expressions of any bytes
     support::NoData data;
     support::ColorInput texture;
     texture.label = "texture";

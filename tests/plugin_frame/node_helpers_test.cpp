@@ -47,7 +47,7 @@ TEST(GpuText, KnowsOneDescriptorByteForByte)
 
 TEST(SlotText, EndsEachSlotAndPassesTheArgumentsOn)
 {
-    TextSink sink;
+    TextSink sink(TextKind::Broken); // an operator and strings that no source has
     NoData data;
     ColorInput color;
     color.label = "input";

@@ -1,6 +1,8 @@
 // A sink for GPU text that a test reads afterwards, and an OCLData that holds nothing.
 #pragma once
 
+#include "support/understood_source.h"
+
 #include <ombrix/gpu_source.h>
 
 #include <cstdarg>
@@ -9,8 +11,20 @@
 
 namespace support {
 
+// Whether a test means its text to be one that a consumer understands.
+enum class TextKind { Understood, Broken };
+
+// At its end, a text that is not understood fails the test, unless it is broken on purpose.
 class TextSink : public OUtils::ShaderSource {
 public:
+    explicit TextSink(TextKind textKind = TextKind::Understood) : kind(textKind) {}
+    TextSink(const TextSink&) = delete;
+    TextSink& operator=(const TextSink&) = delete;
+    ~TextSink() override
+    {
+        if (kind == TextKind::Understood) expectUnderstood(text);
+    }
+
     void append(const char* added) override { text += added; }
     __attribute__((format(printf, 2, 3))) void printf(const char* format, ...) override
     {
@@ -23,6 +37,9 @@ public:
     }
 
     std::string text;
+
+private:
+    TextKind kind;
 };
 
 class NoData : public OUtils::OCLData {

@@ -2,6 +2,7 @@
 
 #include "host/context/host_context.h"
 #include "host/gpu/host_gpu.h"
+#include "support/understood_source.h"
 
 #include <ombrix/ombrix.h>
 
@@ -23,6 +24,7 @@ Source sourceOf(ConstantTexture& texture, const char* descriptor = "MaterialDesc
     HostOCLData data(nullptr, true);
     const int returned =
         RTTexInterface::getRTTexSource(texture.texture(), "n", "t", descriptor, source, data);
+    support::expectUnderstood(source.text);
     return {returned, source.text};
 }
 

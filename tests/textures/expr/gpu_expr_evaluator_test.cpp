@@ -23,10 +23,12 @@ protected:
                 const std::string& expected, const std::string& errors = "")
     {
         SCOPED_TRACE(expression);
-        const Written written = evaluated(variables, expression);
+        const Written written = evaluated(variables, expression, kind);
         EXPECT_EQ(written.source, expected);
         EXPECT_EQ(written.errors, errors);
     }
+
+    support::TextKind kind = support::TextKind::Understood;
 };
 
 TEST_F(GpuExpression, APluginAloneIsItsSource)
@@ -104,6 +106,7 @@ TEST_F(GpuExpression, ARepeatedNullPluginIsHoistedAsAnEmptySlot)
 
 TEST_F(GpuExpression, AHoistedSlotBelowTheFirstIsWrittenAgain)
 {
+    kind = support::TextKind::Broken;
     // The unknown function leaves no slot, so abs ends at depth -1, three times over.
     expect({new GPUVariable("e", "(abs (nothing))")}, "(+ e e)",
            slots({op(-944), op(-944), op(-944), op(kAdd, {1})}),
@@ -151,6 +154,7 @@ TEST_F(GpuExpression, ATextWithoutASourceWritesNothingForIt)
 
 TEST_F(GpuExpression, EveryBuiltinHasItsOpcodeAndOperand)
 {
+    kind = support::TextKind::Broken; // one argument for each
     const struct {
         const char* name;
         int opcode, operand;
@@ -169,12 +173,14 @@ TEST_F(GpuExpression, EveryBuiltinHasItsOpcodeAndOperand)
 
 TEST_F(GpuExpression, TheNumberOfArgumentsIsNotTested)
 {
+    kind = support::TextKind::Broken;
     expect({}, "(lerp)", op(-945));
     expect({}, "(abs 1 2 3)", slots({gray("1.000000"), gray("2.000000"), gray("3.000000"), op(-944)}));
 }
 
 TEST_F(GpuExpression, AnUnknownFunctionWritesNothing)
 {
+    kind = support::TextKind::Broken; // a slot is missing
     expect({varA(), varB()}, "(nothing a (also b))", "", "[ERR] Error while calling nothing\n");
     expect({varA()}, "(+ (nothing a) 1)", slots({gray("1.000000"), op(kAdd, {1})}),
            "[ERR] Error while calling nothing\n");
@@ -246,6 +252,7 @@ TEST_F(GpuExpression, TheWordsOfManipCountAsSymbols)
 
 TEST_F(GpuExpression, ManipWithFewerThanTwoArgumentsFails)
 {
+    kind = support::TextKind::Broken;
     expect({varA()}, "(manip a)", "",
            "[ERR] (manip) expects at least 2 arguments, got1\n[ERR] Error while calling manip\n");
     expect({varA()}, "(abs (manip))", op(-944),
@@ -254,6 +261,7 @@ TEST_F(GpuExpression, ManipWithFewerThanTwoArgumentsFails)
 
 TEST_F(GpuExpression, AnIfOfTwoArgumentsIsNotFolded)
 {
+    kind = support::TextKind::Broken; // an argument is missing
     expect({varA()}, "(if 0 a)", slots({gray("0.000000"), source("a"), op(kIf)}));
 }
 

@@ -62,9 +62,10 @@ struct Written {
 
 // Takes the variables.
 inline Written evaluated(std::initializer_list<nezaiva::expr::gpu::GPUVariable*> variables,
-                         std::string_view expression)
+                         std::string_view expression,
+                         support::TextKind kind = support::TextKind::Understood)
 {
-    support::TextSink sink;
+    support::TextSink sink(kind);
     support::NoData data;
     nezaiva::expr::gpu::GPUSourceWriter writer("theName", "theTag", "MaterialDescriptor", sink, data);
     nezaiva::expr::gpu::GPUExpressionEvaluator evaluator;

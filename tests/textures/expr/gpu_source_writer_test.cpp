@@ -12,7 +12,7 @@ using nezaiva::GPUSourceHelper;
 
 class SourceWriter : public testing::Test {
 protected:
-    support::TextSink sink;
+    support::TextSink sink{support::TextKind::Broken}; // single lines, and no whole source
     support::NoData data;
     GPUSourceWriter writer{"theName", "theTag", "MaterialDescriptor", sink, data};
 };
