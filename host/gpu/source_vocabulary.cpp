@@ -1,6 +1,7 @@
 #include "host/gpu/source_vocabulary.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace ombrix {
 namespace {
@@ -124,6 +125,11 @@ constexpr OperatorForm kOperators[] = {
     {.opcode = -934, .name = "last of", .inputs = 0, .rule = Rule::Given, .use = SlotUse::KeepsLast},
     {.opcode = -926, .name = "contrast", .inputs = 3, .inputNames = {"value", "bias", "contrast"}},
 };
+
+// The reader looks at the first operand of these without asking.
+static_assert(std::all_of(std::begin(kOperators), std::end(kOperators), [](const OperatorForm& form) {
+    return form.use == SlotUse::TakesInputs || form.rule == OperandRule::Given;
+}));
 
 bool fits(const OperatorForm& form, Operands operands)
 {
