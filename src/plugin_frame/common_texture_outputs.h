@@ -1,23 +1,14 @@
 // The output parameters of CommonTexture: each reads the texture that it lives in.
 #pragma once
 
+#include "plugin_frame/brightness.h"
+
 #include <ombrix/gpu_source.h>
 #include <ombrix/texture_interfaces.h>
 
 namespace nezaiva {
 
 using namespace OUtils;
-
-// The mean of red, green and blue, as textures compute it.
-inline float intensity(const AColor& color)
-{
-    return (color.r + color.g + color.b) * 0.33333334f;
-}
-// Maya's luminance weights.
-inline float luminance(const AColor& color)
-{
-    return 0.3f * color.r + 0.59f * color.g + 0.11f * color.b;
-}
 
 // One minus the alpha, as an opaque grey.
 class CommonTransparencyTex : public PluginBase, public TextureInterface, public RTTexInterface {

@@ -55,7 +55,7 @@ public:
 
     double rayTime = 0.0; // place within the shutter interval, 0 at its start, 1 at its end
     std::int32_t rayDepth = 0;
-    std::uint32_t rayFlags = 0; // bit 1: a camera ray; bit 8: see MaterialInterface users
+    std::uint32_t rayFlags = 0; // 0x1: a camera ray; 0x8: set while a matte shades what it hides
     std::int32_t rayId = 1;
     std::int32_t diffuseDepth = 0;
     float streakPosition = 0.0f;      // place along a streak particle, 0 at its head

@@ -1,6 +1,8 @@
 // Colours channel by channel, on plain values.
 #pragma once
 
+#include "plugin_frame/brightness.h"
+
 #include <ombrix/types.h>
 
 namespace nezaiva {
@@ -27,13 +29,6 @@ Color eachChannel(Function function, const Colors&... colors)
 inline Color scaled(const Color& color, float factor)
 {
     return {color.r * factor, color.g * factor, color.b * factor};
-}
-
-// The brightness of a colour by the weights of broadcast television.
-template <class AnyColor>
-float luminance(const AnyColor& color)
-{
-    return 0.3f * color.r + 0.59f * color.g + 0.11f * color.b;
 }
 
 } // namespace nezaiva
