@@ -116,7 +116,8 @@ std::uint32_t RayScene::addInstance(const MeshData& mesh, std::span<const Transf
         float columns[12];
         std::memcpy(columns, sample.matrix.columns, 9 * sizeof(float));
         std::memcpy(columns + 9, &sample.offset, 3 * sizeof(float));
-        rtcSetGeometryTransform(instance, static_cast<unsigned>(i), RTC_FORMAT_FLOAT3X4_COLUMN_MAJOR, columns);
+        rtcSetGeometryTransform(instance, static_cast<unsigned>(i), RTC_FORMAT_FLOAT3X4_COLUMN_MAJOR,
+                                columns);
     }
     rtcCommitGeometry(instance);
     const unsigned index = rtcAttachGeometry(state->top, instance);

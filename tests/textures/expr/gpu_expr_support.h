@@ -62,8 +62,7 @@ struct Written {
 
 // Takes the variables.
 inline Written evaluated(std::initializer_list<nezaiva::expr::gpu::GPUVariable*> variables,
-                         std::string_view expression,
-                         support::TextKind kind = support::TextKind::Understood)
+                         std::string_view expression, support::TextKind kind = support::TextKind::Understood)
 {
     support::TextSink sink(kind);
     support::NoData data;
