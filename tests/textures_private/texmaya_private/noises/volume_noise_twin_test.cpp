@@ -141,6 +141,56 @@ TEST_P(VolumeTwin, CosineAgreesForCoordinatesOfAnySize)
     }
 }
 
+// Up to eight waves in up to eight octaves have tables of their own, and angles up to 2^17 a reduction
+// of their own; the counts and the sizes here pass both limits.
+template <class Check>
+void atEveryCountOfWaves(unsigned seed, const Check& check)
+{
+    Inputs inputs(seed);
+    for (int waves = 1; waves <= 9; ++waves) {
+        for (int depth = 1; depth <= 9; ++depth) {
+            for (const float reach : {3.0f, 300.0f, 30000.0f}) {
+                for (const bool inflection : {false, true}) {
+                    CosineVolume noise = inputs.cosine();
+                    noise.fractal.inflection = inflection;
+                    noise.fractal.depthMax = depth;
+                    noise.fractal.frequencyRatio = inputs.between(0.7f, 2.2f);
+                    noise.fractal.ratio = inputs.between(0.3f, 0.8f);
+                    noise.numWaves = waves;
+                    check(noise, inputs.sample(reach, 30.0f));
+                }
+            }
+        }
+    }
+}
+
+TEST_P(VolumeTwin, CosineAgreesAtEveryCountOfWavesAndOctaves)
+{
+    for (unsigned seed = 11; seed < 15; ++seed) {
+        atEveryCountOfWaves(seed, [](const CosineVolume& noise, const Sample& sample) {
+            const auto& [p, t] = sample;
+            EXPECT_NEAR(evalCosine3d(noise, p, t), plain::cosine3d(noise, p, t), kTwinTolerance)
+                << noise.numWaves << " waves, " << noise.fractal.depthMax << " octaves";
+            EXPECT_NEAR(evalCosine2d(noise, p.x, p.y, t), plain::cosine2d(noise, p.x, p.y, t), kTwinTolerance)
+                << noise.numWaves << " waves, " << noise.fractal.depthMax << " octaves";
+        });
+    }
+}
+
+TEST(VolumeNoiseSets, GiveTheSameBitsAtEveryCountOfWavesAndOctaves)
+{
+    if (bestInstructionSet() != InstructionSet::Avx2) GTEST_SKIP() << "the processor lacks AVX2";
+    atEveryCountOfWaves(15, [](const CosineVolume& noise, const Sample& sample) {
+        const auto& [p, t] = sample;
+        setInstructionSet(InstructionSet::Baseline);
+        const float baseline3d = evalCosine3d(noise, p, t);
+        const float baseline2d = evalCosine2d(noise, p.x, p.y, t);
+        setInstructionSet(bestInstructionSet());
+        EXPECT_PRED2(tolerance::sameBits, evalCosine3d(noise, p, t), baseline3d);
+        EXPECT_PRED2(tolerance::sameBits, evalCosine2d(noise, p.x, p.y, t), baseline2d);
+    });
+}
+
 TEST_P(VolumeTwin, LevelsAndWavesBehindTheTablesAgree)
 {
     Inputs inputs(4);
