@@ -1,5 +1,6 @@
 // The sums of plane waves, written once on the lanes of volume_lanes_base.h or volume_lanes_avx2.h,
-// one of which is included before. Eight waves of an octave are eight lanes.
+// one of which is included before. Few waves in few octaves fill the lanes across the octaves; else
+// eight waves of an octave are eight lanes.
 #pragma once
 
 #include "volume_kernels.h"
