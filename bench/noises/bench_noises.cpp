@@ -28,16 +28,19 @@ float narrow(double value)
 void registerLattice()
 {
     const float* table = plain::currentTable().data();
-    const nezaiva::NoiseTables& tables = nezaiva::currentNoiseTables;
+    using nezaiva::currentNoiseTables;
     compare(
-        "latticeNoise2", [&tables](const Point& p) { return nezaiva::latticeNoise2(tables, p.x, p.y); },
+        "latticeNoise2", [](const Point& p) { return nezaiva::latticeNoise2(currentNoiseTables, p.x, p.y); },
         [table](const Point& p) { return plain::lattice2(table, p.x, p.y); });
     compare(
-        "latticeNoise3", [&tables](const Point& p) { return nezaiva::latticeNoise3(tables, p.x, p.y, p.z); },
+        "latticeNoise3",
+        [](const Point& p) { return nezaiva::latticeNoise3(currentNoiseTables, p.x, p.y, p.z); },
         [table](const Point& p) { return plain::lattice3(table, p.x, p.y, p.z); });
     compare(
         "latticeNoise4",
-        [&tables](const Point& p) { return nezaiva::latticeNoise4(tables, p.x, p.y, p.z, p.w, kPeriod); },
+        [](const Point& p) {
+            return nezaiva::latticeNoise4(currentNoiseTables, p.x, p.y, p.z, p.w, kPeriod);
+        },
         [table](const Point& p) { return plain::lattice4(table, p.x, p.y, p.z, p.w, kPeriod); });
 }
 
@@ -83,9 +86,7 @@ void registerGradient()
     const plain::GradientTables& tables = plainGradients();
     compare(
         "PerlinNoise::noise", [](const Point& p) { return noise.noise(params, p.x, p.y, p.z); },
-        [&tables](const Point& p) {
-            return plain::gradientNoise(tables, narrow(p.x), narrow(p.y), narrow(p.z));
-        });
+        [](const Point& p) { return plain::gradientNoise(tables, narrow(p.x), narrow(p.y), narrow(p.z)); });
 }
 
 } // namespace

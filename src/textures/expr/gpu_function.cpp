@@ -4,7 +4,6 @@
 #include "textures/expr/gpu_expr_evaluator.h"
 #include "textures_private/texmaya_private/noises/cell_index.h"
 
-#include <charconv>
 #include <cstddef>
 #include <string_view>
 
