@@ -86,7 +86,9 @@ void registerGradient()
     const plain::GradientTables& tables = plainGradients();
     compare(
         "PerlinNoise::noise", [](const Point& p) { return noise.noise(params, p.x, p.y, p.z); },
-        [](const Point& p) { return plain::gradientNoise(tables, narrow(p.x), narrow(p.y), narrow(p.z)); });
+        [&tables](const Point& p) {
+            return plain::gradientNoise(tables, narrow(p.x), narrow(p.y), narrow(p.z));
+        });
 }
 
 } // namespace
