@@ -38,10 +38,10 @@ std::string filledIn(std::string_view pattern, std::string_view name, std::strin
 
 void declareSource(OUtils::OmbrixParameterListDesc& parameters)
 {
-    parameters.addParamString(
-        kSourceParameter, "", -1,
-        "The GPU text, {name} and {tag} replaced; unset, the value as a constant; null, none",
-        kNullableMetadata);
+    parameters.addParamString(kSourceParameter, "", -1,
+                              "The GPU text, {name} and {tag} replaced; unset, the value of a color or a "
+                              "float as a constant; null, none",
+                              kNullableMetadata);
 }
 
 SourceKind sourceKindOf(OUtils::OmbrixParameterList& list)

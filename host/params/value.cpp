@@ -1,6 +1,7 @@
 #include "host/params/value.h"
 
 #include <algorithm>
+#include <cmath>
 #include <type_traits>
 
 namespace ombrix {
@@ -11,7 +12,12 @@ template <class Number>
 Number mix(Number a, Number b, double weight)
 {
     if (a == b) return a;
+    if (weight <= 0.0) return a;
+    if (weight >= 1.0) return b;
     const double from = static_cast<double>(a), to = static_cast<double>(b);
+    // The difference from an infinity and back would be no number.
+    if (!std::isfinite(from) || !std::isfinite(to))
+        return static_cast<Number>(from * (1.0 - weight) + to * weight);
     return static_cast<Number>(from + (to - from) * weight);
 }
 

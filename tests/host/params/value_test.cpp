@@ -91,6 +91,18 @@ TEST(SampleAt, EndsAndEqualValuesAreExact)
     EXPECT_EQ(at<float>(animated({0, 1}, {std::nanf(""), 1.0f}), 1.0), 1.0f);
 }
 
+TEST(SampleAt, AnInfinityReachesUpToTheOtherTime)
+{
+    const float infinity = std::numeric_limits<float>::infinity();
+    const ParameterValue fading = animated({0, 2}, {infinity, 1.0f});
+    EXPECT_EQ(at<float>(fading, 1.0), infinity);
+    EXPECT_EQ(at<float>(fading, 2.0), 1.0f);
+    const ParameterValue growing = animated({0, 2}, {1.0f, -infinity});
+    EXPECT_EQ(at<float>(growing, 0.0), 1.0f);
+    EXPECT_EQ(at<float>(growing, 0.5), -infinity);
+    EXPECT_TRUE(std::isnan(at<float>(animated({0, 2}, {infinity, -infinity}), 1.0)));
+}
+
 TEST(SampleAt, ListsOfEqualLengthInterpolateTheOthersHold)
 {
     const ParameterValue equal{{0, 2}, {{1.0f, 2.0f}, {3.0f, 6.0f}}};
