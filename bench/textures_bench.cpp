@@ -8,7 +8,7 @@
 #include "plugin_frame/noise_interface.h"
 #include "support/mapped_inputs.h"
 #include "textures_private/texmaya_private/noises/simplex_noise.h"
-#include "textures_private/texmaya_private/noises/volume_noise.h"
+#include "textures_private/texmaya_private/noises/volume_placement.h"
 #include "textures_private/texmaya_private/tex_Maya/place2d.h"
 
 #include <benchmark/benchmark.h>
@@ -40,6 +40,25 @@ public:
         *result = Transform{};
         result->offset = context.referencePoint;
         return 1;
+    }
+};
+
+// The coordinates are the position, with the least work that a generator can have.
+class PositionGenerator final : public support::TestGenerator {
+public:
+    int evalUVW(const OmbrixContext& context, UVWSample* result) override
+    {
+        const Vector& p = context.shadePoint;
+        result->uvw = {p.x, p.y, p.z, 0.0f};
+        return 1;
+    }
+    int evalUVWDerivs(const OmbrixContext& context, UVWSample* result) override
+    {
+        const Vector& du = context.positionDiffU;
+        const Vector& dv = context.positionDiffV;
+        result->du = {du.x, du.y, du.z, 0.0f};
+        result->dv = {dv.x, dv.y, dv.z, 0.0f};
+        return evalUVW(context, result);
     }
 };
 
@@ -240,7 +259,10 @@ void comparePlace(Node& place)
 }
 
 #ifdef NEZAIVA_LIBNOISE
-void comparePeer()
+// Both are asked for three octaves at the position. The texture does what its peer does not: a memo, a
+// generator's coordinates with derivatives, twelve inputs that could be textures, two colours and the
+// post-processing.
+void comparePeer(TextureInterface* color)
 {
     static const auto peer = [] {
         auto made = std::make_unique<noise::module::Perlin>();
@@ -253,7 +275,17 @@ void comparePeer()
         benchmark::DoNotOptimize(
             peer->GetValue(static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z)));
     });
-    ratios.push_back({"peer over perlin", "perlin, peer", "perlin/texture", 2.0, false});
+    measure("perlin, kernel at the position", [](const OmbrixContext& context) {
+        const Vector& p = context.shadePoint;
+        benchmark::DoNotOptimize(perlinAt({p.x, p.y, p.z, 0.0f}));
+    });
+    measure("perlin, at the position", [color](const OmbrixContext& context) {
+        AColor result;
+        benchmark::DoNotOptimize(color->evalColor(&result, context));
+        benchmark::DoNotOptimize(result);
+    });
+    ratios.push_back({"peer over perlin", "perlin, peer", "perlin, at the position", 2.0, false});
+    ratios.push_back({"peer over placed perlin", "perlin, peer", "perlin/texture", 1.0, false});
 }
 #endif
 
@@ -295,7 +327,11 @@ int main(int argc, char** argv)
     textures.back()->put("scale", 4.0f);
     compareTexture("simplex", *textures.back(), place, simplexAt);
 #ifdef NEZAIVA_LIBNOISE
-    comparePeer();
+    static PositionGenerator atPosition;
+    textures.push_back(std::make_unique<Node>("TexNoiseMaya"));
+    textures.back()->connect("uvwgen", atPosition);
+    textures.back()->put("noise_type", 0);
+    comparePeer(textures.back()->texture());
 #endif
 
     RatioReporter reporter;

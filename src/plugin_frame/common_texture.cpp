@@ -173,6 +173,11 @@ void CommonTexture::invertChannels(AColor& color) const
     if (invert_alpha) color.a = inverted(color.a);
 }
 
+bool CommonTexture::isAdjusted() const
+{
+    return color_mult || color_offset || alpha_mult || alpha_offset || alpha_from_intensity || invert;
+}
+
 // The two applications differ in the order: Maya's textures invert and take their alpha before gain and
 // offset, those of Max after them.
 void CommonTexture::postProcess(AColor& color, const OmbrixContext& context) const
@@ -231,7 +236,7 @@ AColor* CommonTexture::evalColor(AColor* result, const OmbrixContext& context)
         if (invert) *result = {-result->r, -result->g, -result->b, result->a};
         return result;
     }
-    postProcess(*result, context);
+    if (isAdjusted()) postProcess(*result, context);
     if (entry) {
         entry->sampleStamp = context.sampleStamp;
         entry->color = *result;

@@ -85,6 +85,8 @@ protected:
     double frameTime = 0.0; // of the latest frame
 
 private:
+    // Whether the post-processing does anything.
+    bool isAdjusted() const;
     void postProcess(AColor& color, const OmbrixContext& context) const;
     void invertChannels(AColor& color) const;
 };

@@ -4,60 +4,70 @@ namespace nezaiva {
 
 namespace {
 
-void readFloat(TextureFloatInterface* input, const OmbrixContext& context, float& value)
+inline void readFloat(TextureFloatInterface* input, const OmbrixContext& context, float& value)
 {
     if (input) value = input->evalFloat(context);
 }
 
-VolumePoint readPoint(TextureInterface& input, const OmbrixContext& context)
+inline bool readPoint(TextureInterface* input, const OmbrixContext& context, VolumePoint& value)
 {
+    if (!input) return false;
     AColor color;
-    input.evalColor(&color, context);
-    return {color.r, color.g, color.b};
+    input->evalColor(&color, context);
+    value = {color.r, color.g, color.b};
+    return true;
+}
+
+// The numbers of a placement, each read from its input when it is wanted.
+struct PlacementInputs {
+    const MayaVolumeTexture& texture;
+    const OmbrixContext& context;
+    float (*factorOf)(float); // what the class makes of a connected frequency
+    float unsetFactor;
+
+    float readImplode() const
+    {
+        float value = 0.0f;
+        readFloat(texture.implode, context, value);
+        return value;
+    }
+    float readFrequencyFactor() const
+    {
+        return texture.frequency ? factorOf(texture.frequency->evalFloat(context)) : unsetFactor;
+    }
+    bool readImplodeCenter(VolumePoint& value) const
+    {
+        return readPoint(texture.implodeCenter, context, value);
+    }
+    bool readScale(VolumePoint& value) const { return readPoint(texture.scale, context, value); }
+    bool readOrigin(VolumePoint& value) const { return readPoint(texture.origin, context, value); }
+};
+
+inline PlacementInputs perlinPlacement(const MayaVolumeTexture& texture, const OmbrixContext& context)
+{
+    return {texture, context, perlinFrequencyFactor, kPerlinUnsetFrequencyFactor};
+}
+inline PlacementInputs billowPlacement(const MayaVolumeTexture& texture, const OmbrixContext& context)
+{
+    return {texture, context, billowFrequencyFactor, kBillowUnsetFrequencyFactor};
+}
+inline PlacementInputs cosinePlacement(const MayaVolumeTexture& texture, const OmbrixContext& context)
+{
+    return {texture, context, cosineFrequencyFactor, kCosineUnsetFrequencyFactor};
+}
+
+// Fills a record where it stands: one that is copied has to wait for its parts. Amplitude and threshold
+// follow in an order of the class's own.
+inline void readFractal(const MayaVolumeTexture& texture, const OmbrixContext& context,
+                        VolumeFractal& fractal)
+{
+    readFloat(texture.frequencyRatio, context, fractal.frequencyRatio);
+    readFloat(texture.ratio, context, fractal.ratio);
+    fractal.depthMax = texture.depthMax;
+    fractal.inflection = texture.inflection;
 }
 
 } // namespace
-
-VolumePlacement MayaVolumeTexture::readPlacement(const OmbrixContext& context, float (*factorOf)(float),
-                                                 float unsetFactor) const
-{
-    VolumePlacement placement;
-    readFloat(implode, context, placement.implode);
-    if (implodeCenter && usesImplodeCenter(placement.implode)) {
-        placement.hasImplodeCenter = true;
-        placement.implodeCenter = readPoint(*implodeCenter, context);
-    }
-    placement.frequencyFactor = frequency ? factorOf(frequency->evalFloat(context)) : unsetFactor;
-    if (scale) {
-        placement.hasScale = true;
-        placement.scale = readPoint(*scale, context);
-    }
-    if (origin) {
-        placement.hasOrigin = true;
-        placement.origin = readPoint(*origin, context);
-    }
-    return placement;
-}
-
-VolumeFractal MayaVolumeTexture::readFractal(const OmbrixContext& context) const
-{
-    VolumeFractal fractal;
-    readFloat(frequencyRatio, context, fractal.frequencyRatio);
-    readFloat(ratio, context, fractal.ratio);
-    fractal.depthMax = depthMax;
-    fractal.inflection = inflection;
-    return fractal;
-}
-
-void MayaVolumeTexture::readAmplitude(const OmbrixContext& context, VolumeFractal& fractal) const
-{
-    readFloat(amplitude, context, fractal.amplitude);
-}
-
-void MayaVolumeTexture::readThreshold(const OmbrixContext& context, VolumeFractal& fractal) const
-{
-    readFloat(threshold, context, fractal.threshold);
-}
 
 PerlinVolume MayaPerlinTexture::settings() const
 {
@@ -69,27 +79,25 @@ PerlinVolume MayaPerlinTexture::settings() const
     return noise;
 }
 
+PerlinVolume MayaPerlinTexture::read(const OmbrixContext& context) const
+{
+    PerlinVolume noise = settings();
+    readFractal(*this, context, noise.fractal);
+    readFloat(amplitude, context, noise.fractal.amplitude);
+    readFloat(threshold, context, noise.fractal.threshold);
+    return noise;
+}
+
 float MayaPerlinTexture::eval3d(const OmbrixContext& context, float x, float y, float z, float time) const
 {
-    const VolumePlacement placement =
-        readPlacement(context, perlinFrequencyFactor, kPerlinUnsetFrequencyFactor);
-    PerlinVolume noise = settings();
-    noise.fractal = readFractal(context);
-    readAmplitude(context, noise.fractal);
-    readThreshold(context, noise.fractal);
-    return evalPerlin3d(noise, placeVolumePoint3d(placement, {x, y, z}), time);
+    const VolumePoint point = placeVolumePoint3d(perlinPlacement(*this, context), {x, y, z});
+    return evalPerlin3d(read(context), point, time);
 }
 
 float MayaPerlinTexture::eval2d(const OmbrixContext& context, float x, float y, float time) const
 {
-    const VolumePlacement placement =
-        readPlacement(context, perlinFrequencyFactor, kPerlinUnsetFrequencyFactor);
-    PerlinVolume noise = settings();
-    noise.fractal = readFractal(context);
-    readAmplitude(context, noise.fractal);
-    readThreshold(context, noise.fractal);
-    const VolumePoint point = placeVolumePoint2d(placement, {x, y, 0.0f});
-    return evalPerlin2d(noise, point.x, point.y, time);
+    const VolumePoint point = placeVolumePoint2d(perlinPlacement(*this, context), {x, y, 0.0f});
+    return evalPerlin2d(read(context), point.x, point.y, time);
 }
 
 float MayaPerlinTexture::noise3d(float x, float y, float z, float time, int level) const
@@ -116,56 +124,48 @@ float MayaSpaceTimeTexture::noise2d(float x, float y, float time, int level) con
 BillowVolume MayaBillowTexture::read(const OmbrixContext& context) const
 {
     BillowVolume noise;
-    noise.fractal = readFractal(context);
+    readFractal(*this, context, noise.fractal);
     readFloat(density, context, noise.density);
     readFloat(spottyness, context, noise.spottyness);
     readFloat(randomness, context, noise.randomness);
     readFloat(sizeRand, context, noise.sizeRand);
-    readThreshold(context, noise.fractal);
-    readAmplitude(context, noise.fractal);
+    readFloat(threshold, context, noise.fractal.threshold);
+    readFloat(amplitude, context, noise.fractal.amplitude);
     noise.falloff = falloff;
     return noise;
 }
 
 float MayaBillowTexture::eval3d(const OmbrixContext& context, float x, float y, float z, float time) const
 {
-    const VolumePlacement placement =
-        readPlacement(context, billowFrequencyFactor, kBillowUnsetFrequencyFactor);
-    const BillowVolume noise = read(context);
-    return evalBillow3d(noise, placeVolumePoint3d(placement, {x, y, z}), time);
+    const VolumePoint point = placeVolumePoint3d(billowPlacement(*this, context), {x, y, z});
+    return evalBillow3d(read(context), point, time);
 }
 
 float MayaBillowTexture::eval2d(const OmbrixContext& context, float x, float y, float time) const
 {
-    const VolumePlacement placement =
-        readPlacement(context, billowFrequencyFactor, kBillowUnsetFrequencyFactor);
-    const BillowVolume noise = read(context);
-    const VolumePoint point = placeVolumePoint2d(placement, {x, y, 0.0f});
-    return evalBillow2d(noise, point.x, point.y, time);
+    const VolumePoint point = placeVolumePoint2d(billowPlacement(*this, context), {x, y, 0.0f});
+    return evalBillow2d(read(context), point.x, point.y, time);
 }
 
 float MayaCosineTexture::eval3d(const OmbrixContext& context, float x, float y, float z, float time) const
 {
-    const VolumePlacement placement =
-        readPlacement(context, cosineFrequencyFactor, kCosineUnsetFrequencyFactor);
+    const VolumePoint point = placeVolumePoint3d(cosinePlacement(*this, context), {x, y, z});
     CosineVolume noise;
-    noise.fractal = readFractal(context);
-    readThreshold(context, noise.fractal);
-    readAmplitude(context, noise.fractal);
+    readFractal(*this, context, noise.fractal);
+    readFloat(threshold, context, noise.fractal.threshold);
+    readFloat(amplitude, context, noise.fractal.amplitude);
     noise.numWaves = numWaves;
-    return evalCosine3d(noise, placeVolumePoint3d(placement, {x, y, z}), time);
+    return evalCosine3d(noise, point, time);
 }
 
 float MayaCosineTexture::eval2d(const OmbrixContext& context, float x, float y, float time) const
 {
-    const VolumePlacement placement =
-        readPlacement(context, cosineFrequencyFactor, kCosineUnsetFrequencyFactor);
+    const VolumePoint point = placeVolumePoint2d(cosinePlacement(*this, context), {x, y, 0.0f});
     CosineVolume noise;
-    noise.fractal = readFractal(context);
-    readAmplitude(context, noise.fractal);
-    readThreshold(context, noise.fractal);
+    readFractal(*this, context, noise.fractal);
+    readFloat(amplitude, context, noise.fractal.amplitude);
+    readFloat(threshold, context, noise.fractal.threshold);
     noise.numWaves = numWaves;
-    const VolumePoint point = placeVolumePoint2d(placement, {x, y, 0.0f});
     return evalCosine2d(noise, point.x, point.y, time);
 }
 

@@ -5,7 +5,7 @@
 // own nothing, are filled outside rendering, and evaluate on any thread at once.
 #pragma once
 
-#include "textures_private/texmaya_private/noises/volume_noise.h"
+#include "textures_private/texmaya_private/noises/volume_placement.h"
 
 #include <ombrix/texture_interfaces.h>
 
@@ -30,15 +30,6 @@ public:
     TextureInterface* origin = nullptr;              // added to the point
     int depthMax = 0;                                // number of octaves
     bool inflection = false;
-
-protected:
-    // Reads the inputs of the placement. factorOf turns a connected frequency into the noise's factor.
-    VolumePlacement readPlacement(const OmbrixContext& context, float (*factorOf)(float),
-                                  float unsetFactor) const;
-    // Reads the ratios; amplitude and threshold follow in an order of the class's own.
-    VolumeFractal readFractal(const OmbrixContext& context) const;
-    void readAmplitude(const OmbrixContext& context, VolumeFractal& fractal) const;
-    void readThreshold(const OmbrixContext& context, VolumeFractal& fractal) const;
 };
 
 class MayaPerlinTexture : public MayaVolumeTexture {
@@ -55,6 +46,7 @@ public:
 
 protected:
     PerlinVolume settings() const;
+    PerlinVolume read(const OmbrixContext& context) const;
 
     bool spaceTime = false;
 };

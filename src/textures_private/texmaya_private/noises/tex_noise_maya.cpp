@@ -167,6 +167,13 @@ public:
         return result;
     }
 
+    // No noise knows a footprint, so none is computed.
+    AColor* evalTextureFiltered(AColor* result, const OmbrixContext& context, const UVWSample& sample,
+                                const Vector4& /*du*/, const Vector4& /*dv*/) override
+    {
+        return evalTexture(result, context, sample);
+    }
+
     void getTextureBounds(AColor* lower, AColor* upper) override
     {
         Color lower1, upper1, lower2, upper2;

@@ -1,4 +1,4 @@
-// Placement, and the choice between the kernels of the two instruction sets.
+// The choice between the kernels of the two instruction sets.
 
 #include "volume_noise.h"
 
@@ -6,19 +6,9 @@
 #include "simd_dispatch.h"
 #include "volume_kernels.h"
 
-#include <cmath>
-
 namespace nezaiva {
 
 namespace {
-
-constexpr float kSmallestImplode = 1e-6f;
-constexpr float kZeroScale = 1e-6f; // what a zero component of the scale counts as
-
-float divisor(float scale)
-{
-    return scale == 0.0f ? kZeroScale : scale;
-}
 
 // Made at the first evaluation, because static initialisers could come before the choice of the
 // random table.
@@ -34,55 +24,6 @@ double wide(float value)
 }
 
 } // namespace
-
-bool usesImplodeCenter(float implode)
-{
-    return std::fabs(implode) > kSmallestImplode;
-}
-
-VolumePoint placeVolumePoint3d(const VolumePlacement& placement, VolumePoint point)
-{
-    if (usesImplodeCenter(placement.implode) && placement.hasImplodeCenter) {
-        const VolumePoint& c = placement.implodeCenter;
-        const VolumePoint d{point.x - c.x, point.y - c.y, point.z - c.z};
-        const float k = std::pow(std::sqrt(d.x * d.x + d.y * d.y + d.z * d.z), -placement.implode);
-        point = {d.x * k + c.x, d.y * k + c.y, d.z * k + c.z};
-    }
-    const float f = placement.frequencyFactor;
-    point = {point.x * f, point.y * f, point.z * f};
-    if (placement.hasScale) {
-        const VolumePoint& s = placement.scale;
-        point = {point.x / divisor(s.x), point.y / divisor(s.y), point.z / divisor(s.z)};
-    }
-    if (placement.hasOrigin) {
-        const VolumePoint& o = placement.origin;
-        point = {point.x + o.x, point.y + o.y, point.z + o.z};
-    }
-    return point;
-}
-
-VolumePoint placeVolumePoint2d(const VolumePlacement& placement, VolumePoint point)
-{
-    if (usesImplodeCenter(placement.implode) && placement.hasImplodeCenter) {
-        const VolumePoint& c = placement.implodeCenter;
-        const float dx = point.x - c.x;
-        const float dy = point.y - c.y;
-        const float k = std::pow(std::sqrt(dx * dx + dy * dy), -placement.implode);
-        point.x = dx * k + c.x;
-        point.y = dy * k + c.y;
-    }
-    point.x *= placement.frequencyFactor;
-    point.y *= placement.frequencyFactor;
-    if (placement.hasScale) {
-        point.x /= divisor(placement.scale.x);
-        point.y /= divisor(placement.scale.y);
-    }
-    if (placement.hasOrigin) {
-        point.x += placement.origin.x;
-        point.y += placement.origin.y;
-    }
-    return point;
-}
 
 float evalPerlin3d(const PerlinVolume& noise, const VolumePoint& point, float time)
 {

@@ -13,7 +13,7 @@
 //   cosine 2D          amplitude, threshold
 //
 // The defaults of the records are what an input that is not set reads as. The factor of the
-// frequency is the exception: see the constants beside perlinFrequencyFactor.
+// frequency is the exception: see the constants of volume_placement.h, which places the point.
 //
 // All arithmetic is single precision, each operation rounded, and every instruction set gives the
 // same bits. All functions are pure, may be called from any thread and never allocate. No value of
@@ -29,43 +29,6 @@ struct VolumePoint {
     float y;
     float z;
 };
-
-// Where a point lies in the noise: the concentric warp, then frequency, scale and origin.
-struct VolumePlacement {
-    float implode = 0.0f;
-    bool hasImplodeCenter = false;
-    bool hasScale = false;
-    bool hasOrigin = false;
-    VolumePoint implodeCenter{0.0f, 0.0f, 0.0f};
-    float frequencyFactor = 0.5f;
-    VolumePoint scale{1.0f, 1.0f, 1.0f};
-    VolumePoint origin{0.0f, 0.0f, 0.0f};
-};
-
-// The factor of a class from the value of its frequency texture, and the factor without a texture,
-// which is not the factor of any default value.
-constexpr float perlinFrequencyFactor(float frequency)
-{
-    return frequency * 0.0625f;
-}
-constexpr float billowFrequencyFactor(float frequency)
-{
-    return frequency / 20.0f;
-}
-constexpr float cosineFrequencyFactor(float frequency)
-{
-    return frequency;
-}
-inline constexpr float kPerlinUnsetFrequencyFactor = 0.5f;
-inline constexpr float kBillowUnsetFrequencyFactor = 0.4f;
-inline constexpr float kCosineUnsetFrequencyFactor = 8.0f;
-
-// Whether the centre of the warp is read at all. False for a NaN.
-bool usesImplodeCenter(float implode);
-
-// The placed point. placeVolumePoint2d leaves z alone, and the warp ignores it.
-VolumePoint placeVolumePoint3d(const VolumePlacement& placement, VolumePoint point);
-VolumePoint placeVolumePoint2d(const VolumePlacement& placement, VolumePoint point);
 
 // What all generators share. A frequencyRatio of 0 or less counts as 1; a depthMax of 0 or less
 // runs no octave.

@@ -2,7 +2,7 @@
 
 #include "support/tolerances.h"
 #include "textures_private/texmaya_private/noises/random_tables.h"
-#include "textures_private/texmaya_private/noises/volume_noise.h"
+#include "textures_private/texmaya_private/noises/volume_placement.h"
 #include "textures_private/texmaya_private/noises/volume_tables.h"
 #include "textures_private/texmaya_private/noises/volume_trig.h"
 
