@@ -15,19 +15,32 @@ constexpr float kSmallestScale = 0.0001f;
 constexpr int kLanes = 4;
 
 // The points of an octave do not depend on the noise of the one before, so that four octaves are
-// evaluated together, one in each lane.
-struct alignas(16) OctaveBlock {
-    float x[kLanes] = {};
-    float y[kLanes] = {};
-    float noise[kLanes];
-
-    void evaluate()
+// evaluated together, one in each lane. The points come in through the last lane and push the others
+// down: gathered in memory, the registers would have to wait for the stores.
+class OctaveBlock {
+public:
+    void add(float pointX, float pointY)
     {
-        if (hasAvx2())
-            simplexNoiseFourAvx2(x, y, noise);
-        else
-            _mm_store_ps(noise, simplexFour(_mm_load_ps(x), _mm_load_ps(y)));
+        x = pushed(x, pointX);
+        y = pushed(y, pointY);
     }
+    // The noise of the points added, in their order. To be called once.
+    const float* evaluate(int added)
+    {
+        _mm_store_ps(noise, hasAvx2() ? simplexNoiseFourAvx2(x, y) : simplexFour(x, y));
+        return noise + (kLanes - added);
+    }
+
+private:
+    static __m128 pushed(__m128 lanes, float last)
+    {
+        const __m128 replaced = _mm_move_ss(lanes, _mm_set_ss(last));
+        return _mm_shuffle_ps(replaced, replaced, _MM_SHUFFLE(0, 3, 2, 1));
+    }
+
+    __m128 x = _mm_setzero_ps();
+    __m128 y = _mm_setzero_ps();
+    alignas(16) float noise[kLanes];
 };
 
 // powf without the call where every argument gives 1, which the usual parameters often hit.
@@ -40,6 +53,25 @@ float clampToUnit(float value)
 {
     return value > 0.0f ? (value < 1.0f ? value : 1.0f) : 0.0f;
 }
+
+// power with one exponent, kept from base to base: the usual frequency ratio of 1 never changes it.
+class KeptPower {
+public:
+    explicit KeptPower(float exponent) : m_exponent(exponent) {}
+    float of(float base)
+    {
+        if (base != m_base) {
+            m_base = base;
+            m_power = power(base, m_exponent);
+        }
+        return m_power;
+    }
+
+private:
+    float m_exponent;
+    float m_base = 1.0f;
+    float m_power = 1.0f;
+};
 
 // The distortion of the octaves, one after the other.
 class Distortion {
@@ -76,30 +108,29 @@ float simplexFractal(float x, float y, const SimplexOctaves& octaves)
 {
     const std::int64_t terms = static_cast<std::int64_t>(octaves.octaves) + 1;
     Distortion distortion(octaves);
-    float amplitude = octaves.amplitude;
     float frequency = octaves.frequency;
+    float amplitude = octaves.amplitude;
+    float base = octaves.frequency;
     float sum = 0.0f;
     for (std::int64_t first = 0; first < terms; first += kLanes) {
         const int length = blockLength(terms - first);
         OctaveBlock block;
-        float amplitudes[kLanes];
-        float powers[kLanes];
         for (int lane = 0; lane < length; ++lane) {
             distortion.next();
-            block.x[lane] = x + distortion.u();
-            block.y[lane] = y + distortion.v();
-            amplitudes[lane] = amplitude;
-            powers[lane] = power(frequency, -amplitude * static_cast<float>(first + lane));
+            block.add(x + distortion.u(), y + distortion.v());
             // Kept as is: the axes swap from octave to octave.
             const float swapped = y * frequency - 0.02f;
             y = 0.3f + x * frequency;
             x = swapped;
-            amplitude *= octaves.ratio;
             frequency *= octaves.frequencyRatio;
         }
-        block.evaluate();
-        for (int lane = 0; lane < length; ++lane)
-            sum += block.noise[lane] * amplitudes[lane] * powers[lane];
+        const float* noise = block.evaluate(length);
+        for (int lane = 0; lane < length; ++lane) {
+            const float weight = power(base, -amplitude * static_cast<float>(first + lane));
+            sum += noise[lane] * amplitude * weight;
+            amplitude *= octaves.ratio;
+            base *= octaves.frequencyRatio;
+        }
     }
     return 0.5f + sum * 0.5f;
 }
@@ -108,37 +139,36 @@ float simplexRidged(float x, float y, const SimplexOctaves& octaves)
 {
     const std::int64_t terms = octaves.octaves > 1 ? octaves.octaves : 1;
     Distortion distortion(octaves);
+    KeptPower falloff(-octaves.ratio);
     float frequency = octaves.frequency;
+    float base = octaves.frequency;
     float signal = 0.0f;
     float sum = 0.0f;
     for (std::int64_t first = 0; first < terms; first += kLanes) {
         const int length = blockLength(terms - first);
         OctaveBlock block;
-        float gains[kLanes];
         for (int lane = 0; lane < length; ++lane) {
             if (first + lane == 0) { // the first term: no distortion, no scaling, no gain
-                block.x[0] = x;
-                block.y[0] = y;
+                block.add(x, y);
                 continue;
             }
             x *= frequency;
             y *= frequency;
             distortion.next();
-            block.x[lane] = x + distortion.u();
-            block.y[lane] = y + distortion.v();
-            gains[lane] = power(frequency, -octaves.ratio) * octaves.amplitude;
+            block.add(x + distortion.u(), y + distortion.v());
             frequency *= octaves.frequencyRatio;
         }
-        block.evaluate();
+        const float* noise = block.evaluate(length);
         for (int lane = 0; lane < length; ++lane) {
-            const float q = 1.0f - std::fabs(block.noise[lane]);
+            const float q = 1.0f - std::fabs(noise[lane]);
             if (first + lane == 0) {
                 signal = q * q;
                 sum = signal;
-            } else {
-                signal = clampToUnit(signal * octaves.frequencyRatio) * (q * q);
-                sum += gains[lane] * signal;
+                continue;
             }
+            signal = clampToUnit(signal * octaves.frequencyRatio) * (q * q);
+            sum += falloff.of(base) * octaves.amplitude * signal;
+            base *= octaves.frequencyRatio;
         }
     }
     return 0.5f + sum * 0.5f;

@@ -11,9 +11,9 @@ float simplexNoiseAvx2(float x, float y)
     return simplexOne(x, y);
 }
 
-void simplexNoiseFourAvx2(const float* x, const float* y, float* noise)
+__m128 simplexNoiseFourAvx2(__m128 x, __m128 y)
 {
-    _mm_store_ps(noise, simplexFour(_mm_load_ps(x), _mm_load_ps(y)));
+    return simplexFour(x, y);
 }
 
 float simplexCellularAvx2(float x, float y, float frequency)

@@ -1,10 +1,12 @@
 // Simplex noise for processors with AVX2; called through simplex_noise.h only.
 #pragma once
 
+#include <xmmintrin.h>
+
 namespace nezaiva {
 
 float simplexNoiseAvx2(float x, float y);
-void simplexNoiseFourAvx2(const float* x, const float* y, float* noise); // arrays of four, aligned to 16
-float simplexCellularAvx2(float x, float y, float frequency);            // without the amplitude
+__m128 simplexNoiseFourAvx2(__m128 x, __m128 y);              // of four points
+float simplexCellularAvx2(float x, float y, float frequency); // without the amplitude
 
 } // namespace nezaiva
