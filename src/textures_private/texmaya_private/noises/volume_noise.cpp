@@ -6,16 +6,28 @@
 #include "simd_dispatch.h"
 #include "volume_kernels.h"
 
+#include <atomic>
+
 namespace nezaiva {
 
 namespace {
 
-// Made at the first evaluation, because static initialisers could come before the choice of the
-// random table.
-const VolumeTables& volumeTables()
+std::atomic<const VolumeTables*> readyTables{nullptr};
+
+// Kept out of the evaluations, which would save and restore registers for it at every sample.
+[[gnu::noinline, gnu::cold]] const VolumeTables& makeTablesOnce()
 {
     static const VolumeTables& tables = makeVolumeTables();
+    readyTables.store(&tables, std::memory_order_release);
     return tables;
+}
+
+// Made at the first evaluation, because static initialisers could come before the choice of the
+// random table.
+inline const VolumeTables& volumeTables()
+{
+    const VolumeTables* tables = readyTables.load(std::memory_order_acquire);
+    return tables ? *tables : makeTablesOnce();
 }
 
 double wide(float value)
