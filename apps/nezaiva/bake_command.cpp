@@ -5,6 +5,7 @@
 #include "host/bake/bake.h"
 #include "host/image/image.h"
 #include "host/log/log.h"
+#include "host/renderer/setting_limits.h"
 
 #include <fmt/format.h>
 
@@ -96,13 +97,10 @@ void addBakeCommand(CLI::App& app, CommandLine& commandLine)
         ->required()
         ->type_name("FILE");
     command->add_option("--size", options->size, "Pixels on a side; else bake_size of the scene")
-        ->check(CLI::Range(1, kMaxBakeSize))
+        ->check(CLI::Range(1, kLargestBakeSize))
         ->type_name("N");
-    command->add_option("--frame", options->frame, "The frame; else that of the scene")->type_name("F");
-    command
-        ->add_option("--threads", options->threads, "Threads, 0 for all processors; else those of the scene")
-        ->check(CLI::Range(0, 1024))
-        ->type_name("N");
+    addFrameOption(*command, options->frame);
+    addThreadsOption(*command, options->threads);
     command->add_flag("--no-alpha", options->withoutAlpha, "Leave out the alpha of a color texture");
     command->footer(kFooter);
     command->callback([&commandLine, options] { bake(commandLine, *options); });

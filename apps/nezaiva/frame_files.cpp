@@ -1,5 +1,7 @@
 #include "apps/nezaiva/frame_files.h"
 
+#include "host/renderer/setting_limits.h"
+
 #include <fmt/format.h>
 
 #include <charconv>
@@ -64,8 +66,8 @@ std::optional<PictureSize> parsePictureSize(const std::string& text)
     const std::size_t cross = text.find_first_of("xX");
     if (cross == std::string::npos) return {};
     const auto width = wholeNumber(text.substr(0, cross)), height = wholeNumber(text.substr(cross + 1));
-    if (!width || !height || *width < 1 || *height < 1 || *width > kMaxPictureSide ||
-        *height > kMaxPictureSide)
+    if (!width || !height || *width < 1 || *height < 1 || *width > ombrix::kLargestPictureSide ||
+        *height > ombrix::kLargestPictureSide)
         return {};
     return PictureSize{*width, *height};
 }

@@ -17,10 +17,7 @@ struct PictureSize {
     int width = 0, height = 0;
 };
 
-// The most pixels that a picture can have on a side.
-inline constexpr int kMaxPictureSide = 32768;
-
-// Reads "WxH", each 1 to kMaxPictureSide.
+// Reads "WxH", each 1 to kLargestPictureSide.
 std::optional<PictureSize> parsePictureSize(const std::string& text);
 
 // Whether a file's name has a place for the frame's number: "%d", "%04d" or a run of "#".

@@ -3,8 +3,7 @@
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/session.h"
 #include "host/report/plugin_report.h"
-
-#include <fmt/format.h>
+#include "host/scene/kind_words.h"
 
 #include <memory>
 
@@ -23,13 +22,7 @@ void list(const CommandLine& commandLine, bool json)
 const RegisteredPlugin& findKind(const PluginRegistry& registry, const std::string& type)
 {
     if (const RegisteredPlugin* kind = registry.find(type)) return *kind;
-    std::vector<std::string> names;
-    for (const RegisteredPlugin* kind : registry.all())
-        names.emplace_back(kind->desc->getName());
-    const std::string nearest = nearestName(type, names);
-    throw WrongInput{fmt::format("no plugin kind is named \"{}\"; {}", type,
-                                 nearest.empty() ? "`nezaiva list` shows them all"
-                                                 : fmt::format("did you mean \"{}\"?", nearest))};
+    throw WrongInput{explainUnknownKind(registry, type)};
 }
 
 void describe(const CommandLine& commandLine, const std::string& type, bool json)

@@ -3,6 +3,7 @@
 
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/session.h"
+#include "host/log/log.h"
 #include "host/plugins/registry.h"
 #include "host/report/text_layout.h"
 #include "host/scene/diagnostics.h"
@@ -15,9 +16,9 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <iostream>
 #include <memory>
 #include <new>
+#include <sstream>
 #include <system_error>
 
 namespace {
@@ -69,7 +70,7 @@ void addCommonOptions(CLI::App& app, CommandLine& commandLine)
 
 int fail(ExitCode code, std::string_view message)
 {
-    if (!message.empty()) fmt::print(stderr, "error: {}\n", message);
+    if (!message.empty()) ombrix::writeErrorLine(fmt::format("error: {}", message));
     return code;
 }
 
@@ -108,15 +109,34 @@ int reportWrongCall(const CLI::App& app, const CLI::ParseError& problem)
     return fail(kWrongInput, fmt::format("{}; `{} --help` shows what there is", message, name));
 }
 
-int runCommandLine(CLI::App& app, CommandLine& commandLine, int argumentCount, char** arguments)
+// Reads the call and runs its command, or writes what --help and --version ask for.
+void parseAndRun(CLI::App& app, int argumentCount, char** arguments)
 {
     try {
         app.parse(argumentCount, arguments);
+    } catch (const CLI::Success& request) {
+        std::ostringstream text;
+        app.exit(request, text, text);
+        writeToStandardOutput(text.str());
+    }
+}
+
+// As a program ends that writes where nobody reads: by the signal, without a word.
+int endByBrokenPipe()
+{
+    constexpr int kShellsCodeForSignals = 128;
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+    return kShellsCodeForSignals + SIGPIPE; // where the signal is blocked
+}
+
+int runCommandLine(CLI::App& app, CommandLine& commandLine, int argumentCount, char** arguments)
+{
+    try {
+        parseAndRun(app, argumentCount, arguments);
         return commandLine.exitCode;
-    } catch (const CLI::Success& request) { // --help and --version
-        app.exit(request);
-        std::cout.flush();
-        return std::cout ? kDone : fail(kWorkFailed, "cannot write to standard output");
+    } catch (const ReaderGone&) {
+        return endByBrokenPipe();
     } catch (const CLI::ParseError& problem) {
         return reportWrongCall(app, problem);
     } catch (const WrongInput& problem) {

@@ -28,7 +28,7 @@ constexpr const char* kFooter =
 ProbeFile readProbeFile(const std::string& file, const Scene& scene)
 {
     if (file.empty()) return emptyProbe(scene);
-    Diagnostics diagnostics(file == "-" ? "standard input" : file);
+    Diagnostics diagnostics(shownName(file));
     const std::optional<nlohmann::json> document = parseJsonText(readTextFile(file), diagnostics);
     ProbeFile probe;
     if (document) probe = readProbe(JsonPlace(*document, "", diagnostics), scene);
@@ -45,7 +45,7 @@ void runProbeCommand(CommandLine& commandLine, const ProbeOptions& options)
     loadLibraries(commandLine, registry);
     const std::unique_ptr<Scene> scene = loadScene(options.scene, registry);
     const ProbeFile probe = readProbeFile(options.probe, *scene);
-    Diagnostics diagnostics(options.probe.empty() || options.probe == "-" ? "standard input" : options.probe);
+    Diagnostics diagnostics(shownName(options.probe));
     const ProbeAnswer answer = runProbe(*scene, probe, diagnostics);
     const std::string text = formatJson(answer.json);
     if (options.file.empty())

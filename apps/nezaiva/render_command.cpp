@@ -3,15 +3,17 @@
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/frame_files.h"
 #include "apps/nezaiva/session.h"
-#include "host/geometry/geometry_interfaces.h"
 #include "host/integrator/default_scene.h"
 #include "host/integrator/render.h"
 #include "host/log/log.h"
 #include "host/progress/progress.h"
+#include "host/renderer/setting_limits.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -26,9 +28,6 @@ struct RenderCall {
     std::optional<int> samples, threads;
     std::vector<std::string> layers;
 };
-
-constexpr int kMaxSamples = 1 << 20;
-constexpr std::int64_t kMaxPixels = std::int64_t{1} << 28;
 
 constexpr const char* kFooter =
     "Where nothing is hit the picture is black with alpha 0, unless a DomeLight is visible. EXR keeps values "
@@ -61,43 +60,43 @@ void applySettings(const RenderCall& call, SceneSettings& settings)
         if (!size)
             throw WrongInput{
                 fmt::format("--size: \"{}\" is no size; write WIDTHxHEIGHT, as 640x360, each 1 to {}",
-                            call.size, kMaxPictureSide)};
+                            call.size, kLargestPictureSide)};
         settings.width = size->width;
         settings.height = size->height;
     }
-    const auto wrong = [](const char* what, int value, const char* wanted) {
-        throw WrongInput{fmt::format("{} is {}; it has to be {}", what, value, wanted)};
-    };
-    if (settings.width < 1) wrong("the picture's width", settings.width, "1 or above");
-    if (settings.height < 1) wrong("the picture's height", settings.height, "1 or above");
-    if (settings.samples < 1) wrong("the number of samples", settings.samples, "1 or above");
-    if (static_cast<std::int64_t>(settings.width) * settings.height > kMaxPixels)
-        throw WrongInput{
-            fmt::format("a picture of {} x {} pixels is too large", settings.width, settings.height)};
+    if (static_cast<std::int64_t>(settings.width) * settings.height > kMostPicturePixels)
+        throw WrongInput{fmt::format("a picture of {} x {} pixels is too large; it can have {} pixels",
+                                     settings.width, settings.height, kMostPicturePixels)};
 }
 
 std::vector<double> framesOf(const RenderCall& call, const SceneSettings& settings)
 {
-    if (call.frames.empty()) {
-        const double frame = call.frame.value_or(settings.frame);
-        if (!std::isfinite(frame)) throw WrongInput{"--frame: takes a finite number"};
-        return {frame};
-    }
+    if (call.frames.empty()) return {call.frame.value_or(settings.frame)};
     const std::optional<FrameRange> range = parseFrameRange(call.frames);
     if (!range)
         throw WrongInput{fmt::format("--frames: \"{}\" is no range; write FIRST-LAST, as 1-24", call.frames)};
+    const std::int64_t count = std::int64_t{range->last} - range->first + 1;
+    if (count > kMostFrames)
+        throw WrongInput{fmt::format("--frames: {} are {} frames; one call renders {} at most", call.frames,
+                                     count, kMostFrames)};
     std::vector<double> frames;
     for (std::int64_t frame = range->first; frame <= range->last; ++frame)
         frames.push_back(static_cast<double>(frame));
     return frames;
 }
 
+// The whole frame that a file is named after.
+int frameNumber(double frame)
+{
+    constexpr double kLowest = std::numeric_limits<int>::min(), kHighest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(std::floor(frame), kLowest, kHighest));
+}
+
 std::vector<std::string> filesOf(const RenderCall& call, double frame, Layer layer, std::size_t layerCount)
 {
     std::vector<std::string> files = call.files;
     for (std::string& file : files) {
-        if (!call.frames.empty() || hasFramePattern(file))
-            file = fileOfFrame(file, static_cast<int>(std::floor(frame)));
+        if (!call.frames.empty() || hasFramePattern(file)) file = fileOfFrame(file, frameNumber(frame));
         if (layerCount > 1) file = withNameBeforeExtension(file, layerName(layer));
     }
     return files;
@@ -119,16 +118,6 @@ ImageAttributes attributesOf(const RenderCall& call, const SceneSettings& settin
             fmt::format("length {} centre {} samples {}", settings.motionBlur.shutterLength,
                         settings.motionBlur.shutterCenter, settings.motionBlur.geometrySamples);
     return attributes;
-}
-
-// A mesh or a light that could not be made has told the log; a picture without it would mislead.
-void checkObjects(const Scene& scene)
-{
-    for (const PluginInstance& instance : scene.instances()) {
-        auto* mesh = findInterface<MeshGeometryInterface>(instance.plugin, kMeshGeometryId);
-        auto* light = findInterface<SceneLightInterface>(instance.plugin, kSceneLightId);
-        if ((mesh && !mesh->getMesh()) || (light && light->describe().failed)) throw WrongInput{};
-    }
 }
 
 class FrameRenderer {
@@ -182,7 +171,6 @@ public:
 private:
     RenderStatistics renderInto(Film& film, double frame)
     {
-        checkObjects(scene);
         std::vector<OUtils::PluginBase*> plugins;
         for (const PluginInstance& instance : scene.instances())
             plugins.push_back(instance.plugin);
@@ -234,12 +222,11 @@ void render(const CommandLine& commandLine, const RenderCall& call)
             for (const std::string& file : filesOf(call, frame, layer, layers.size()))
                 checkImageCanBeWritten(file);
 
-    Diagnostics diagnostics(call.scene);
+    Diagnostics diagnostics(shownName(call.scene));
+    checkForPicture(*scene, diagnostics);
     const std::string note = addDefaultObjects(*scene, diagnostics);
-    if (diagnostics.failed()) {
-        diagnostics.print();
-        throw WrongInput{};
-    }
+    diagnostics.print();
+    if (diagnostics.failed()) throw WrongInput{};
     if (!note.empty()) say(OUtils::LogLevel::Warning, note);
 
     const InterruptGuard guard;
@@ -262,18 +249,15 @@ void addRenderCommand(CLI::App& app, CommandLine& commandLine)
         ->allow_extra_args(false)
         ->take_all()
         ->type_name("FILE");
-    CLI::Option* frame = command->add_option("--frame", call->frame, "The frame; else that of the scene");
-    frame->type_name("F");
+    CLI::Option* frame = addFrameOption(*command, call->frame);
     command->add_option("--frames", call->frames, "The frames from A to B, each into a file of its own")
         ->type_name("A-B")
         ->excludes(frame);
     command->add_option("--size", call->size, "Pixels; else width and height of the scene")->type_name("WxH");
     command->add_option("--samples", call->samples, "Samples a pixel; else those of the scene")
-        ->check(CLI::Range(1, kMaxSamples))
+        ->check(CLI::Range(1, kMostSamples))
         ->type_name("N");
-    command->add_option("--threads", call->threads, "Threads, 0 for all processors; else those of the scene")
-        ->check(CLI::Range(0, 1024))
-        ->type_name("N");
+    addThreadsOption(*command, call->threads);
     command
         ->add_option("--aov", call->layers,
                      "What the picture holds: " + layerNames() + ". May be given several times")

@@ -1,12 +1,15 @@
 #include "apps/nezaiva/session.h"
 
 #include "host/log/log.h"
+#include "host/renderer/setting_limits.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <sys/ioctl.h>
 #include <thread>
@@ -28,13 +31,39 @@ void loadLibraries(const CommandLine& commandLine, PluginRegistry& registry)
         registry.loadLibrary(library);
 }
 
+CLI::Option* addFrameOption(CLI::App& command, std::optional<double>& frame)
+{
+    const auto problem = [](const std::string& text) {
+        char* end = nullptr;
+        const double number = std::strtod(text.c_str(), &end);
+        const bool whole = !text.empty() && *end == '\0';
+        if (whole && std::isfinite(number)) return std::string();
+        return fmt::format("\"{}\" is no frame; write a finite number, as 12 or 2.5", text);
+    };
+    return command.add_option("--frame", frame, "The frame; else that of the scene")
+        ->check(CLI::Validator(problem, ""))
+        ->type_name("F");
+}
+
+CLI::Option* addThreadsOption(CLI::App& command, std::optional<int>& threads)
+{
+    return command.add_option("--threads", threads, "Threads, 0 for all processors; else those of the scene")
+        ->check(CLI::Range(0, kMostThreads))
+        ->type_name("N");
+}
+
 std::unique_ptr<Scene> loadScene(const std::string& file, PluginRegistry& registry)
 {
-    Diagnostics diagnostics(file == "-" ? "standard input" : file);
+    Diagnostics diagnostics(shownName(file));
     std::unique_ptr<Scene> scene = Scene::load(file, registry, diagnostics);
     diagnostics.print();
     if (!scene) throw WrongInput{};
     return scene;
+}
+
+std::string shownName(const std::string& file)
+{
+    return file == "-" ? "standard input" : file;
 }
 
 int renderThreads(const SceneSettings& settings)
@@ -56,6 +85,7 @@ void writeToStandardOutput(const std::string& text)
     errno = 0;
     const bool written =
         std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+    if (!written && errno == EPIPE) throw ReaderGone{};
     if (!written) throw WorkError{fmt::format("cannot write to standard output: {}", std::strerror(errno))};
 }
 

@@ -6,6 +6,7 @@
 #include "host/scene/scene.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 // Thrown when the call or a file's contents are wrong; main prints the message as an "error: " line,
@@ -18,9 +19,16 @@ struct WrongInput {
 // Throws LibraryError.
 void loadLibraries(const CommandLine& commandLine, ombrix::PluginRegistry& registry);
 
+// The options that several commands have: --frame, a finite number, and --threads.
+CLI::Option* addFrameOption(CLI::App& command, std::optional<double>& frame);
+CLI::Option* addThreadsOption(CLI::App& command, std::optional<int>& threads);
+
 // Reads a scene and prints its warnings and errors. Never null. Throws WrongInput when the scene holds
 // errors, WorkError when the file cannot be read.
 std::unique_ptr<ombrix::Scene> loadScene(const std::string& file, ombrix::PluginRegistry& registry);
+
+// What messages call a file: its name, "standard input" for "-".
+std::string shownName(const std::string& file);
 
 // settings.threads, or the number of processors for 0.
 int renderThreads(const ombrix::SceneSettings& settings);
@@ -29,7 +37,11 @@ int renderThreads(const ombrix::SceneSettings& settings);
 // name, when the scene has no such plugin or the plugin no such output.
 ombrix::SceneObject findSceneObject(const ombrix::Scene& scene, const std::string& reference);
 
-// Writes data to standard output. Throws WorkError when it does not take it all.
+// Thrown when the reader of standard output has gone away, as in `nezaiva list | head`. main ends the
+// program silently then, as the signal SIGPIPE ends other programs.
+struct ReaderGone {};
+
+// Writes data to standard output. Throws ReaderGone, or WorkError when it does not take it all.
 void writeToStandardOutput(const std::string& text);
 // The columns of the terminal that standard output goes to, within what reads well; 100 without one.
 std::size_t outputColumns();

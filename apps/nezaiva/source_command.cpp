@@ -151,7 +151,7 @@ void addSourceCommand(CLI::App& app, CommandLine& commandLine)
     command->add_option("--bitmaps", options->folder, "Write the baked bitmaps into this folder")
         ->type_name("DIR");
     command->add_flag("--tree", options->tree, "Draw the source as a tree of its slots, and check it");
-    command->add_option("--frame", options->frame, "The frame; else that of the scene")->type_name("F");
+    addFrameOption(*command, options->frame);
     command->add_option("--name", options->name, "The name that the texture is asked with")
         ->type_name("TEXT");
     command->add_option("--tag", options->tag, "The tag that the texture is asked with")->type_name("TEXT");

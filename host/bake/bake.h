@@ -20,9 +20,6 @@ struct BakeSource {
 // none of them.
 std::optional<BakeSource> findBakeSource(const SceneObject& object);
 
-// The largest size of a side; every texel has a stamp of its own.
-inline constexpr int kMaxBakeSize = 16384;
-
 struct BakeResult {
     Image image;                 // colour: 4 channels, straight alpha; float and int: 1; vector: 3, as data
     std::int64_t doneTexels = 0; // below size times size when it was interrupted; the others are 0
@@ -32,7 +29,7 @@ struct BakeResult {
 // A texel's point is (u, v, 0) with the normal (0, 0, 1), its position differentials are one texel, its
 // surface the identity mapping, filtering is off, and its stamp is its own. The same bits at every number
 // of threads. Ends early when InterruptGuard::interrupted(). Call between frameBegin and frameEnd, with a
-// size from 1 to kMaxBakeSize, and no more threads than the renderer told its plugins.
+// size from 1 to kLargestBakeSize, and no more threads than the renderer told its plugins.
 BakeResult bakeTexture(const BakeSource& source, int size, int threads, ProgressBar& progress);
 
 } // namespace ombrix

@@ -4,6 +4,9 @@
 #include "host/builtin/parameter_values.h"
 #include "host/integrator/scene_interfaces.h"
 #include "host/plugins/registry.h"
+#include "host/scene/contents_check.h"
+
+#include <fmt/format.h>
 
 namespace ombrix {
 
@@ -27,11 +30,11 @@ public:
                       kPointMetadata);
         addParamColor("up", Color{0.0f, 1.0f, 0.0f}, -1, "What is up in the picture", kDirectionMetadata);
         addParamFloat("fov", kDefaultFov, -1, "Horizontal field of view",
-                      "displayName=(Field of view), units=(degrees), minValue=(0.01), maxValue=(179)");
+                      "displayName=(Field of view), units=(degrees), minValue=(0), maxValue=(180)");
     }
 };
 
-class CameraPlugin : public OmbrixPlugin, public SceneCameraInterface {
+class CameraPlugin : public OmbrixPlugin, public SceneCameraInterface, public ContentsCheckInterface {
 public:
     explicit CameraPlugin(OmbrixPluginDesc* desc) : OmbrixPlugin(desc) {}
 
@@ -39,6 +42,7 @@ public:
     PluginInterface* getInterface(InterfaceId id) override
     {
         if (id == kSceneCameraId) return static_cast<SceneCameraInterface*>(this);
+        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
         return OmbrixPlugin::getInterface(id);
     }
     std::span<const CameraPose> getPoses() override { return poses; }
@@ -62,7 +66,20 @@ public:
             reportBadPlace(renderer);
     }
 
+    std::optional<ContentsProblem> findProblem() override
+    {
+        for (const double time : sampleTimes(*paramList, {"fov"})) {
+            const float fov = fovAt(time);
+            if (fov > 0.0f && fov < 180.0f) continue;
+            return ContentsProblem{"fov",
+                                   fmt::format("takes an angle above 0 and below 180 degrees, not {}", fov)};
+        }
+        return {};
+    }
+
 private:
+    float fovAt(double time) { return paramList->getParam("fov")->getFloat(-1, time); }
+
     CameraPose poseAt(double time, const VectorD& origin)
     {
         const auto place = [&](const char* name) -> std::optional<Vector> {
@@ -76,7 +93,7 @@ private:
         pose.position = place("position");
         pose.target = place("target");
         pose.up = normalizedOr(readPoint(*paramList, "up", time), {0.0f, 1.0f, 0.0f});
-        pose.fov = clampedFov(paramList->getParam("fov")->getFloat(-1, time));
+        pose.fov = clampedFov(fovAt(time));
         return pose;
     }
 

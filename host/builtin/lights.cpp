@@ -7,7 +7,7 @@
 #include "host/integrator/environment_map.h"
 #include "host/integrator/scene_interfaces.h"
 #include "host/plugins/registry.h"
-#include "host/scene/scene.h"
+#include "host/scene/contents_check.h"
 
 #include <memory>
 
@@ -52,14 +52,6 @@ protected:
         description.kind = kind;
         const Color power = color * intensity;
         description.power = {usable(power.r), usable(power.g), usable(power.b)};
-    }
-    void fail(OmbrixRenderer* renderer, const std::string& text)
-    {
-        description.failed = true;
-        description.power = {};
-        const char* name = getPluginName();
-        if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
-            logger->error("light \"%s\": %s", name ? name : "", text.c_str());
     }
     static float usable(float value) { return value > 0.0f && std::isfinite(value) ? value : 0.0f; }
 
@@ -117,23 +109,41 @@ public:
     }
 };
 
-class DistantLight : public Light {
+class DistantLight : public Light, public ContentsCheckInterface {
 public:
     explicit DistantLight(OmbrixPluginDesc* desc) : Light(desc) { paramList->setParamCache("angle", &angle); }
 
+    PluginBase* getPlugin() override { return this; }
+    PluginInterface* getInterface(InterfaceId id) override
+    {
+        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
+        return Light::getInterface(id);
+    }
+    std::optional<ContentsProblem> findProblem() override
+    {
+        for (const double time : sampleTimes(*paramList, {"direction"}))
+            if (!hasLength(directionAt(time)))
+                return ContentsProblem{"direction",
+                                       "it has no length; write where the light goes to, [x, y, z]"};
+        return {};
+    }
     void frameBegin(OmbrixRenderer* renderer) override
     {
         begin(renderer, LightDescription::Kind::Distant);
         const double time = renderer ? renderer->getFrameData().time : FrameData{}.time;
-        const Vector direction = readPoint(*paramList, "direction", time);
-        description.direction = normalizedOr(direction, Vector{});
+        description.direction = directionAt(time);
         description.halfAngle = radians(0.5f * std::min(usable(angle), 180.0f));
-        if (dot(description.direction, description.direction) == 0.0f) {
-            fail(renderer, "its direction has no length");
-        }
+        // An animated direction may pass through zero; the light is out for that moment.
+        if (!hasLength(description.direction)) description.power = {};
     }
 
 private:
+    Vector directionAt(double time)
+    {
+        return normalizedOr(readPoint(*paramList, "direction", time), Vector{});
+    }
+    static bool hasLength(const Vector& direction) { return dot(direction, direction) > 0.0f; }
+
     float angle = 0.0f;
 };
 
@@ -171,22 +181,19 @@ public:
         begin(renderer, LightDescription::Kind::Dome);
         description.turn = std::isfinite(rotate) ? radians(std::remainder(rotate, 360.0f)) : 0.0f;
         description.visible = visible != 0;
-        if (!map || loadedFile != file.str()) load(renderer);
+        if (!map || loadedFile != file.str()) load();
         description.map = map.get();
     }
 
 private:
-    void load(OmbrixRenderer* renderer)
+    // Throws WorkError: a picture without the surroundings that it was to have would mislead.
+    void load()
     {
         map.reset();
         loadedFile = file.str();
         if (loadedFile.empty()) return;
-        try {
-            const Image image = readImage(loadedFile, ColorSpace::Auto);
-            map = std::make_unique<EnvironmentMap>(image.width, image.height, image.pixels.data());
-        } catch (const WorkError& error) {
-            fail(renderer, error.message);
-        }
+        const Image image = readImage(loadedFile, ColorSpace::Auto);
+        map = std::make_unique<EnvironmentMap>(image.width, image.height, image.pixels.data());
     }
 
     CharString file;

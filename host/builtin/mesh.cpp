@@ -7,10 +7,12 @@
 #include "host/geometry/shapes.h"
 #include "host/integrator/scene_interfaces.h"
 #include "host/plugins/registry.h"
+#include "host/scene/contents_check.h"
 
 #include <fmt/format.h>
 
 #include <optional>
+#include <set>
 
 namespace ombrix {
 
@@ -111,76 +113,149 @@ std::string splitFaces(const std::vector<int>& corners, const std::vector<int>& 
     return {};
 }
 
-class Mesh : public OmbrixPlugin, public MeshGeometryInterface {
+// What is wrong with a mesh, and in which parameter it shows.
+struct MeshFault {
+    const char* parameter;
+    std::string text;
+};
+
+void check(const char* parameter, const std::string& problem)
+{
+    if (!problem.empty()) throw MeshFault{parameter, problem};
+}
+
+class Mesh : public OmbrixPlugin, public MeshGeometryInterface, public ContentsCheckInterface {
 public:
-    explicit Mesh(OmbrixPluginDesc* desc) : OmbrixPlugin(desc)
-    {
-        paramList->setParamCache("file", &file);
-        paramList->setParamCache("shape", &shape);
-        paramList->setParamCache("smooth_angle", &smooth_angle);
-        paramList->setParamCache("map_channels", &map_channels);
-    }
+    explicit Mesh(OmbrixPluginDesc* desc) : OmbrixPlugin(desc) {}
 
     PluginBase* getPlugin() override { return this; }
     PluginInterface* getInterface(InterfaceId id) override
     {
         if (id == kMeshGeometryId) return static_cast<MeshGeometryInterface*>(this);
+        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
         return OmbrixPlugin::getInterface(id);
     }
     const MeshData* getMesh() override { return mesh ? &*mesh : nullptr; }
 
+    // Throws WorkError for a mesh that cannot be made any more: its file has changed since the scene was
+    // read.
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixPlugin::frameBegin(renderer);
         const double time = renderer ? renderer->getFrameData().time : FrameData{}.time;
+        if (isCurrent(time)) return;
+        mesh.reset();
+        if (!findLack().empty()) {
+            warn(renderer, findLack());
+            return;
+        }
         try {
-            if (!isCurrent()) build(time);
-        } catch (const MeshFileError& error) {
-            report(renderer, error.message);
+            build(time);
+        } catch (const MeshFault& fault) {
+            throw WorkError{fmt::format("mesh \"{}\": {}: {}", ownName(), fault.parameter, fault.text)};
         }
     }
 
-private:
-    // A file or a shape of earlier frames stays as it is.
-    bool isCurrent() const
+    std::optional<ContentsProblem> findProblem() override
     {
-        const bool changing = file.empty() && shape == 0;
-        return mesh && !changing && builtFile == file.str() && builtShape == shape &&
-               builtAngle == smooth_angle && map_channels.count() == 0;
+        if (!findLack().empty()) return {};
+        try {
+            for (const double time : changingTimes())
+                assemble(time);
+        } catch (const MeshFault& fault) {
+            return ContentsProblem{fault.parameter, fault.text};
+        }
+        return {};
+    }
+    std::string findLack() override
+    {
+        if (isWritten(*paramList, "positions")) return {};
+        for (const double time : sampleTimes(*paramList, {"file", "shape"}))
+            if (!fileAt(time).empty() || shapeAt(time) != 0) return {};
+        return "there is nothing to show; give it a file, a shape, or positions and faces";
+    }
+
+private:
+    std::string fileAt(double time) { return paramList->getParam("file")->getString(-1, time); }
+    int shapeAt(double time) { return paramList->getParam("shape")->getInt(-1, time); }
+    float smoothAngleAt(double time) { return paramList->getParam("smooth_angle")->getFloat(-1, time); }
+
+    // A file or a shape of earlier frames stays as it is.
+    bool isCurrent(double time)
+    {
+        const bool changing = fileAt(time).empty() && shapeAt(time) == 0;
+        return mesh && !changing && builtFile == fileAt(time) && builtShape == shapeAt(time) &&
+               builtAngle == smoothAngleAt(time) && readPlugins(*paramList, "map_channels").empty();
+    }
+
+    std::vector<double> changingTimes()
+    {
+        const std::vector<double> own =
+            sampleTimes(*paramList, {"file", "shape", "positions", "faces", "uvs", "uv_faces"});
+        std::set<double> all(own.begin(), own.end());
+        for (PluginBase* plugin : readPlugins(*paramList, "map_channels")) {
+            auto* source = findInterface<MapChannelSourceInterface>(plugin, kMapChannelSourceId);
+            if (!source) continue;
+            const std::vector<double> times = source->getSampleTimes();
+            all.insert(times.begin(), times.end());
+        }
+        return {all.begin(), all.end()};
     }
 
     void build(double time)
     {
-        mesh.reset();
+        MeshData made = assemble(time);
+        builtFile = fileAt(time);
+        builtShape = shapeAt(time);
+        builtAngle = smoothAngleAt(time);
+        if (isWritten(*paramList, "smooth_angle") || made.normals.empty())
+            computeSmoothNormals(made, builtAngle);
+        mesh = std::move(made);
+    }
+
+    // All but normals that the scene leaves to be computed. Throws MeshFault, and WorkError for a file that
+    // cannot be read.
+    MeshData assemble(double time)
+    {
         MeshData made;
-        const bool ownNormals = isWritten(*paramList, "smooth_angle");
-        if (!file.empty()) {
-            made = readObj(file.str());
+        const int shape = shapeAt(time);
+        if (const std::string file = fileAt(time); !file.empty()) {
+            made = fromFile(file);
         } else if (shape != 0) {
             made = makeShape(static_cast<Shape>(shape));
             if (made.positions.empty())
-                throw MeshFileError{fmt::format("there is no shape of number {}", shape)};
+                throw MeshFault{"shape", fmt::format("there is no shape of number {}", shape)};
         } else {
             made = fromLists(time);
         }
-        if (ownNormals || made.normals.empty()) computeSmoothNormals(made, smooth_angle);
-        addFurtherChannels(made);
-        builtFile = file.str();
-        builtShape = shape;
-        builtAngle = smooth_angle;
-        mesh = std::move(made);
+        addFurtherChannels(made, time);
+        return made;
+    }
+
+    // The file is read once as long as the scene does not name another one.
+    MeshData fromFile(const std::string& file)
+    {
+        if (fileMesh && readFile == file) return *fileMesh;
+        fileMesh.reset();
+        readFile = file;
+        try {
+            fileMesh = readObj(readFile);
+        } catch (const MeshFileError& error) {
+            if (error.unreadable) throw WorkError{error.message};
+            throw MeshFault{"file", error.message};
+        }
+        return *fileMesh;
     }
 
     MeshData fromLists(double time)
     {
         MeshData made;
         made.positions = readPoints(*paramList, "positions", time);
-        if (made.positions.empty())
-            throw MeshFileError{"there is nothing to show; give it a file, a shape, or positions and faces"};
+        check("positions", findPositionProblem(made));
         const FaceLists faces = separateFaces(readInts(*paramList, "faces", time));
-        check(splitFaces(faces.corners, faces.sizes, "faces", &made.triangles));
+        check("faces", splitFaces(faces.corners, faces.sizes, "faces", &made.triangles));
+        check("faces", findFaceProblem(made));
         addUvs(made, faces, time);
-        check(findMeshProblem(made));
         computeBounds(made);
         return made;
     }
@@ -191,59 +266,51 @@ private:
         MapChannel uvs;
         uvs.name = "map1";
         uvs.values = readPoints(*paramList, "uvs", time);
-        if (uvs.values.empty()) return;
         std::vector<int> corners = readInts(*paramList, "uv_faces", time);
-        if (corners.empty() && uvs.values.size() == made.positions.size()) {
+        if (uvs.values.empty()) {
+            if (!corners.empty())
+                throw MeshFault{"uv_faces", "it picks out of uvs, and there are none; give uvs too"};
+            return;
+        }
+        const bool ownFaces = !corners.empty();
+        if (!ownFaces && uvs.values.size() == made.positions.size()) {
             uvs.corners = made.triangles;
         } else {
-            if (corners.empty() && uvs.values.size() == cornerCount)
+            if (!ownFaces && uvs.values.size() == cornerCount)
                 for (std::size_t i = 0; i < cornerCount; ++i)
                     corners.push_back(static_cast<int>(i));
             if (corners.empty())
-                throw MeshFileError{
-                    fmt::format("there are {} uvs for {} positions and {} corners; give one for "
-                                "each, or uv_faces",
-                                uvs.values.size(), made.positions.size(), cornerCount)};
-            check(splitFaces(corners, faces.sizes, "uv_faces", &uvs.corners));
+                throw MeshFault{"uvs",
+                                fmt::format("there are {} uvs for {} positions and {} corners; give one for "
+                                            "each, or uv_faces",
+                                            uvs.values.size(), made.positions.size(), cornerCount)};
+            check("uv_faces", splitFaces(corners, faces.sizes, "uv_faces", &uvs.corners));
         }
+        check(ownFaces ? "uv_faces" : "uvs", findChannelProblem(made, uvs));
         addChannel(made, std::move(uvs));
     }
 
-    void addFurtherChannels(MeshData& made)
+    void addFurtherChannels(MeshData& made, double time)
     {
-        for (PluginBase* plugin : map_channels) {
+        for (PluginBase* plugin : readPlugins(*paramList, "map_channels")) {
             auto* source = findInterface<MapChannelSourceInterface>(plugin, kMapChannelSourceId);
-            if (!source) {
-                if (plugin) throw MeshFileError{"map_channels: takes plugins of the type MapChannel"};
-                continue;
-            }
+            if (!source) throw MeshFault{"map_channels", "takes plugins of the type MapChannel"};
             MapChannel channel;
-            check(source->makeChannel(made, &channel));
+            check("map_channels", source->makeChannel(made, time, &channel));
+            check("map_channels", findChannelProblem(made, channel));
             addChannel(made, std::move(channel));
         }
-        check(findMeshProblem(made));
     }
 
-    static void check(const std::string& problem)
+    const char* ownName() const { return getPluginName() ? getPluginName() : ""; }
+    void warn(OmbrixRenderer* renderer, const std::string& text) const
     {
-        if (!problem.empty()) throw MeshFileError{problem};
-    }
-
-    void report(OmbrixRenderer* renderer, const std::string& problem)
-    {
-        mesh.reset();
-        const char* name = getPluginName();
         if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
-            logger->error("mesh \"%s\": %s", name ? name : "", problem.c_str());
+            logger->warning("mesh \"%s\": %s", ownName(), text.c_str());
     }
 
-    CharString file;
-    int shape = 0;
-    float smooth_angle = kDefaultSmoothAngle;
-    OmbrixPluginList map_channels;
-
-    std::optional<MeshData> mesh;
-    std::string builtFile;
+    std::optional<MeshData> mesh, fileMesh;
+    std::string builtFile, readFile;
     int builtShape = 0;
     float builtAngle = 0.0f;
 };
@@ -267,51 +334,48 @@ public:
     }
 };
 
-class MapChannelSource : public OmbrixPlugin, public MapChannelSourceInterface {
+class MapChannelSource : public OmbrixPlugin,
+                         public MapChannelSourceInterface,
+                         public ContentsCheckInterface {
 public:
-    explicit MapChannelSource(OmbrixPluginDesc* desc) : OmbrixPlugin(desc)
-    {
-        paramList->setParamCache("channel", &channel);
-        paramList->setParamCache("name", &name);
-    }
+    explicit MapChannelSource(OmbrixPluginDesc* desc) : OmbrixPlugin(desc) {}
 
     PluginBase* getPlugin() override { return this; }
     PluginInterface* getInterface(InterfaceId id) override
     {
         if (id == kMapChannelSourceId) return static_cast<MapChannelSourceInterface*>(this);
+        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
         return OmbrixPlugin::getInterface(id);
     }
 
-    void frameBegin(OmbrixRenderer* renderer) override
+    std::string makeChannel(const MeshData& mesh, double time, MapChannel* result) override
     {
-        OmbrixPlugin::frameBegin(renderer);
-        const double time = renderer ? renderer->getFrameData().time : FrameData{}.time;
-        values = readPoints(*paramList, "values", time);
-        faces = readInts(*paramList, "faces", time);
-    }
-
-    std::string makeChannel(const MeshData& mesh, MapChannel* result) override
-    {
-        result->number = channel;
-        result->name = name.str();
-        result->values = values;
+        result->number = paramList->getParam("channel")->getInt(-1, time);
+        result->name = paramList->getParam("name")->getString(-1, time);
+        result->values = readPoints(*paramList, "values", time);
+        const std::vector<int> faces = readInts(*paramList, "faces", time);
+        const std::size_t count = result->values.size();
         const char* own = getPluginName();
         const auto named = [own](const std::string& problem) {
             return problem.empty() ? problem : fmt::format("map channel \"{}\": {}", own ? own : "", problem);
         };
-        if (channel < 0) return named(fmt::format("its number {} is below 0", channel));
         if (!faces.empty()) return named(splitFaces(faces, {}, "faces", &result->corners));
         result->corners = mesh.triangles;
-        if (values.size() == mesh.positions.size()) return {};
-        return named(fmt::format("it has {} values for {} positions; give one for each, or faces",
-                                 values.size(), mesh.positions.size()));
+        if (count == mesh.positions.size()) return {};
+        return named(fmt::format("it has {} values for {} positions; give one for each, or faces", count,
+                                 mesh.positions.size()));
     }
+    std::vector<double> getSampleTimes() override { return sampleTimes(*paramList, {"values", "faces"}); }
 
-private:
-    int channel = 2;
-    CharString name;
-    std::vector<Vector> values;
-    std::vector<int> faces;
+    std::optional<ContentsProblem> findProblem() override
+    {
+        for (const double time : sampleTimes(*paramList, {"channel"})) {
+            const int number = paramList->getParam("channel")->getInt(-1, time);
+            if (number < 0)
+                return ContentsProblem{"channel", fmt::format("takes 0 or above, not {}", number)};
+        }
+        return {};
+    }
 };
 
 BuiltinDesc<Mesh, MeshParams>

@@ -1,5 +1,7 @@
 #include "host/builtin/parameter_values.h"
 
+#include <set>
+
 namespace ombrix {
 
 namespace {
@@ -30,6 +32,18 @@ bool isAnimated(OUtils::OmbrixParameterList& list, const char* name)
     return parameter && parameter->value() && parameter->value()->times.size() > 1;
 }
 
+std::vector<double> sampleTimes(OUtils::OmbrixParameterList& list, std::initializer_list<const char*> names)
+{
+    std::set<double> times;
+    for (const char* name : names) {
+        const HostParameter* parameter = findParameter(list, name);
+        if (parameter && parameter->value())
+            times.insert(parameter->value()->times.begin(), parameter->value()->times.end());
+    }
+    if (times.empty()) times.insert(0.0);
+    return {times.begin(), times.end()};
+}
+
 std::vector<Vector> readPoints(OUtils::OmbrixParameterList& list, const char* name, double time)
 {
     std::vector<Vector> points;
@@ -48,6 +62,16 @@ std::vector<int> readInts(OUtils::OmbrixParameterList& list, const char* name, d
     for (const Value& element : readElements(list, name, time))
         if (const int* number = std::get_if<int>(&element)) numbers.push_back(*number);
     return numbers;
+}
+
+std::vector<OUtils::PluginBase*> readPlugins(OUtils::OmbrixParameterList& list, const char* name)
+{
+    std::vector<OUtils::PluginBase*> plugins;
+    for (const Value& element : readElements(list, name, 0.0)) {
+        const auto* reference = std::get_if<PluginReference>(&element);
+        if (reference && reference->plugin) plugins.push_back(reference->plugin);
+    }
+    return plugins;
 }
 
 Vector readPoint(OUtils::OmbrixParameterList& list, const char* name, double time)

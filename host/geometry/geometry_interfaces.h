@@ -16,7 +16,7 @@ class MeshGeometryInterface : public OUtils::PluginInterface {
 public:
     OUtils::InterfaceId getInterfaceID() override { return kMeshGeometryId; }
 
-    // Null when the mesh could not be made; the plugin has told the log why.
+    // Null when there is nothing to show.
     virtual const MeshData* getMesh() = 0;
 };
 
@@ -25,8 +25,10 @@ class MapChannelSourceInterface : public OUtils::PluginInterface {
 public:
     OUtils::InterfaceId getInterfaceID() override { return kMapChannelSourceId; }
 
-    // The channel for a mesh whose triangles are known. Returns what is wrong, or an empty text.
-    virtual std::string makeChannel(const MeshData& mesh, MapChannel* result) = 0;
+    // The channel at a time for a mesh whose triangles are known. Returns what is wrong, or an empty text.
+    virtual std::string makeChannel(const MeshData& mesh, double time, MapChannel* result) = 0;
+    // The times at which it changes.
+    virtual std::vector<double> getSampleTimes() = 0;
 };
 
 } // namespace ombrix

@@ -57,27 +57,41 @@ std::string findBadVector(const std::vector<Vector>& vectors, const char* what)
 
 } // namespace
 
-std::string findMeshProblem(const MeshData& mesh)
+std::string findPositionProblem(const MeshData& mesh)
 {
     if (mesh.positions.empty()) return "it has no positions";
+    if (mesh.positions.size() > kMaxMeshElements) return "it has more positions than can be rendered";
+    return findBadVector(mesh.positions, "position");
+}
+
+std::string findFaceProblem(const MeshData& mesh)
+{
     if (mesh.triangles.empty()) return "it has no faces";
-    if (mesh.positions.size() > kMaxMeshElements || mesh.triangles.size() > kMaxMeshElements)
-        return "it has more positions or faces than can be rendered";
-    std::string problem = findBadVector(mesh.positions, "position");
-    if (problem.empty()) problem = findBadCorner(mesh.triangles, mesh.positions.size(), false, "position");
+    if (mesh.triangles.size() > kMaxMeshElements) return "it has more faces than can be rendered";
+    return findBadCorner(mesh.triangles, mesh.positions.size(), false, "position");
+}
+
+std::string findChannelProblem(const MeshData& mesh, const MapChannel& channel)
+{
+    const std::string what = fmt::format("coordinate of map channel {}", channel.number);
+    std::string problem = findBadCorner(channel.corners, channel.values.size(), true, what.c_str());
+    if (problem.empty() && channel.corners.size() != mesh.triangles.size())
+        problem = fmt::format("map channel {} has faces for {} of {} triangles", channel.number,
+                              channel.corners.size(), mesh.triangles.size());
+    return problem;
+}
+
+std::string findMeshProblem(const MeshData& mesh)
+{
+    std::string problem = findPositionProblem(mesh);
+    if (problem.empty()) problem = findFaceProblem(mesh);
     if (problem.empty()) problem = findBadVector(mesh.normals, "normal");
     if (problem.empty()) problem = findBadCorner(mesh.normalCorners, mesh.normals.size(), false, "normal");
     if (problem.empty() && !mesh.normalCorners.empty() && mesh.normalCorners.size() != mesh.triangles.size())
         problem = fmt::format("it has normals for {} of {} triangles", mesh.normalCorners.size(),
                               mesh.triangles.size());
-    for (const MapChannel& channel : mesh.channels) {
-        if (!problem.empty()) break;
-        const std::string what = fmt::format("coordinate of map channel {}", channel.number);
-        problem = findBadCorner(channel.corners, channel.values.size(), true, what.c_str());
-        if (problem.empty() && channel.corners.size() != mesh.triangles.size())
-            problem = fmt::format("map channel {} has faces for {} of {} triangles", channel.number,
-                                  channel.corners.size(), mesh.triangles.size());
-    }
+    for (const MapChannel& channel : mesh.channels)
+        if (problem.empty()) problem = findChannelProblem(mesh, channel);
     return problem;
 }
 

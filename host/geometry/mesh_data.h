@@ -48,6 +48,11 @@ void addChannel(MeshData& mesh, MapChannel channel);
 // finite, lists that do not fit one another. Empty when nothing is.
 std::string findMeshProblem(const MeshData& mesh);
 
+// Its parts. The faces are held against the positions, the corners of a channel against both.
+std::string findPositionProblem(const MeshData& mesh);
+std::string findFaceProblem(const MeshData& mesh);
+std::string findChannelProblem(const MeshData& mesh, const MapChannel& channel);
+
 void computeBounds(MeshData& mesh);
 
 // Gives every corner the angle-weighted mean of the normals of the faces around its position, of those

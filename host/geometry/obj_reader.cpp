@@ -1,10 +1,15 @@
 #include "host/geometry/obj_reader.h"
 
+#include "host/geometry/obj_check.h"
+
+#include <fmt/format.h>
 #include <tiny_obj_loader.h>
 
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 
 namespace ombrix {
 
@@ -21,6 +26,19 @@ std::string oneLine(std::string text)
     while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
         text.pop_back();
     return text.substr(0, text.find('\n'));
+}
+
+std::string readWhole(const std::filesystem::path& file)
+{
+    std::error_code ignored;
+    errno = 0;
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) throw MeshFileError{named(file, std::strerror(errno)), true};
+    if (std::filesystem::is_directory(file, ignored))
+        throw MeshFileError{named(file, "it is a folder"), true};
+    std::string text((std::istreambuf_iterator<char>(stream)), {});
+    if (stream.bad()) throw MeshFileError{named(file, std::strerror(errno)), true};
+    return text;
 }
 
 std::vector<Vector> vectorsOf(const std::vector<tinyobj::real_t>& numbers, std::size_t width)
@@ -53,12 +71,11 @@ void appendShape(MeshData& mesh, MapChannel& uvs, bool& allNormals, const tinyob
 
 MeshData readObj(const std::filesystem::path& file)
 {
-    std::error_code ignored;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) throw MeshFileError{named(file, std::strerror(errno)), true};
-    if (std::filesystem::is_directory(file, ignored))
-        throw MeshFileError{named(file, "it is a folder"), true};
+    const std::string text = readWhole(file);
+    if (const ObjFault fault = findObjFault(text); fault.line > 0)
+        throw MeshFileError{fmt::format("{}:{}: {}", file.string(), fault.line, fault.text)};
 
+    std::istringstream stream(text);
     tinyobj::attrib_t attributes;
     std::vector<tinyobj::shape_t> shapes;
     std::vector<tinyobj::material_t> materials;

@@ -9,7 +9,7 @@ namespace ombrix {
 
 // The mesh of a file could not be made.
 struct MeshFileError {
-    std::string message;     // names the file and the reason
+    std::string message; // names the file, the line if there is one at fault ("a.obj:5: "), and the reason
     bool unreadable = false; // the file itself, not what stands in it
 };
 

@@ -5,7 +5,8 @@ namespace ombrix {
 namespace {
 
 constexpr float kElevation = 16.0f; // of the framing camera, in degrees
-constexpr float kMargin = 1.08f;    // air around what is framed
+constexpr float kSmallestFov = 0.001f, kLargestFov = 179.999f;
+constexpr float kMargin = 1.08f; // air around what is framed
 constexpr float kSmallestDistance = 1e-3f;
 
 struct Axes {
@@ -28,7 +29,7 @@ Axes axesOf(const Vector& forward, const Vector& wantedUp)
 
 float clampedFov(float fov)
 {
-    return fov >= 0.01f ? std::min(fov, 179.0f) : 0.01f;
+    return fov >= kSmallestFov ? std::min(fov, kLargestFov) : kSmallestFov;
 }
 
 Camera::Camera(const std::vector<CameraPose>& poses, int width, int height)

@@ -50,7 +50,7 @@ private:
 CameraPose completePose(const CameraPose& given, const std::vector<Vector>& visiblePoints, int width,
                         int height);
 
-// The nearest field of view that a camera can have, in degrees.
+// The nearest field of view that a picture can be computed with, in degrees; that of a NaN is the smallest.
 float clampedFov(float fov);
 
 } // namespace ombrix

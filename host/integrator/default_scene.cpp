@@ -3,6 +3,8 @@
 #include "host/geometry/geometry_interfaces.h"
 #include "host/integrator/scene_interfaces.h"
 #include "host/params/host_parameters.h"
+#include "host/scene/contents_check.h"
+#include "host/scene/json_values.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -136,7 +138,31 @@ private:
     Diagnostics& diagnostics;
 };
 
+// Of several cameras the first one takes the picture.
+void tellCamera(const Scene& scene, Diagnostics& diagnostics)
+{
+    std::vector<std::string> names;
+    for (const PluginInstance& instance : scene.instances())
+        if (offers(instance, kSceneCameraId)) names.push_back(instance.name);
+    if (names.size() < 2) return;
+    const std::string used = names.front();
+    names.erase(names.begin());
+    diagnostics.warning("/plugins" + pointerStep(used),
+                        fmt::format("the picture is taken by this Camera; \"{}\" {} not used",
+                                    fmt::join(names, "\", \""), names.size() == 1 ? "is" : "are"));
+}
+
 } // namespace
+
+void checkForPicture(const Scene& scene, Diagnostics& diagnostics)
+{
+    for (const PluginInstance& instance : scene.instances()) {
+        ContentsCheckInterface* check = contentsCheckOf(instance);
+        const std::string lack = check ? check->findLack() : std::string();
+        if (!lack.empty()) diagnostics.error("/plugins" + pointerStep(instance.name), lack);
+    }
+    tellCamera(scene, diagnostics);
+}
 
 std::string addDefaultObjects(Scene& scene, Diagnostics& diagnostics)
 {

@@ -76,7 +76,6 @@ struct LightDescription {
     const EnvironmentMap* map = nullptr; // of a dome; null: white all over
     float turn = 0.0f;                   // of a dome about +y, in radians
     bool visible = false;                // whether the camera sees a dome
-    bool failed = false;                 // the light could not be made; the plugin has told the log why
 };
 
 class SceneLightInterface : public OUtils::PluginInterface {

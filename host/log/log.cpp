@@ -6,6 +6,7 @@
 #include <spdlog/spdlog.h>
 
 #include <atomic>
+#include <cstdio>
 #include <utility>
 
 namespace ombrix {
@@ -70,6 +71,12 @@ void say(OUtils::LogLevel level, std::string_view text)
         text.remove_suffix(1);
     if (standardError().should_log(levelOf(level))) clearProgressLine();
     standardError().log(levelOf(level), spdlog::string_view_t(text.data(), text.size()));
+}
+
+void writeErrorLine(std::string line)
+{
+    line += '\n';
+    std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 void RecordingLogger::log(OUtils::LogLevel level, const char* text)

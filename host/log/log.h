@@ -19,6 +19,9 @@ Verbosity verbosity();
 
 // Says a line of the host itself, as the verbosity allows. Thread-safe.
 void say(OUtils::LogLevel level, std::string_view text);
+// Writes a line on standard error as it stands, whatever the verbosity. Where standard error is closed or
+// full the line is lost; the exit code still tells that something went wrong.
+void writeErrorLine(std::string line);
 
 struct LogLine {
     OUtils::LogLevel level;

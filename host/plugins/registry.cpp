@@ -53,14 +53,38 @@ std::vector<std::filesystem::path> foldersOf(const std::string& list)
     return folders;
 }
 
-std::vector<std::filesystem::path> librariesIn(const std::filesystem::path& folder)
+// All *.so of a folder but folders of that name; links that lead nowhere are among them. A folder that the
+// variable names and that cannot be looked into is a warning.
+std::vector<std::filesystem::path> librariesIn(const std::filesystem::path& folder, bool named)
 {
     std::vector<std::filesystem::path> found;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error))
-        if (entry.path().extension() == ".so" && entry.is_regular_file(error)) found.push_back(entry.path());
+    std::error_code error, ignored;
+    const auto warn = [&](const std::string& reason) {
+        if (named)
+            say(OUtils::LogLevel::Warning,
+                std::string(kPluginPathVariable) + ": " + folder.string() + " " + reason);
+    };
+    if (!std::filesystem::is_directory(folder, ignored)) {
+        warn("is not a folder");
+        return found;
+    }
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        if (entry->path().extension() == ".so" && !entry->is_directory(ignored))
+            found.push_back(entry->path());
+    if (error) warn("cannot be read: " + error.message());
     std::sort(found.begin(), found.end());
     return found;
+}
+
+// Whether a file is the host's runtime, the library that this function stands in: it is no plug-in library
+// and may well stand among them.
+bool isOwnRuntime(const std::filesystem::path& file)
+{
+    Dl_info own{};
+    std::error_code error;
+    return ::dladdr(reinterpret_cast<void*>(&isOwnRuntime), &own) != 0 && own.dli_fname &&
+           std::filesystem::equivalent(file, own.dli_fname, error);
 }
 
 } // namespace
@@ -134,6 +158,7 @@ void PluginRegistry::loadLibrary(const std::filesystem::path& file)
     const std::filesystem::path absolute = std::filesystem::absolute(file, error);
     if (!std::filesystem::exists(absolute, error)) fail(file, "no such file");
     if (std::filesystem::is_directory(absolute, error)) fail(file, "it is a folder");
+    if (const std::string problem = findLibraryProblem(absolute); !problem.empty()) fail(file, problem);
     void* handle = ::dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) fail(file, ::dlerror());
     for (const State::Library& library : state->libraries) {
@@ -174,13 +199,12 @@ void PluginRegistry::loadDefaultLibraries(const std::filesystem::path& programFo
     const bool named = variable && *variable;
     std::set<std::filesystem::path> seen;
     for (const auto& folder : named ? foldersOf(variable) : std::vector{programFolder}) {
-        std::error_code error;
-        if (named && !std::filesystem::is_directory(folder, error))
-            say(OUtils::LogLevel::Warning,
-                std::string(kPluginPathVariable) + ": " + folder.string() + " is not a folder");
-        for (const auto& file : librariesIn(folder))
-            if (exportsSymbol(file, OUtils::kGetLibDescName) && seen.insert(file.filename()).second)
-                loadLibrary(file);
+        for (const auto& file : librariesIn(folder, named)) {
+            // What is broken may be a plug-in library, and what a folder for plug-ins holds should be one.
+            const bool broken = !findLibraryProblem(file).empty();
+            const bool meant = broken || named || exportsSymbol(file, OUtils::kGetLibDescName);
+            if (meant && !isOwnRuntime(file) && seen.insert(file.filename()).second) loadLibrary(file);
+        }
     }
 }
 

@@ -46,7 +46,8 @@ void readFlag(const JsonPlace& place, std::uint32_t& flags)
             flags |= flag.bit;
             return;
         }
-        place.error(fmt::format("no flag is named \"{}\"{}", name, suggestName(name, names)));
+        place.error(
+            fmt::format("no flag is named \"{}\"{}", name, suggestOrList(name, names, "the flags are")));
         return;
     }
     if (const auto bits = readBits(place)) flags |= *bits;
@@ -110,15 +111,17 @@ constexpr ValueKind kValueKinds[] = {
 };
 
 void readValue(const JsonPlace& place, const std::string& name, const Scene& scene, ContextSpec& context,
-               std::string& problem)
+               RequestProblem& problem)
 {
+    const auto cannotRun = [&](std::string text) {
+        if (problem.text.empty()) problem = {place.path(), std::move(text)};
+    };
     const PluginInstance* instance = scene.find(name);
     if (!instance) {
         std::vector<std::string> names;
         for (const PluginInstance& known : scene.instances())
             names.push_back(known.name);
-        problem =
-            fmt::format("{}: no plugin is named \"{}\"{}", place.path(), name, suggestName(name, names));
+        cannotRun(fmt::format("no plugin is named \"{}\"{}", name, suggestName(name, names)));
         return;
     }
     const std::string type = instance->kind->desc->getName();
@@ -127,8 +130,7 @@ void readValue(const JsonPlace& place, const std::string& name, const Scene& sce
         if (auto value = kind.read(place)) context.values.emplace_back(instance, std::move(*value));
         return;
     }
-    problem = fmt::format("{}: \"{}\" is a {}; only a value texture takes a value from the context",
-                          place.path(), name, type);
+    cannotRun(fmt::format("\"{}\" is a {}; only a value texture takes a value from the context", name, type));
 }
 
 constexpr KeyReader<ContextSpec> kContextKeys[] = {
@@ -190,7 +192,9 @@ constexpr KeyReader<SurfaceMap> kSurfaceMapKeys[] = {
 
 OUtils::Transform transformOf(const JsonPlace& place, const SurfaceMap& map)
 {
-    if (map.uvw && map.offset) place.error("write \"uvw\" or \"offset\", not both");
+    if (map.uvw && (map.columns || map.offset))
+        place.error("\"uvw\" means the identity with that offset; write \"uvw\" alone, or \"columns\" and "
+                    "\"offset\"");
     OUtils::Transform result;
     if (map.columns) result.matrix = *map.columns;
     if (map.uvw) result.offset = *map.uvw;
@@ -249,12 +253,14 @@ void readSurface(const JsonPlace& place, SurfaceSpec& surface)
 {
     SurfaceKeys keys;
     readKeys(place, "a surface", kSurfaceKeys, keys);
-    if (keys.map.uvw || keys.map.columns || keys.map.offset)
+    if (keys.map.uvw || keys.map.columns || keys.map.offset) {
         keys.spec.everyChannel = transformOf(place, keys.map);
+        if (keys.spec.hasChannels) place.error("write one map for every channel, or \"channels\", not both");
+    }
     surface = std::move(keys.spec);
 }
 
-void readContext(const JsonPlace& place, const Scene& scene, ContextSpec& context, std::string& problem)
+void readContext(const JsonPlace& place, const Scene& scene, ContextSpec& context, RequestProblem& problem)
 {
     readKeys(place, "a context", kContextKeys, context);
     if (!place.has("values")) return;

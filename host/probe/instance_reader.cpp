@@ -3,7 +3,10 @@
 #include "host/probe/key_table.h"
 #include "host/probe/probe_file.h"
 
+#include <fmt/ranges.h>
+
 #include <algorithm>
+#include <charconv>
 
 namespace ombrix {
 
@@ -98,8 +101,23 @@ void readPoints(const JsonPlace& place, std::vector<OUtils::Vector>& points)
         store(readVector(place.at(i)), points.emplace_back());
 }
 
+// A primitive's kind. People know the kinds by their hexadecimal numbers, which JSON does not have.
+void readKind(const JsonPlace& place, PrimitiveSpec& primitive)
+{
+    if (place->is_string()) {
+        const std::string& text = place->get_ref<const std::string&>();
+        int kind = 0;
+        const char* end = text.data() + text.size();
+        if (text.starts_with("0x") && std::from_chars(text.data() + 2, end, kind, 16).ptr == end) {
+            place.error(fmt::format("takes an integer, not the text \"{}\"; write {}", text, kind));
+            return;
+        }
+    }
+    store(readInt(place), primitive.kind);
+}
+
 constexpr KeyReader<PrimitiveSpec> kPrimitiveKeys[] = {
-    {"kind", [](const JsonPlace& p, PrimitiveSpec& h) { store(readInt(p), h.kind); }},
+    {"kind", readKind},
     {"points", [](const JsonPlace& p, PrimitiveSpec& h) { readPoints(p, h.points); }},
     {"end_points", [](const JsonPlace& p, PrimitiveSpec& h) { readPoints(p, h.endPoints); }},
     {"segment", [](const JsonPlace& p, PrimitiveSpec& h) { store(readInt(p), h.segment); }},
@@ -127,6 +145,54 @@ constexpr KeyReader<PrimitiveSpec> kPrimitiveKeys[] = {
      [](const JsonPlace& p, PrimitiveSpec& h) { store(readFloat(p), h.segmentFraction); }},
 };
 
+constexpr int kHairKinds[] = {0x920, 0x1020, 0x1330, 0x1331, 0x1922, 0x1A22};
+
+// The kinds that a key says something of.
+struct KindsOfKey {
+    const char* key;
+    std::vector<int> kinds;
+};
+
+const std::vector<KindsOfKey>& kindsOfKeys()
+{
+    const std::vector<int> segments = {0x920, 0x1020}, tables = {0x1330, 0x1331};
+    static const std::vector<KindsOfKey> all = {
+        {"points", segments},
+        {"end_points", segments},
+        {"segment", segments},
+        {"first_segment", segments},
+        {"fraction", segments},
+        {"owner_strand", segments},
+        {"strands", tables},
+        {"colors", tables},
+        {"segment_index", tables},
+        {"segment_fraction", tables},
+        {"strand_index", {0x1330, 0x1331, 0x1922, 0x1A22}},
+    };
+    return all;
+}
+
+template <class Kinds>
+bool holds(const Kinds& kinds, int kind)
+{
+    return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
+}
+
+// What a primitive's kind makes of its keys: another kind than those of hair is possible, and so are keys
+// of other kinds, but both are more often slips.
+void warnOfKind(const JsonPlace& place, int kind)
+{
+    if (!holds(kHairKinds, kind)) {
+        place.at("kind").warning(
+            fmt::format("{} is no kind of hair; those are {}, decimal", kind, fmt::join(kHairKinds, ", ")));
+        return;
+    }
+    for (const KindsOfKey& entry : kindsOfKeys())
+        if (place.has(entry.key) && !holds(entry.kinds, kind))
+            place.at(entry.key).warning(fmt::format("a primitive of kind {} has no \"{}\"; kinds {} do", kind,
+                                                    entry.key, fmt::join(entry.kinds, ", ")));
+}
+
 } // namespace
 
 void readInstance(const JsonPlace& place, InstanceSpec& instance)
@@ -137,8 +203,17 @@ void readInstance(const JsonPlace& place, InstanceSpec& instance)
 void readPrimitive(const JsonPlace& place, PrimitiveSpec& primitive)
 {
     readKeys(place, "a primitive", kPrimitiveKeys, primitive);
-    if (place->is_object() && !place.has("kind")) place.error("a primitive needs its \"kind\", a number");
-    if (place->is_object() && !place.has("end_points")) primitive.endPoints = primitive.points;
+    if (!place->is_object()) return;
+    if (!place.has("kind"))
+        place.error("a primitive needs its \"kind\", a number");
+    else if (place.at("kind")->is_number())
+        warnOfKind(place, primitive.kind);
+    if (!place.has("end_points"))
+        primitive.endPoints = primitive.points;
+    else if (primitive.endPoints.size() != primitive.points.size())
+        place.at("end_points")
+            .error(fmt::format("takes as many points as \"points\", {}, not {}", primitive.points.size(),
+                               primitive.endPoints.size()));
 }
 
 } // namespace ombrix

@@ -37,7 +37,8 @@ void readKeys(const JsonPlace& place, const char* what, const KeyReader<Target> 
         std::vector<std::string> known;
         for (const KeyReader<Target>& reader : readers)
             known.emplace_back(reader.key);
-        place.at(key).error(fmt::format("{} has no key \"{}\"{}", what, key, suggestName(key, known)));
+        place.at(key).error(
+            fmt::format("{} has no key \"{}\"{}", what, key, suggestOrList(key, known, "the keys are")));
     }
 }
 

@@ -21,7 +21,7 @@ struct SurfaceSpec {
     // A surface that offers a mapping at all; {} does not.
     bool isMapped() const { return everyChannel || hasChannels; }
 
-    std::optional<OUtils::Transform> everyChannel; // the map of each channel that has none of its own
+    std::optional<OUtils::Transform> everyChannel; // the map of all channels, where no channels are given
     bool hasChannels = false;
     std::map<int, OUtils::Transform> channels;
     std::map<std::string, int> uvSets; // names of channels
@@ -106,6 +106,12 @@ struct ContextSpec {
     bool volumeRef = false;
 };
 
+// Why a well-formed request cannot run. An empty text is no problem.
+struct RequestProblem {
+    std::string path; // the place in the file, within the request
+    std::string text;
+};
+
 struct RequestSpec {
     std::string path; // its place in the file
     std::string plugin, operation;
@@ -114,7 +120,7 @@ struct RequestSpec {
     std::string name, tag, descriptor = "MaterialDescriptor"; // of "source"
     bool pixels = false;                                      // of "source"
     double time = 0.0;                                        // of the fluid ranges
-    std::string problem; // why it cannot run although it is well-formed; "" for nothing
+    RequestProblem problem;                                   // the first one
 };
 
 struct FrameSpec {
@@ -135,7 +141,7 @@ ProbeFile readProbe(const JsonPlace& file, const Scene& scene);
 ProbeFile emptyProbe(const Scene& scene);
 
 // The parts of readProbe that stand in files of their own. problem takes what makes a request impossible.
-void readContext(const JsonPlace& place, const Scene& scene, ContextSpec& context, std::string& problem);
+void readContext(const JsonPlace& place, const Scene& scene, ContextSpec& context, RequestProblem& problem);
 void readSurface(const JsonPlace& place, SurfaceSpec& surface);
 void readInstance(const JsonPlace& place, InstanceSpec& instance);
 void readPrimitive(const JsonPlace& place, PrimitiveSpec& primitive);

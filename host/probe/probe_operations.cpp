@@ -2,6 +2,7 @@
 
 #include "host/probe/probe_context.h"
 #include "host/report/plugin_report.h"
+#include "host/scene/scene_object.h"
 
 #include <ombrix/material_interfaces.h>
 #include <ombrix/texture_interfaces.h>
@@ -26,9 +27,13 @@ using AskAtPoint = OutputJson (*)(PluginInterface& asked, const OmbrixContext& c
 // Asks once, whatever the contexts.
 using AskOnce = OutputJson (*)(PluginInterface& asked, const RequestSpec& request, const ProbeFrame& frame);
 
+// What an operation looks at beside the plugin and its output.
+enum class Looks { AtContexts, AtNothing, AtTime, AtSourceKeys };
+
 struct Operation {
     const char* name;
     OUtils::InterfaceId interface;
+    Looks looks;
     AskAtPoint atPoint;
     AskOnce once;
 };
@@ -183,27 +188,34 @@ OutputJson askSource(PluginInterface& asked, const RequestSpec& request, const P
 // An operation without a function is of an interface that the contract between host and library does not
 // have yet; no plugin offers it.
 constexpr Operation kOperations[] = {
-    {"color", OUtils::EXT_TEXTURE, askColor, nullptr},
-    {"color_bounds", OUtils::EXT_TEXTURE, nullptr, askColorBounds},
-    {"color_gradient", OUtils::EXT_TEXTURE, askColorGradient, nullptr},
-    {"float", OUtils::EXT_TEXTURE_FLOAT, askFloat, nullptr},
-    {"float_bounds", OUtils::EXT_TEXTURE_FLOAT, nullptr, askFloatBounds},
-    {"float_gradient", OUtils::EXT_TEXTURE_FLOAT, askFloatGradient, nullptr},
-    {"fluid_color", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
-    {"fluid_color_range", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
-    {"fluid_float", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
-    {"fluid_float_range", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
-    {"fluid_grid_size", OUtils::EXT_MAYA_FLUID_TEXTURE, nullptr, nullptr},
-    {"int", OUtils::EXT_TEXTURE_INT, askInt, nullptr},
-    {"shade", OUtils::EXT_MATERIAL, askShade, nullptr},
-    {"source", OUtils::EXT_RTTEX, nullptr, askSource},
-    {"transform", OUtils::EXT_TEXTURE_TRANSFORM, askTransform, nullptr},
-    {"uvw", OUtils::EXT_UVWGEN, askUVW, nullptr},
-    {"uvw_derivs", OUtils::EXT_UVWGEN, askUVWDerivs, nullptr},
-    {"uvw_transform", OUtils::EXT_UVWGEN, askUVWTransform, nullptr},
-    {"vector", OUtils::EXT_TEXTURE_VECTOR, askVector, nullptr},
+    {"color", OUtils::EXT_TEXTURE, Looks::AtContexts, askColor, nullptr},
+    {"color_bounds", OUtils::EXT_TEXTURE, Looks::AtNothing, nullptr, askColorBounds},
+    {"color_gradient", OUtils::EXT_TEXTURE, Looks::AtContexts, askColorGradient, nullptr},
+    {"float", OUtils::EXT_TEXTURE_FLOAT, Looks::AtContexts, askFloat, nullptr},
+    {"float_bounds", OUtils::EXT_TEXTURE_FLOAT, Looks::AtNothing, nullptr, askFloatBounds},
+    {"float_gradient", OUtils::EXT_TEXTURE_FLOAT, Looks::AtContexts, askFloatGradient, nullptr},
+    {"fluid_color", OUtils::EXT_MAYA_FLUID_TEXTURE, Looks::AtContexts, nullptr, nullptr},
+    {"fluid_color_range", OUtils::EXT_MAYA_FLUID_TEXTURE, Looks::AtTime, nullptr, nullptr},
+    {"fluid_float", OUtils::EXT_MAYA_FLUID_TEXTURE, Looks::AtContexts, nullptr, nullptr},
+    {"fluid_float_range", OUtils::EXT_MAYA_FLUID_TEXTURE, Looks::AtTime, nullptr, nullptr},
+    {"fluid_grid_size", OUtils::EXT_MAYA_FLUID_TEXTURE, Looks::AtTime, nullptr, nullptr},
+    {"int", OUtils::EXT_TEXTURE_INT, Looks::AtContexts, askInt, nullptr},
+    {"shade", OUtils::EXT_MATERIAL, Looks::AtContexts, askShade, nullptr},
+    {"source", OUtils::EXT_RTTEX, Looks::AtSourceKeys, nullptr, askSource},
+    {"transform", OUtils::EXT_TEXTURE_TRANSFORM, Looks::AtContexts, askTransform, nullptr},
+    {"uvw", OUtils::EXT_UVWGEN, Looks::AtContexts, askUVW, nullptr},
+    {"uvw_derivs", OUtils::EXT_UVWGEN, Looks::AtContexts, askUVWDerivs, nullptr},
+    {"uvw_transform", OUtils::EXT_UVWGEN, Looks::AtContexts, askUVWTransform, nullptr},
+    {"vector", OUtils::EXT_TEXTURE_VECTOR, Looks::AtContexts, askVector, nullptr},
 };
 constexpr const char* kInterfacesOperation = "interfaces";
+
+const Operation* findOperation(std::string_view name)
+{
+    for (const Operation& operation : kOperations)
+        if (name == operation.name) return &operation;
+    return nullptr;
+}
 
 OutputJson failure(const std::string& text)
 {
@@ -217,15 +229,23 @@ OutputJson unknownOperation(const std::string& name)
     std::vector<std::string> names = {kInterfacesOperation};
     for (const Operation& operation : kOperations)
         names.emplace_back(operation.name);
-    return failure(fmt::format("no operation is named \"{}\"{}", name, suggestName(name, names)));
+    return failure(fmt::format("no operation is named \"{}\"{}", name,
+                               suggestOrList(name, names, "the operations are")));
 }
 
 // The plugin or the output that a request asks; null with a problem otherwise.
 SceneObject askedObject(const RequestSpec& request, const Scene& scene, std::string& problem)
 {
-    if (scene.find(request.plugin)) {
-        if (!request.output) return {scene.find(request.plugin), nullptr};
-        return scene.resolve(request.plugin + "." + *request.output, problem);
+    if (const PluginInstance* plugin = scene.find(request.plugin)) {
+        if (!request.output) return {plugin, nullptr};
+        return resolveOutput(*plugin, *request.output, problem);
+    }
+    const std::size_t dot = request.plugin.rfind('.');
+    if (dot != std::string::npos && scene.find(request.plugin.substr(0, dot))) {
+        problem = fmt::format(
+            "no plugin is named \"{0}\"; for an output write \"plugin\": \"{1}\", \"output\": \"{2}\"",
+            request.plugin, request.plugin.substr(0, dot), request.plugin.substr(dot + 1));
+        return {};
     }
     std::vector<std::string> names;
     for (const PluginInstance& known : scene.instances())
@@ -256,9 +276,28 @@ std::int32_t StampSource::next()
     return upcoming++;
 }
 
+std::optional<std::vector<std::string>> keysOfOperation(const std::string& name)
+{
+    using Keys = std::vector<std::string>;
+    if (name == kInterfacesOperation) return Keys{};
+    const Operation* operation = findOperation(name);
+    if (!operation) return {};
+    switch (operation->looks) {
+    case Looks::AtContexts:
+        return Keys{"contexts"};
+    case Looks::AtTime:
+        return Keys{"time"};
+    case Looks::AtSourceKeys:
+        return Keys{"name", "tag", "descriptor", "pixels"};
+    case Looks::AtNothing:
+        break;
+    }
+    return Keys{};
+}
+
 OutputJson answerRequest(const RequestSpec& request, const ProbeFrame& frame)
 {
-    if (!request.problem.empty()) return failure(request.problem);
+    if (!request.problem.text.empty()) return failure(request.problem.path + ": " + request.problem.text);
     std::string problem;
     const SceneObject object = askedObject(request, frame.scene, problem);
     if (!object.instance) return failure(problem);
@@ -269,9 +308,8 @@ OutputJson answerRequest(const RequestSpec& request, const ProbeFrame& frame)
             interfaceNames([&](OUtils::InterfaceId id) { return object.getInterface(id); }));
         return answer;
     }
-    const auto operation = std::find_if(std::begin(kOperations), std::end(kOperations),
-                                        [&](const Operation& o) { return request.operation == o.name; });
-    if (operation == std::end(kOperations)) return unknownOperation(request.operation);
+    const Operation* operation = findOperation(request.operation);
+    if (!operation) return unknownOperation(request.operation);
     PluginInterface* asked = object.getInterface(operation->interface);
     if (!asked || (!operation->atPoint && !operation->once))
         return failure(fmt::format("{} \"{}{}{}\" offers no {}", object.instance->kind->desc->getName(),

@@ -7,7 +7,9 @@
 
 #include <ombrix/renderer.h>
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace ombrix {
 
@@ -32,6 +34,9 @@ private:
     std::int32_t upcoming = kFirst;
     std::vector<std::int32_t> taken; // given ones within the range, sorted
 };
+
+// The keys that an operation looks at, beside those of every request; nothing for an unknown operation.
+std::optional<std::vector<std::string>> keysOfOperation(const std::string& operation);
 
 // {"values": [...]}, or {"error": "..."} when the request cannot run.
 OutputJson answerRequest(const RequestSpec& request, const ProbeFrame& frame);

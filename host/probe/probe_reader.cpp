@@ -1,8 +1,11 @@
 // Frames and requests of a probe.
 
 #include "host/probe/probe_file.h"
+#include "host/probe/probe_operations.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace ombrix {
 
@@ -32,8 +35,19 @@ void readContexts(const JsonPlace& place, const Scene& scene, RequestSpec& reque
     if (!checkList(place, "\"contexts\"")) return;
     for (std::size_t i = 0; i < place->size(); ++i)
         readContext(place.at(i), scene, request.contexts.emplace_back(), request.problem);
-    // The answer stands at its request; the rest of the place is enough.
-    if (request.problem.starts_with(request.path + "/")) request.problem.erase(0, request.path.size() + 1);
+}
+
+// The keys of a request that some operations alone look at.
+constexpr const char* kOperationKeys[] = {"contexts", "name", "tag", "descriptor", "pixels", "time"};
+
+void warnOfIdleKeys(const JsonPlace& place, const std::string& operation)
+{
+    const std::optional<std::vector<std::string>> taken = keysOfOperation(operation);
+    if (!taken) return;
+    for (const char* key : kOperationKeys)
+        if (place.has(key) && std::find(taken->begin(), taken->end(), key) == taken->end())
+            place.at(key).warning(
+                fmt::format("\"{}\" does not look at \"{}\"; leave it out", operation, key));
 }
 
 RequestSpec readRequest(const JsonPlace& place, const Scene& scene, double frame)
@@ -44,6 +58,7 @@ RequestSpec readRequest(const JsonPlace& place, const Scene& scene, double frame
     if (!checkObject(place, "a request", kRequestKeys) && !place->is_object()) return request;
     requireText(place, "plugin", "the name of a plugin", request.plugin);
     requireText(place, "op", "the operation to ask for", request.operation);
+    warnOfIdleKeys(place, request.operation);
     if (place.has("output")) request.output = readText(place.at("output"));
     takeText(place, "name", request.name);
     takeText(place, "tag", request.tag);

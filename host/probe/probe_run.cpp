@@ -93,7 +93,10 @@ private:
         for (const RequestSpec& request : spec.requests) {
             OutputJson result = answerRequest(request, frame);
             if (result.contains("error")) {
-                diagnostics.error(request.path, result["error"].get_ref<const std::string&>());
+                if (request.problem.text.empty())
+                    diagnostics.error(request.path, result["error"].get_ref<const std::string&>());
+                else
+                    diagnostics.error(request.problem.path, request.problem.text);
                 allAnswered = false;
             }
             results.push_back(std::move(result));

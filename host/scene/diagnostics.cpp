@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <numeric>
 
 namespace ombrix {
@@ -84,12 +83,12 @@ void Diagnostics::print() const
 {
     for (const std::string& line : texts) {
         if (verbosity() == Verbosity::Quiet && line.starts_with("warning: ")) continue;
-        fmt::print(stderr, "{}\n", line);
+        writeErrorLine(line);
     }
     const int unshown = errorCount - kShownErrors;
     if (unshown > 0)
-        fmt::print(stderr, "error: {}: {} more {} not shown\n", file, unshown,
-                   unshown == 1 ? "error is" : "errors are");
+        writeErrorLine(fmt::format("error: {}: {} more {} not shown", file, unshown,
+                                   unshown == 1 ? "error is" : "errors are"));
 }
 
 std::string nearestName(std::string_view wanted, const std::vector<std::string>& candidates)

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -29,6 +30,53 @@ std::string lineAndColumn(std::string_view text, std::size_t offset)
         lineStart = i + 1;
     }
     return fmt::format("line {}, column {}", line, offset - lineStart + 1);
+}
+
+// Words that other languages have for values, and what JSON files here have for them.
+struct ForeignWord {
+    std::string_view word, instead;
+};
+constexpr ForeignWord kForeignWords[] = {
+    {"nan", "\"nan\", with the quotes"},
+    {"inf", "\"inf\", with the quotes"},
+    {"infinity", "\"inf\", with the quotes"},
+    {"-nan", "\"nan\", with the quotes"},
+    {"-inf", "\"-inf\", with the quotes"},
+    {"-infinity", "\"-inf\", with the quotes"},
+    {"+inf", "\"inf\", with the quotes"},
+    {"+infinity", "\"inf\", with the quotes"},
+    {"true", "true"},
+    {"false", "false"},
+    {"none", "null"},
+    {"undefined", "null"},
+};
+
+// The bare word around an offset: letters, with a sign in front.
+std::string_view wordAround(std::string_view text, std::size_t offset)
+{
+    const auto isLetter = [&](std::size_t i) {
+        return std::isalpha(static_cast<unsigned char>(text[i])) != 0;
+    };
+    const auto isPart = [&](std::size_t i) { return isLetter(i) || text[i] == '+' || text[i] == '-'; };
+    offset = std::min(offset, text.size());
+    std::size_t begin = offset, end = offset;
+    while (begin > 0 && isPart(begin - 1))
+        --begin;
+    while (end < text.size() && isPart(end))
+        ++end;
+    return text.substr(begin, end - begin);
+}
+
+// What to write for the word at a fault; "" when it is none that is known.
+std::string adviceForWord(std::string_view word)
+{
+    std::string plain(word);
+    for (char& c : plain)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (const ForeignWord& foreign : kForeignWords)
+        if (foreign.word == plain && foreign.instead != word)
+            return fmt::format("JSON has no {}; write {}", word, foreign.instead);
+    return {};
 }
 
 // The length of the well-formed UTF-8 sequence at the start of the text; 0 when there is none.
@@ -98,8 +146,10 @@ public:
 
     bool parse_error(std::size_t position, const std::string&, const json::exception& fault) override
     {
-        const std::string place = lineAndColumn(text, position > 0 ? position - 1 : 0);
-        diagnostics.error("", fmt::format("{}: {}", place, plainWords(fault.what())));
+        const std::size_t offset = position > 0 ? position - 1 : 0;
+        std::string words = adviceForWord(wordAround(text, offset));
+        if (words.empty()) words = plainWords(fault.what());
+        diagnostics.error("", fmt::format("{}: {}", lineAndColumn(text, offset), words));
         return false;
     }
 
@@ -120,7 +170,12 @@ private:
         cutAfter("] ");
         if (what.starts_with("parse error")) cutAfter(": ");
         if (what.starts_with("syntax error")) cutAfter(" - ");
-        return std::string(what);
+        std::string words(what);
+        if (what.starts_with("unexpected ']'") || what.starts_with("unexpected '}'"))
+            words += "; a value is missing, or there is a comma too many";
+        if (what.starts_with("number overflow"))
+            words += "; write \"inf\" or \"-inf\", with the quotes, for an infinity";
+        return words;
     }
 
     std::string path() const
@@ -188,6 +243,10 @@ std::optional<nlohmann::json> parseJsonText(std::string_view text, Diagnostics& 
     if (bad < text.size()) {
         diagnostics.error("", fmt::format("{}: the byte 0x{:02x} is no UTF-8; save the file as UTF-8",
                                           lineAndColumn(text, bad), static_cast<unsigned char>(text[bad])));
+        return {};
+    }
+    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
+        diagnostics.error("", "the file is empty; it has to hold a JSON object");
         return {};
     }
     DocumentBuilder builder(text, diagnostics);

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <limits>
 
@@ -30,6 +31,32 @@ std::string suggestName(std::string_view wanted, const std::vector<std::string>&
 {
     const std::string nearest = nearestName(wanted, candidates);
     return nearest.empty() ? std::string() : fmt::format("; did you mean \"{}\"?", nearest);
+}
+
+std::string suggestOrList(std::string_view wanted, const std::vector<std::string>& candidates,
+                          std::string_view whatTheyAre)
+{
+    constexpr std::size_t kShownNames = 24;
+    if (candidates.empty()) return {};
+    std::string help = suggestName(wanted, candidates);
+    if (help.empty() && candidates.size() <= kShownNames)
+        help = fmt::format("; {} \"{}\"", whatTheyAre, fmt::join(candidates, "\", \""));
+    return help;
+}
+
+std::string adviceForNumberWord(std::string_view text)
+{
+    std::string plain(text);
+    for (char& c : plain)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const bool negative = plain.starts_with('-');
+    if (negative || plain.starts_with('+')) plain.erase(0, 1);
+    const char* word = nullptr;
+    if (plain == "nan")
+        word = "nan";
+    else if (plain == "inf" || plain == "infinity")
+        word = negative ? "-inf" : "inf";
+    return word ? fmt::format("; write \"{}\" for that number", word) : std::string();
 }
 
 std::string describeJson(const json& value)
@@ -90,10 +117,8 @@ bool checkObject(const JsonPlace& place, std::string_view what, const std::vecto
     bool known = true;
     for (const auto& [key, member] : place->items()) {
         if (std::find(knownKeys.begin(), knownKeys.end(), key) != knownKeys.end()) continue;
-        std::string help = suggestName(key, knownKeys);
-        if (help.empty() && !knownKeys.empty())
-            help = fmt::format("; the keys are \"{}\"", fmt::join(knownKeys, "\", \""));
-        place.at(key).error(fmt::format("{} has no key \"{}\"{}", what, key, help));
+        place.at(key).error(
+            fmt::format("{} has no key \"{}\"{}", what, key, suggestOrList(key, knownKeys, "the keys are")));
         known = false;
     }
     return known;
@@ -146,7 +171,10 @@ std::optional<double> readDouble(const JsonPlace& place)
         if (word == "inf") return std::numeric_limits<double>::infinity();
         if (word == "-inf") return -std::numeric_limits<double>::infinity();
     }
-    place.expected("a number (or \"nan\", \"inf\", \"-inf\")");
+    const std::string advice =
+        place->is_string() ? adviceForNumberWord(place->get_ref<const std::string&>()) : std::string();
+    place.error(fmt::format("takes a number (or \"nan\", \"inf\", \"-inf\"), not {}{}", describeJson(*place),
+                            advice));
     return {};
 }
 

@@ -21,6 +21,12 @@ namespace ombrix {
 std::string pointerStep(std::string_view name);
 // `; did you mean "nearest"?`, or "" when no candidate is near.
 std::string suggestName(std::string_view wanted, const std::vector<std::string>& candidates);
+// The same, or "; WHAT THEY ARE "a", "b"" where none is near and there are few.
+std::string suggestOrList(std::string_view wanted, const std::vector<std::string>& candidates,
+                          std::string_view whatTheyAre);
+// `; write "nan" for that number` for what people write for a number that JSON lacks ("NaN", "-Infinity"),
+// or "".
+std::string adviceForNumberWord(std::string_view text);
 // What a value is, for complaints: `the text "half"`, "a list of 2 elements", "true", "null".
 std::string describeJson(const nlohmann::json& value);
 // Whether a text stands for a number that JSON lacks: "nan", "inf" or "-inf".

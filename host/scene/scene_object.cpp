@@ -1,9 +1,12 @@
 #include "host/scene/scene_object.h"
 
 #include "host/params/host_parameters.h"
+#include "host/scene/contents_check.h"
 #include "host/scene/json_values.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace ombrix {
 
@@ -18,6 +21,8 @@ std::vector<std::string> outputNames(const RegisteredPlugin& kind)
     return names;
 }
 
+} // namespace
+
 SceneObject resolveOutput(const PluginInstance& instance, std::string_view output, std::string& problem)
 {
     const std::vector<std::string> outputs = outputNames(*instance.kind);
@@ -28,7 +33,7 @@ SceneObject resolveOutput(const PluginInstance& instance, std::string_view outpu
     }
     if (std::find(outputs.begin(), outputs.end(), output) == outputs.end()) {
         problem = fmt::format("{} \"{}\" has no output \"{}\"{}", instance.kind->desc->getName(),
-                              instance.name, output, suggestName(output, outputs));
+                              instance.name, output, suggestOrList(output, outputs, "its outputs are"));
         return {};
     }
     OUtils::OmbrixParameterList* list = instance.life->paramList;
@@ -41,7 +46,22 @@ SceneObject resolveOutput(const PluginInstance& instance, std::string_view outpu
     return {&instance, bound};
 }
 
-} // namespace
+const PluginInstance* shadowedOwner(const InstanceMap& instances, std::string_view name)
+{
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos) return nullptr;
+    const auto owner = instances.find(name.substr(0, dot));
+    if (owner == instances.end()) return nullptr;
+    const std::vector<std::string> outputs = outputNames(*owner->second.kind);
+    const bool shadows = std::find(outputs.begin(), outputs.end(), name.substr(dot + 1)) != outputs.end();
+    return shadows ? &owner->second : nullptr;
+}
+
+ContentsCheckInterface* contentsCheckOf(const PluginInstance& instance)
+{
+    if (!instance.kind->builtin) return nullptr;
+    return static_cast<ContentsCheckInterface*>(instance.plugin->getInterface(kContentsCheckId));
+}
 
 OUtils::PluginInterface* SceneObject::getInterface(OUtils::InterfaceId id) const
 {
@@ -65,7 +85,8 @@ SceneObject resolveReference(const InstanceMap& instances, std::string_view refe
     for (const auto& [name, instance] : instances)
         names.push_back(name);
     const std::string_view wanted = dot == std::string_view::npos ? reference : reference.substr(0, dot);
-    std::string suggestion = suggestName(reference, names);
+    std::string suggestion = adviceForNumberWord(reference);
+    if (suggestion.empty()) suggestion = suggestName(reference, names);
     if (suggestion.empty()) suggestion = suggestName(wanted, names);
     problem = fmt::format("no plugin is named \"{}\"{}", reference, suggestion);
     return {};

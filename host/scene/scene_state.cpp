@@ -2,10 +2,13 @@
 
 #include "host/metadata/metadata.h"
 #include "host/params/host_parameters.h"
+#include "host/scene/contents_check.h"
+#include "host/scene/kind_words.h"
 #include "host/scene/settings_reader.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <new>
 
 namespace ombrix {
@@ -40,10 +43,7 @@ const RegisteredPlugin* findKind(const JsonPlace& place, const PluginRegistry& r
     if (!wanted) return nullptr;
     const RegisteredPlugin* kind = registry.find(*wanted);
     if (kind) return kind;
-    std::vector<std::string> names;
-    for (const RegisteredPlugin* known : registry.all())
-        names.push_back(known->desc->getName());
-    type.error(fmt::format("no plugin kind is named \"{}\"{}", *wanted, suggestName(*wanted, names)));
+    type.error(explainUnknownKind(registry, *wanted));
     return nullptr;
 }
 
@@ -60,8 +60,10 @@ void reportUnknownParameter(const JsonPlace& place, const RegisteredPlugin& kind
         for (const ParameterDeclaration& declaration : declarations.all)
             if (!isOutput(declaration.kind)) names.push_back(declaration.name);
     }
-    place.error(
-        fmt::format("{} has no parameter \"{}\"{}", kind.desc->getName(), name, suggestName(name, names)));
+    std::string help = suggestOrList(name, names, "its parameters are");
+    if (help.empty() && names.empty()) help = "; it has none";
+    if (help.empty()) help = fmt::format("; `nezaiva describe {}` shows them", kind.desc->getName());
+    place.error(fmt::format("{} has no parameter \"{}\"{}", kind.desc->getName(), name, help));
 }
 
 bool isRequired(const ParameterDeclaration& declaration)
@@ -87,6 +89,15 @@ bool writeParameter(const PluginInstance& instance, const ParameterDeclaration& 
     }
     HostParameter parameter(declaration, std::move(value));
     return instance.life->setParameter(&parameter) != 0;
+}
+
+// What stands in a parameter; absent when it is unset.
+std::optional<ParameterValue> writtenValue(const PluginInstance& instance,
+                                           const ParameterDeclaration& declaration)
+{
+    const auto* held =
+        dynamic_cast<const HostParameter*>(instance.life->getParameter(declaration.name.c_str()));
+    return held ? held->value() : std::nullopt;
 }
 
 // What the file says it is: the scene format of this version.
@@ -141,6 +152,12 @@ bool Scene::State::readPlugins(const JsonPlace& plugins)
     std::vector<PendingWrite> writes;
     for (const PluginInstance* instance : created) {
         const JsonPlace place = plugins.at(instance->name);
+        if (const PluginInstance* owner = shadowedOwner(instances, instance->name)) {
+            place.error(
+                fmt::format("the name \"{}\" also stands for an output of the {} \"{}\"; rename one of them",
+                            instance->name, owner->kind->desc->getName(), owner->name));
+            good = false;
+        }
         if (place.has("params"))
             good = check(place.at("params"), *instance, NullMeans::Clear, writes) && good;
         good = checkRequired(place, *instance) && good;
@@ -269,15 +286,56 @@ bool Scene::State::commit(std::vector<PendingWrite> writes, std::string_view pat
     if (!faults.empty()) return false;
 
     bool good = true;
+    std::vector<std::optional<ParameterValue>> before;
     for (PendingWrite& write : writes) {
+        before.push_back(writtenValue(*write.instance, *write.declaration));
         if (writeParameter(*write.instance, *write.declaration, std::move(write.read.value))) continue;
         diagnostics.error(std::string(path) + pointerStep(write.instance->name),
                           fmt::format("{} does not take the value of \"{}\"",
                                       write.instance->kind->desc->getName(), write.declaration->name));
         good = false;
     }
+    if (good && !checkContents(writes, path, pathHoldsParams, diagnostics)) {
+        for (std::size_t i = writes.size(); i-- > 0;)
+            writeParameter(*writes[i].instance, *writes[i].declaration, std::move(before[i]));
+        return false;
+    }
     references = std::move(changed);
     reorder();
+    return good;
+}
+
+bool Scene::State::checkContents(const std::vector<PendingWrite>& writes, std::string_view path,
+                                 bool pathHoldsParams, Diagnostics& diagnostics) const
+{
+    const bool anyWritten = std::any_of(writes.begin(), writes.end(), [](const PendingWrite& write) {
+        return contentsCheckOf(*write.instance) != nullptr;
+    });
+    if (!anyWritten) return true;
+    bool good = true;
+    // All of them: what was written into one plugin may not fit another that refers to it.
+    for (const PluginInstance* instance : created) {
+        ContentsCheckInterface* check = contentsCheckOf(*instance);
+        const std::optional<ContentsProblem> problem = check ? check->findProblem() : std::nullopt;
+        if (!problem) continue;
+        good = false;
+        const auto step = [&](std::string_view parameter) {
+            return pointerStep(instance->name) + (pathHoldsParams ? "/params" : "") + pointerStep(parameter);
+        };
+        std::string place = step(problem->parameter), text = problem->text;
+        const auto isPlace = [&](const PendingWrite& write) {
+            return write.instance == instance && write.declaration->name == problem->parameter;
+        };
+        if (std::none_of(writes.begin(), writes.end(), isPlace)) {
+            // The value stands elsewhere, or is left out: the nearest place that there is in this file.
+            const bool own = std::any_of(writes.begin(), writes.end(), [&](const PendingWrite& write) {
+                return write.instance == instance;
+            });
+            place = own ? pointerStep(instance->name) + (pathHoldsParams ? "/params" : "") : "";
+            text = fmt::format("\"{}\" of \"{}\": {}", problem->parameter, instance->name, text);
+        }
+        diagnostics.error(std::string(path) + place, text);
+    }
     return good;
 }
 

@@ -37,8 +37,9 @@ struct Scene::State {
     bool checkRequired(const JsonPlace& place, const PluginInstance& instance) const;
     // Checks a probe's "set".
     bool checkSet(const JsonPlace& changes, std::vector<PendingWrite>& writes) const;
-    // Writes what was checked, unless it would close a cycle; then nothing is written and the cycle is
-    // reported. pathOf gives the place of a faulty parameter.
+    // Writes what was checked, unless it would close a cycle or makes a plugin of the host senseless; then
+    // what stood before stands again and the fault is reported. path is that of the object that holds the
+    // plugins, each with its parameters under "params" or without a step between.
     bool commit(std::vector<PendingWrite> writes, std::string_view path, bool pathHoldsParams,
                 Diagnostics& diagnostics);
     void remove(const PluginInstance* instance);
@@ -55,6 +56,9 @@ struct Scene::State {
 private:
     bool readPlugins(const JsonPlace& plugins);
     void reorder();
+    // Reports what the host's kinds find wrong with their written values.
+    bool checkContents(const std::vector<PendingWrite>& writes, std::string_view path, bool pathHoldsParams,
+                       Diagnostics& diagnostics) const;
     ValueScope scope() const { return {instances, brokenNames, folder}; }
 };
 

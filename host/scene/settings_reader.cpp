@@ -1,5 +1,7 @@
 #include "host/scene/settings_reader.h"
 
+#include "host/renderer/setting_limits.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -7,12 +9,6 @@
 namespace ombrix {
 
 namespace {
-
-constexpr int kMostThreads = 4096;
-constexpr int kLargestPicture = 65536;
-constexpr int kMostSamples = 1 << 20;
-constexpr int kLargestBake = 16384;
-constexpr int kMostGeometrySamples = 1024;
 
 void takeInt(const JsonPlace& place, const char* key, int lowest, int highest, int& value)
 {
@@ -82,10 +78,10 @@ SceneSettings readSettings(const JsonPlace& place)
     if (!known && !place->is_object()) return settings;
     readTimes(place, settings);
     takeInt(place, "threads", 0, kMostThreads, settings.threads);
-    takeInt(place, "width", 1, kLargestPicture, settings.width);
-    takeInt(place, "height", 1, kLargestPicture, settings.height);
+    takeInt(place, "width", 1, kLargestPictureSide, settings.width);
+    takeInt(place, "height", 1, kLargestPictureSide, settings.height);
     takeInt(place, "samples", 1, kMostSamples, settings.samples);
-    takeInt(place, "bake_size", 1, kLargestBake, settings.bakeSize);
+    takeInt(place, "bake_size", 1, kLargestBakeSize, settings.bakeSize);
     takeBool(place, "gpu_block_store", settings.gpuBlockStore);
     if (place.has("motion_blur")) readMotionBlur(place.at("motion_blur"), settings.motionBlur);
     if (place.has("color_space")) settings.colorSpace = readInt(place.at("color_space"));

@@ -19,8 +19,9 @@ TEST(FrameFiles, SizesAreTwoPositiveNumbers)
 {
     EXPECT_EQ(parsePictureSize("640x360")->height, 360);
     EXPECT_EQ(parsePictureSize("1X1")->width, 1);
+    EXPECT_EQ(parsePictureSize("65536x1")->width, 65536);
     for (const char* text :
-         {"", "640", "640x", "x360", "0x5", "5x0", "-4x4", "640*360", "640x360x2", "1e3x5", "99999x4"})
+         {"", "640", "640x", "x360", "0x5", "5x0", "-4x4", "640*360", "640x360x2", "1e3x5", "65537x4"})
         EXPECT_FALSE(parsePictureSize(text)) << text;
 }
 

@@ -67,8 +67,10 @@ TEST_F(ProgramTest, WrongCallsExitWithTwoAndSayWhatToWrite)
                 "unexpected argument \"more\"; `nezaiva list --help` shows what there is");
     expectFails({}, 2, "a command is missing; `nezaiva --help` shows what there is");
     expectFails({"probe"}, 2, "scene is required; `nezaiva probe --help` shows what there is");
-    expectFails({"describe", "ColorValu"}, 2,
-                "no plugin kind is named \"ColorValu\"; did you mean \"ColorValue\"?");
+    expectFails(
+        {"describe", "ColorValu"}, 2,
+        "no plugin kind is named \"ColorValu\"; did you mean \"ColorValue\"? `nezaiva list` shows them all");
+    expectFails({"describe", "Zzz"}, 2, "no plugin kind is named \"Zzz\"; `nezaiva list` shows them all");
     expectFails({"probe", "-", "-"}, 2, "only one of the scene and the probe can come from standard input");
 }
 
@@ -209,12 +211,125 @@ TEST_F(ProgramTest, FullDiskShowsAsAFailure)
     EXPECT_EQ(result.errors, "error: cannot write to standard output: No space left on device\n");
 }
 
-TEST_F(ProgramTest, ReaderThatGoesAwayShowsAsAFailureNotAsASignal)
+// As the signal SIGPIPE, 13, ends other programs.
+TEST_F(ProgramTest, ReaderThatGoesAwayEndsTheProgramWithoutAWord)
 {
+    for (const char* call : {"list --json", "describe TexNoiseMaya --json", "--help"}) {
+        const ProgramRun result = support::runProgram(
+            {"/bin/sh", "-c",
+             std::string("{ sleep 0.2; '") + kProgram + "' " + call + "; echo $? > code; } | true"},
+            {}, folder.path());
+        EXPECT_EQ(bytesOf(folder / "code"), "141\n") << call;
+        EXPECT_EQ(result.errors, "") << call;
+    }
+}
+
+TEST_F(ProgramTest, ClosedStandardErrorLosesTheMessageAndKeepsTheExitCode)
+{
+    writeScene(R"("a": {"type": "Zzz"})");
+    for (const char* call : {"rendr", "probe look.json", "bake look.json x -o a.png --frame nan"})
+        for (const char* closed : {"2>&-", "2>/dev/full"}) {
+            const ProgramRun result = support::runProgram(
+                {"/bin/sh", "-c", std::string("'") + kProgram + "' " + call + " " + closed}, {},
+                folder.path());
+            EXPECT_EQ(result.exitCode, 2) << call << " " << closed;
+        }
+}
+
+TEST_F(ProgramTest, FramesAndThreadsOutsideOfWhatThereIsAreRefused)
+{
+    writeScene(R"("c": {"type": "ColorValue"})");
+    for (const std::string frame : {"nan", "inf", "-inf", "1e999", "x", "1x", ""})
+        for (const std::vector<std::string>& call :
+             {std::vector<std::string>{"bake", "look.json", "c", "-o", "a.png"},
+              std::vector<std::string>{"source", "look.json", "c"},
+              std::vector<std::string>{"render", "look.json", "-o", "a.png"}}) {
+            std::vector<std::string> words = call;
+            words.push_back("--frame=" + frame);
+            const ProgramRun result = run(words);
+            EXPECT_EQ(result.exitCode, 2) << frame;
+            EXPECT_EQ(lineCount(result.errors), 1u) << result.errors;
+            EXPECT_TRUE(result.errors.starts_with("error: --frame: ")) << result.errors;
+        }
+    for (const char* command : {"bake", "render"}) {
+        std::vector<std::string> words = {command, "look.json", "-o", "a.png", "--threads", "4097"};
+        if (std::string(command) == "bake") words.push_back("c");
+        const ProgramRun result = run(words);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_NE(result.errors.find("4096"), std::string::npos) << result.errors;
+    }
+    expectFails({"render", "look.json", "-o", "a.png", "--frames", "1-2000000000"}, 2,
+                "--frames: 1-2000000000 are 2000000000 frames; one call renders 100000 at most");
+    EXPECT_EQ(folder.names(), std::set<std::string>{"look.json"});
+}
+
+TEST_F(ProgramTest, FrameBeyondAnIntegerNamesAFile)
+{
+    writeScene(R"("c": {"type": "ColorValue"})");
+    const ProgramRun result =
+        run({"render", "look.json", "-o", "a.%d.png", "--frame", "1e300", "--size", "2x2", "--samples", "1"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_TRUE(folder.names().contains("a.2147483647.png"));
+}
+
+TEST_F(ProgramTest, MeshThatMakesNoSenseIsAnErrorOfTheSceneForEveryCommand)
+{
+    writeScene(
+        R"("c": {"type": "ColorValue"}, "m": {"type": "Mesh", "params": {"positions": [[0,0,0],[1,0,0],[0,1,0]],
+                  "faces": [[0,1,7]]}})");
+    const std::string line =
+        "look.json: /plugins/m/params/faces: triangle 0 refers to position 7, but there are 3 "
+        "(indices count from 0)";
+    expectFails({"probe", "look.json"}, 2, line);
+    expectFails({"source", "look.json", "c"}, 2, line);
+    expectFails({"bake", "look.json", "c", "-o", "a.png"}, 2, line);
+    expectFails({"render", "look.json", "-o", "a.png"}, 2, line);
+}
+
+TEST_F(ProgramTest, MeshFileAtFaultIsNamedWithItsLine)
+{
+    writeBytes(folder / "a.obj", "v 0 0 0\nv 1 0 0\nv 0 x 0\nf 1 2 3\n");
+    writeScene(R"("m": {"type": "Mesh", "params": {"file": "a.obj"}})");
+    expectFails({"probe", "look.json"}, 2,
+                "look.json: /plugins/m/params/file: a.obj:3: \"x\" is no finite number");
+    writeBytes(folder / "a.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\n");
+    expectFails({"probe", "look.json"}, 2,
+                "look.json: /plugins/m/params/file: cannot read mesh \"a.obj\": it has no faces");
+}
+
+TEST_F(ProgramTest, MeshWithoutAFormLivesInAProbeAndIsRefusedForAPicture)
+{
+    writeScene(R"("m": {"type": "Mesh"})");
+    EXPECT_EQ(run({"probe", "look.json"}).exitCode, 0);
+    expectFails(
+        {"render", "look.json", "-o", "a.png"}, 2,
+        "look.json: /plugins/m: there is nothing to show; give it a file, a shape, or positions and faces");
+}
+
+TEST_F(ProgramTest, EmptyFilesSaySo)
+{
+    writeBytes(folder / "look.json", "\n");
+    expectFails({"probe", "look.json"}, 2, "look.json: the file is empty; it has to hold a JSON object");
+    writeScene("");
+    expectFails({"probe", "look.json", "/dev/null"}, 2,
+                "/dev/null: the file is empty; it has to hold a JSON object");
+}
+
+TEST_F(ProgramTest, BrokenLibraryInASearchedFolderIsAnError)
+{
+    std::filesystem::create_directory(folder / "plugins");
+    const std::string whole = bytesOf(std::filesystem::path(kProgram).parent_path() / "libnezaiva.so");
+    writeBytes(folder / "plugins" / "libcut.so", whole.substr(0, whole.size() / 2));
     const ProgramRun result = support::runProgram(
-        {"/bin/sh", "-c", std::string("{ '") + kProgram + "' list --json; echo $? > code; } | true"}, {},
-        folder.path());
-    EXPECT_EQ(bytesOf(folder / "code"), "1\n") << result.errors;
+        {"/usr/bin/env", "OMBRIX_PLUGIN_PATH=plugins", kProgram, "list"}, {}, folder.path());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "error: cannot load plug-in library plugins/libcut.so: it is cut short\n");
+    EXPECT_EQ(result.output, "");
+    const ProgramRun own = support::runProgram(
+        {"/usr/bin/env", "OMBRIX_PLUGIN_PATH=" + std::filesystem::path(kProgram).parent_path().string(),
+         kProgram, "describe", "TexNoiseMaya"},
+        {}, folder.path());
+    EXPECT_EQ(own.exitCode, 0) << "the host's runtime stands beside the library: " << own.errors;
 }
 
 // Every example cut at many places: whatever remains, the program answers and does not crash.

@@ -87,7 +87,8 @@ TEST_F(ObjReader, NamesTheFileAndTheReason)
     }
     EXPECT_NE(messageOf("").find("it has no positions"), std::string::npos);
     EXPECT_NE(messageOf("v 0 0 0\nv 1 0 0\nv 0 1 0\n").find("it has no faces"), std::string::npos);
-    EXPECT_NE(messageOf("v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n").find("position 8"), std::string::npos);
+    EXPECT_EQ(messageOf("v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n"),
+              file.string() + ":4: there is no position 9; the file has 3");
     EXPECT_NE(messageOf("this is no mesh\n\x01\x02\xff").find(file.string()), std::string::npos);
 }
 
@@ -101,7 +102,7 @@ TEST_F(ObjReader, BadIndicesNeverReadOutside)
             const MeshData mesh = readObj(write(std::string("v 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\n") + faces));
             EXPECT_EQ(findMeshProblem(mesh), "");
         } catch (const MeshFileError& error) {
-            EXPECT_NE(error.message.find("cannot read mesh"), std::string::npos);
+            EXPECT_TRUE(error.message.starts_with(file.string() + ":5: ")) << error.message;
         }
     }
 }

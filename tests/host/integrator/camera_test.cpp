@@ -110,10 +110,11 @@ TEST(Camera, CompletesWhatIsLeftUnset)
 
 TEST(Camera, FieldsOfViewAreKeptWithinWhatCanBeSeen)
 {
-    EXPECT_EQ(clampedFov(400.0f), 179.0f);
-    EXPECT_EQ(clampedFov(-3.0f), 0.01f);
-    EXPECT_EQ(clampedFov(std::numeric_limits<float>::quiet_NaN()), 0.01f);
-    EXPECT_EQ(clampedFov(40.0f), 40.0f);
+    EXPECT_EQ(clampedFov(400.0f), 179.999f);
+    EXPECT_EQ(clampedFov(-3.0f), 0.001f);
+    EXPECT_EQ(clampedFov(std::numeric_limits<float>::quiet_NaN()), 0.001f);
+    for (const float kept : {0.005f, 40.0f, 179.5f})
+        EXPECT_EQ(clampedFov(kept), kept);
 }
 
 } // namespace

@@ -193,7 +193,7 @@ TEST_F(DefaultLibraries, StandBesideTheProgramAndOthersAreNotOpened)
     const Folder folder("registry_beside");
     folder.add("two_kinds", "libsamples.so");
     folder.add("no_entry", "libruntime.so");
-    std::ofstream(folder.path / "broken.so") << "ELF? no";
+    fs::create_directory(folder.path / "folder.so");
     std::ofstream(folder.path / "readme.txt") << "getLibDesc";
     registry.loadDefaultLibraries(folder.path);
     EXPECT_EQ(namesOf(registry).size(), 2u);
@@ -213,6 +213,55 @@ TEST_F(DefaultLibraries, ComeFromTheFoldersOfTheVariable)
     ::setenv("OMBRIX_PLUGIN_PATH", (first.path.string() + "::" + second.path.string()).c_str(), 1);
     registry.loadDefaultLibraries(beside.path);
     EXPECT_EQ(namesOf(registry), (std::vector<std::string>{"Lonely", "SampleA", "SampleB"}));
+}
+
+// What loading from a folder is refused for.
+std::string refusalOf(PluginRegistry& registry, const fs::path& programFolder)
+{
+    try {
+        registry.loadDefaultLibraries(programFolder);
+    } catch (const LibraryError& error) {
+        return error.message;
+    }
+    return "";
+}
+
+TEST_F(DefaultLibraries, ABrokenOneIsAnErrorWhereverItStands)
+{
+    const Folder folder("registry_broken");
+    folder.add("two_kinds", "libsamples.so");
+    const fs::path broken = folder.path / "libbroken.so";
+    std::ofstream(broken) << "ELF? no";
+    const std::string expected =
+        "cannot load plug-in library " + broken.string() + ": it is no shared library";
+    EXPECT_EQ(refusalOf(registry, folder.path), expected);
+    ::setenv("OMBRIX_PLUGIN_PATH", folder.path.c_str(), 1);
+    EXPECT_EQ(refusalOf(registry, "."), expected);
+    fs::remove(broken);
+    fs::create_symlink("nowhere", broken);
+    EXPECT_EQ(refusalOf(registry, "."), "cannot load plug-in library " + broken.string() + ": no such file");
+}
+
+TEST_F(DefaultLibraries, OneWithoutTheEntryIsAnErrorInTheFoldersOfTheVariable)
+{
+    const Folder folder("registry_no_entry");
+    folder.add("no_entry", "libother.so");
+    ::setenv("OMBRIX_PLUGIN_PATH", folder.path.c_str(), 1);
+    EXPECT_EQ(refusalOf(registry, "."), "cannot load plug-in library " +
+                                            (folder.path / "libother.so").string() +
+                                            ": it has no getLibDesc, so it is not a plug-in library");
+}
+
+TEST_F(DefaultLibraries, TheHostsOwnRuntimeMayStandAmongThem)
+{
+    const Folder folder("registry_runtime");
+    folder.add("one_kind", "libone.so");
+    Dl_info runtime{};
+    ASSERT_NE(::dladdr(reinterpret_cast<void*>(&exportsSymbol), &runtime), 0);
+    fs::create_symlink(fs::absolute(runtime.dli_fname), folder.path / "libombrix.so");
+    ::setenv("OMBRIX_PLUGIN_PATH", folder.path.c_str(), 1);
+    EXPECT_EQ(refusalOf(registry, "."), "");
+    EXPECT_EQ(namesOf(registry), std::vector<std::string>{"Lonely"});
 }
 
 TEST_F(DefaultLibraries, AMissingFolderOfTheVariableIsAWarning)
@@ -245,6 +294,34 @@ TEST(ElfSymbols, DamagedFilesDefineNothing)
         EXPECT_FALSE(exportsSymbol(file, "getLibDesc")) << kept;
     }
     fs::remove(file);
+}
+
+TEST(ElfSymbols, LibrariesThatAreCutShortAreToldBeforeTheyAreOpened)
+{
+    std::ifstream in(fixture("two_kinds"), std::ios::binary);
+    const std::string whole((std::istreambuf_iterator<char>(in)), {});
+    const fs::path file = fs::path(testing::TempDir()) / "cut_short.so";
+    const auto problemOf = [&](const std::string& bytes) {
+        std::ofstream(file, std::ios::binary) << bytes;
+        return findLibraryProblem(file);
+    };
+    EXPECT_EQ(problemOf(whole), "");
+    for (std::size_t kept :
+         {std::size_t{4}, std::size_t{10}, std::size_t{64}, std::size_t{1000}, whole.size() / 4}) {
+        EXPECT_EQ(problemOf(whole.substr(0, kept)), "it is cut short") << kept;
+        PluginRegistry registry;
+        EXPECT_EQ(errorOf(registry, file),
+                  "cannot load plug-in library " + file.string() + ": it is cut short");
+    }
+    EXPECT_EQ(problemOf(""), "it is no shared library");
+    EXPECT_EQ(problemOf("\x7f"
+                        "ELG and more"),
+              "it is no shared library");
+    std::string narrow = whole;
+    narrow[4] = 1; // a 32-bit file
+    EXPECT_EQ(problemOf(narrow), "it is no shared library");
+    fs::remove(file);
+    EXPECT_EQ(findLibraryProblem(file), "No such file or directory");
 }
 
 class BuiltinParams : public OUtils::OmbrixParameterListDesc {

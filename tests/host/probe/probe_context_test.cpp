@@ -19,7 +19,7 @@ protected:
     const HostContext& context(const std::string& text)
     {
         spec = ContextSpec();
-        std::string problem;
+        RequestProblem problem;
         Diagnostics diagnostics("c");
         const nlohmann::json json = nlohmann::json::parse(text);
         readContext(JsonPlace(json, "", diagnostics), *scene, spec, problem);
@@ -213,7 +213,10 @@ TEST_F(ProbeContextTest, EveryPartOfAPrimitiveIsRead)
         R"({"primitive": {"kind": 2336, "points": [[1, 2, 3], [4, 5, 6]], "segment": 3, "first_segment": 2,
         "fraction": 0.5, "owner_strand": 7, "strands": [[[0, 0, 0]], []], "colors": [[1, 0, 0]], "strand_index": 1,
         "segment_index": 4, "segment_fraction": 0.25}})");
-    EXPECT_TRUE(lines.empty());
+    EXPECT_EQ(lines.size(), 5u) << "warnings of the keys of other kinds, which are read all the same";
+    for (const std::string& line : lines)
+        EXPECT_TRUE(line.starts_with("warning: c: /primitive/s") ||
+                    line.starts_with("warning: c: /primitive/colors"));
     const PrimitiveSpec& primitive = *spec.primitive;
     EXPECT_EQ(primitive.kind, 0x920);
     EXPECT_EQ(primitive.points.at(1).y, 5.0f);
@@ -232,32 +235,78 @@ TEST_F(ProbeContextTest, EveryPartOfAPrimitiveIsRead)
     EXPECT_FALSE(spec.primitive || spec.instance || spec.surface);
 }
 
+TEST_F(ProbeContextTest, MapsThatContradictSayWhatToWrite)
+{
+    EXPECT_TRUE(refused(R"({"surface": {"uvw": [0, 0, 0], "columns": [[1,0,0],[0,1,0],[0,0,1]]}})"));
+    EXPECT_EQ(lines,
+              std::vector<std::string>{
+                  "error: c: /surface: \"uvw\" means the identity with that offset; write \"uvw\" alone, or "
+                  "\"columns\" and \"offset\""});
+    EXPECT_FALSE(refused(R"({"surface": {"offset": [0, 0, 0], "columns": [[1,0,0],[0,1,0],[0,0,1]]}})"));
+    EXPECT_FALSE(refused(R"({"surface": {"uvw": [0, 0, 0], "uv_sets": {"map1": 1}}})"));
+}
+
+TEST_F(ProbeContextTest, UnknownKindsOfPrimitivesAndKeysOfOthersAreWarnedOf)
+{
+    context(R"({"primitive": {"kind": 7, "fraction": 0.5}})");
+    EXPECT_EQ(spec.primitive->kind, 7) << "it may be one that is no hair";
+    EXPECT_EQ(lines,
+              std::vector<std::string>{"warning: c: /primitive/kind: 7 is no kind of hair; those are 2336, "
+                                       "4128, 4912, 4913, 6434, 6690, decimal"});
+    context(R"({"primitive": {"kind": 6434, "strand_index": 3, "colors": []}})");
+    EXPECT_EQ(lines,
+              std::vector<std::string>{"warning: c: /primitive/colors: a primitive of kind 6434 has no "
+                                       "\"colors\"; kinds 4912, 4913 do"});
+    context(R"({"primitive": {"kind": 4912, "strand_index": 3, "colors": [], "segment_fraction": 0.5}})");
+    EXPECT_TRUE(lines.empty());
+    context(R"({"primitive": {"kind": "0x920"}})");
+    EXPECT_EQ(lines, std::vector<std::string>{
+                         "error: c: /primitive/kind: takes an integer, not the text \"0x920\"; write 2336"});
+}
+
+TEST_F(ProbeContextTest, UnknownNamesAreToldWithWhatThereIs)
+{
+    context(R"({"flags": ["zzz"]})");
+    EXPECT_EQ(lines[0], "error: c: /flags/0: no flag is named \"zzz\"; the flags are \"noUVWCache\", "
+                        "\"noTexCache\", \"rawTextureLookup\"");
+    context(R"({"surface": {"zzz": 1}})");
+    EXPECT_EQ(lines[0],
+              "error: c: /surface/zzz: a surface has no key \"zzz\"; the keys are \"uvw\", \"columns\", "
+              "\"offset\", \"channels\", \"uv_sets\"");
+}
+
 TEST_F(ProbeContextTest, WrongShapesAreRefused)
 {
-    for (const char* text : {R"(3)",
-                             R"({"thread": 0.5})",
-                             R"({"stamp": 2147483648})",
-                             R"({"filtering": 1})",
-                             R"({"shade_point": [1, 2]})",
-                             R"({"filter_widths": [1, 2, 3]})",
-                             R"({"ray_flags": -1})",
-                             R"({"surface": 1})",
-                             R"({"surface": {"uv": [0, 0]}})",
-                             R"({"surface": {"uvw": [0, 0, 0], "offset": [0, 0, 0]}})",
-                             R"({"surface": {"channels": {"one": {}}}})",
-                             R"({"surface": {"channels": []}})",
-                             R"({"surface": {"channels": {"1": {"columns": []}}}})",
-                             R"({"surface": {"uv_sets": {"a": "b"}}})",
-                             R"({"instance": {"hairs": {}}})",
-                             R"({"instance": {"hair": {"lenght": 1}}})",
-                             R"({"instance": {"map_channels": []}})",
-                             R"({"instance": {"map_channels": {"a": {"value": 1}}}})",
-                             R"({"instance": {"text_attributes": {"a": 1}}})",
-                             R"({"instance": {"typed_attributes": {"a": {"value": [1, 2, 3, 4, 5]}}}})",
-                             R"({"primitive": {}})",
-                             R"({"primitive": {"kind": 1, "points": [1]}})",
-                             R"({"values": []})",
-                             R"({"volume_ref": null})"})
+    for (const char* text :
+         {R"(3)",
+          R"({"thread": 0.5})",
+          R"({"stamp": 2147483648})",
+          R"({"filtering": 1})",
+          R"({"shade_point": [1, 2]})",
+          R"({"filter_widths": [1, 2, 3]})",
+          R"({"ray_flags": -1})",
+          R"({"surface": 1})",
+          R"({"surface": {"uv": [0, 0]}})",
+          R"({"surface": {"uvw": [0, 0, 0], "offset": [0, 0, 0]}})",
+          R"({"surface": {"uvw": [0, 0, 0], "columns": [[1,0,0],[0,1,0],[0,0,1]]}})",
+          R"({"surface": {"uvw": [0, 0, 0], "channels": {"1": {}}}})",
+          R"({"surface": {"offset": [0, 0, 0], "channels": {}}})",
+          R"({"surface": {"channels": {"1": {"uvw": [0, 0, 0], "columns": [[1,0,0],[0,1,0],[0,0,1]]}}}})",
+          R"({"surface": {"channels": {"one": {}}}})",
+          R"({"surface": {"channels": []}})",
+          R"({"surface": {"channels": {"1": {"columns": []}}}})",
+          R"({"surface": {"uv_sets": {"a": "b"}}})",
+          R"({"instance": {"hairs": {}}})",
+          R"({"instance": {"hair": {"lenght": 1}}})",
+          R"({"instance": {"map_channels": []}})",
+          R"({"instance": {"map_channels": {"a": {"value": 1}}}})",
+          R"({"instance": {"text_attributes": {"a": 1}}})",
+          R"({"instance": {"typed_attributes": {"a": {"value": [1, 2, 3, 4, 5]}}}})",
+          R"({"primitive": {}})",
+          R"({"primitive": {"kind": 2336, "points": [[0, 0, 0]], "end_points": []}})",
+          R"({"primitive": {"kind": 1, "points": [1]}})",
+          R"({"values": []})",
+          R"({"volume_ref": null})"})
         EXPECT_TRUE(refused(text)) << text;
 }
 

@@ -137,15 +137,72 @@ TEST_F(ProbeTest, RequestThatCannotRunIsAnsweredAndTheOthersToo)
     EXPECT_EQ(results[3],
               j(R"({"error": "Witness \"w\" has no output \"out_amont\"; did you mean \"out_amount\"?"})"));
     EXPECT_EQ(results[4], j(R"({"error": "ColorValue \"c\" offers no EXT_MAYA_FLUID_TEXTURE"})"));
-    EXPECT_EQ(results[5],
-              j(R"({"error": "contexts/0/values/cx: no plugin is named \"cx\"; did you mean \"c\"?"})"));
+    EXPECT_EQ(
+        results[5],
+        j(R"({"error": "/requests/5/contexts/0/values/cx: no plugin is named \"cx\"; did you mean \"c\"?"})"));
     EXPECT_EQ(
         results[6],
-        j(R"({"error": "contexts/1/values/w: \"w\" is a Witness; only a value texture takes a value from the context"})"));
+        j(R"({"error": "/requests/6/contexts/1/values/w: \"w\" is a Witness; only a value texture takes a value from the context"})"));
     EXPECT_EQ(results[7], j(R"({"values": [[1, 1, 1, 1]]})"));
     EXPECT_FALSE(allAnswered);
     EXPECT_EQ(lines.size(), 7u);
     EXPECT_EQ(lines[0], "error: probe.json: /requests/0: no plugin is named \"cc\"; did you mean \"c\"?");
+    EXPECT_EQ(lines[5], "error: probe.json: /requests/5/contexts/0/values/cx: no plugin is named \"cx\"; did "
+                        "you mean \"c\"?");
+}
+
+TEST_F(ProbeTest, OutputWrittenIntoTheNameGetsTheKeyForIt)
+{
+    EXPECT_EQ(
+        ask(R"("w": {"type": "Witness"})", R"("plugin": "w.out_amount", "op": "float")"),
+        j(R"({"error": "no plugin is named \"w.out_amount\"; for an output write \"plugin\": \"w\", \"output\": \"out_amount\""})"));
+    EXPECT_EQ(
+        ask(R"("w": {"type": "Witness"})", R"("plugin": "w", "output": "zzz", "op": "float")"),
+        j(R"({"error": "Witness \"w\" has no output \"zzz\"; its outputs are \"out_amount\", \"out_silent\""})"));
+}
+
+TEST_F(ProbeTest, OutputIsNeverAnotherPluginOfThatName)
+{
+    EXPECT_EQ(ask(R"("f": {"type": "FloatValue"}, "f.x": {"type": "FloatValue"})",
+                  R"("plugin": "f", "output": "x", "op": "float")"),
+              j(R"({"error": "FloatValue \"f\" has no outputs; write \"f\""})"));
+}
+
+TEST_F(ProbeTest, KeysThatAnOperationDoesNotLookAtAreWarnedOf)
+{
+    const auto warnedOf = [&](const std::string& request, const std::vector<std::string>& keys) {
+        const json answer = probeOf(R"("f": {"type": "FloatValue"})",
+                                    R"({"ombrix_probe": 1, "requests": [{"plugin": "f", )" + request + "}]}");
+        EXPECT_TRUE(answer["frames"][0]["results"][0].contains("values")) << request;
+        std::vector<std::string> expected;
+        for (const std::string& key : keys)
+            expected.push_back("warning: probe.json: /requests/0/" + key);
+        ASSERT_EQ(lines.size(), keys.size()) << request;
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            EXPECT_TRUE(lines[i].starts_with(expected[i] + ": \"")) << lines[i];
+    };
+    warnedOf(R"("op": "float_bounds", "contexts": [{}])", {"contexts"});
+    EXPECT_EQ(lines[0], "warning: probe.json: /requests/0/contexts: \"float_bounds\" does not look at "
+                        "\"contexts\"; leave it out");
+    warnedOf(R"("op": "float", "contexts": [{}], "pixels": true, "time": 3, "name": "n")",
+             {"name", "pixels", "time"});
+    warnedOf(R"("op": "source", "name": "n", "tag": "t", "descriptor": "MaterialDescriptor", "pixels": true)",
+             {});
+    warnedOf(R"("op": "source", "contexts": [])", {"contexts"});
+    warnedOf(R"("op": "interfaces", "time": 1)", {"time"});
+}
+
+TEST_F(ProbeTest, SetThatMakesAMeshSenselessEndsTheRunAndNamesThePlace)
+{
+    const json answer = probeOf(
+        R"("m": {"type": "Mesh", "params": {"positions": [[0,0,0],[1,0,0],[0,1,0]], "faces": [[0,1,2]]}})",
+        R"({"ombrix_probe": 1, "frames": [{}, {"set": {"m": {"faces": [[0, 1, 7]]}}}, {}]})");
+    EXPECT_FALSE(allAnswered);
+    EXPECT_EQ(answer["frames"].size(), 1u);
+    EXPECT_EQ(lines,
+              std::vector<std::string>{
+                  "error: probe.json: /frames/1/set/m/faces: triangle 0 refers to position 7, but there "
+                  "are 3 (indices count from 0)"});
 }
 
 TEST_F(ProbeTest, OneValueForEachContextAndExactlyOneWithout)

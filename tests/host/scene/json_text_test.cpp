@@ -79,6 +79,44 @@ TEST(JsonText, TakesTheDeepestNestingThatIsAllowed)
     EXPECT_FALSE(parsed("[" + text + "]").value);
 }
 
+TEST(JsonText, EmptyTextSaysSo)
+{
+    for (const char* text : {"", " \n\t\r\n"})
+        EXPECT_EQ(parsed(text).lines,
+                  std::vector<std::string>{"error: f: the file is empty; it has to hold a JSON object"});
+}
+
+TEST(JsonText, WordsOfOtherLanguagesGetTheirForm)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"{\"a\": NaN}", "JSON has no NaN; write \"nan\", with the quotes"},
+        {"{\"a\": nan}", "JSON has no nan; write \"nan\", with the quotes"},
+        {"[1, Infinity]", "JSON has no Infinity; write \"inf\", with the quotes"},
+        {"[-Infinity]", "JSON has no -Infinity; write \"-inf\", with the quotes"},
+        {"[-inf]", "JSON has no -inf; write \"-inf\", with the quotes"},
+        {"[True]", "JSON has no True; write true"},
+        {"[FALSE, 1]", "JSON has no FALSE; write false"},
+        {"{\"a\": None}", "JSON has no None; write null"},
+    };
+    for (const auto& [text, complaint] : cases) {
+        const Parsed result = parsed(text);
+        ASSERT_EQ(result.lines.size(), 1u) << text;
+        EXPECT_TRUE(result.lines[0].ends_with(complaint)) << result.lines[0];
+        EXPECT_TRUE(result.lines[0].starts_with("error: f: line 1, column ")) << result.lines[0];
+    }
+    EXPECT_EQ(parsed("[true true]").lines[0].find("JSON has no"), std::string::npos) << "true is JSON";
+}
+
+TEST(JsonText, FaultsThatAreOftenMadeGetAHint)
+{
+    for (const char* text : {"[1, ]", "{\"a\": 1, }", "{\"a\": }"})
+        EXPECT_NE(parsed(text).lines[0].find("a value is missing, or there is a comma too many"),
+                  std::string::npos)
+            << text;
+    EXPECT_NE(parsed("[1e999]").lines[0].find("write \"inf\" or \"-inf\", with the quotes"),
+              std::string::npos);
+}
+
 TEST(JsonText, RefusesWhatIsEmptyOrHasMoreThanOneValue)
 {
     for (const char* text :

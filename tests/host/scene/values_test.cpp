@@ -93,6 +93,25 @@ TEST_F(ValuesTest, FloatTakesNumbersAndTheWordsForOthers)
                        "takes a number (or \"nan\", \"inf\", \"-inf\"), not the text \"half\"");
 }
 
+TEST_F(ValuesTest, OtherWordsForNumbersGetTheirForm)
+{
+    const auto refused = [&](const char* text, const char* word) {
+        expectRefusedValue("amount", std::string("\"") + text + "\"",
+                           std::string("takes a number (or \"nan\", \"inf\", \"-inf\"), not the text \"") +
+                               text + "\"; write \"" + word + "\" for that number");
+    };
+    refused("NaN", "nan");
+    refused("Infinity", "inf");
+    refused("+inf", "inf");
+    refused("-INF", "-inf");
+    // On a texture input a text could be a reference.
+    expectRefusedValue("weight", "\"NaN\"", "no plugin is named \"NaN\"; write \"nan\" for that number");
+    expectRefusedValue("input", "[0, \"Inf\", 0]",
+                       "takes a number (or \"nan\", \"inf\", \"-inf\"), not the text \"Inf\"; write "
+                       "\"inf\" for that number",
+                       "/1");
+}
+
 TEST_F(ValuesTest, ColorTakesThreeOrFourNumbersOrAGrey)
 {
     const auto color = [&](const char* name, const char* json) {
