@@ -138,8 +138,8 @@ def placement_sheet(folder):
         ("repeat 2", {"repeat_u": 2, "repeat_v": 2}),
         ("repeat 2, mirror", {"repeat_u": 2, "repeat_v": 2, "mirror_u": True, "mirror_v": True}),
         ("repeat 2, stagger", {"repeat_u": 2, "repeat_v": 2, "stagger": True}),
-        ("rotate frame 0.5", {"rotate_frame": 0.5}),
-        ("rotate UV 0.5", {"rotate_uv": 0.5}),
+        ("half, rotate frame", {"coverage_u": 0.5, "coverage_v": 0.5, "rotate_frame": 0.5}),
+        ("half, rotate UV", {"coverage_u": 0.5, "coverage_v": 0.5, "rotate_uv": 0.5}),
         ("noise 0.02", {"noise_u": 0.02, "noise_v": 0.02}),
         ("translate frame 0.25", {"translate_frame_u": 0.25, "translate_frame_v": 0.125}),
     ]
