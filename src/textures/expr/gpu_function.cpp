@@ -4,6 +4,7 @@
 #include "textures/expr/gpu_expr_evaluator.h"
 #include "textures_private/texmaya_private/noises/cell_index.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -22,7 +23,9 @@ struct SymbolCode {
     std::int32_t code;
 };
 
+// The operations of manip: what it does with one channel of its two colours.
 constexpr SymbolCode kChannelOps[] = {{"+", 2}, {"-", 3}, {"*", 4}, {"/", 5}, {"g", 6}};
+// The channel that manip takes in the place of another.
 constexpr SymbolCode kSwizzles[] = {{"x", 1}, {"y", 2}, {"z", 3}, {"w", 4}};
 
 // The code of a symbol, 0 for any other node and for null.
@@ -35,6 +38,7 @@ std::int32_t symbolCode(const SymbolCode (&codes)[kCount], const Node* node)
     return 0;
 }
 
+// The code of an operation; a literal is the code itself.
 std::int32_t channelOp(const Node* node)
 {
     if (node && node->getType() == kLiteralType)
@@ -72,12 +76,15 @@ bool ManipFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, 
 
 void ManipFunction::writeCall(const GPUFunction& /*function*/, FunctionNode& node, GPUSourceWriter& writer)
 {
-    Operands operands{};
+    std::int32_t channelOps[kChannels] = {}, swizzle[kChannels] = {}; // of red, green, blue and alpha
     for (std::size_t i = 0; i < kChannels; ++i) {
-        operands[i] = channelOp(node.getArg(static_cast<int>(kFirstChannelOp + i)));
+        channelOps[i] = channelOp(node.getArg(static_cast<int>(kFirstChannelOp + i)));
         // Kept as is: a literal, which counts as a channel operation, is no selector.
-        operands[kChannels + i] = symbolCode(kSwizzles, node.getArg(static_cast<int>(kFirstSwizzle + i)));
+        swizzle[i] = symbolCode(kSwizzles, node.getArg(static_cast<int>(kFirstSwizzle + i)));
     }
+    Operands operands{};
+    std::copy_n(channelOps, kChannels, operands.begin());
+    std::copy_n(swizzle, kChannels, operands.begin() + kChannels);
     writer.openSlot();
     writer.writeOperator(kManipOperator, operands);
     // Kept as is: two slots go, also when there are more arguments; the others were never written.

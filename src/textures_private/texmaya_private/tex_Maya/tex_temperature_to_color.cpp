@@ -1,7 +1,6 @@
 // TexTemperatureToColor: the colour that a black body glows in, at the temperature that the input's
 // intensity scales.
 
-#include "plugin_frame/common_texture_outputs.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/black_body.h"
