@@ -35,7 +35,10 @@ if(NEZAIVA_CCACHE)
 endif()
 
 # nezaiva_avx2_source(FILE...): compiles files for AVX2. Such a file includes nothing that another
-# file could share as an inline function: the linker may keep either body.
+# file could share as an inline function: the linker may keep either body. With its own allocation of
+# registers across calls g++ 12 forgets to clear the upper halves of the registers in functions that
+# called one of the same file, and the caller then pays for it at each of its operations.
 function(nezaiva_avx2_source)
-    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "-mavx2;-mno-fma")
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS
+        "-mavx2;-mno-fma;$<$<CXX_COMPILER_ID:GNU>:-fno-ipa-ra>")
 endfunction()

@@ -12,6 +12,7 @@ namespace nezaiva {
 namespace {
 
 using Four = __m128;
+constexpr bool kEightAreTwoRegisters = false;
 using Eight = __m256; // its arithmetic operators are those of the compiler, lane by lane
 
 inline Eight combine(Four low, Four high)
@@ -128,6 +129,12 @@ inline Eight fractionOrNan(Eight a)
 }
 
 // Lane Axis of each of the three, for each half: (first, second, third, third).
+template <int Axis>
+Four gather(Four first, Four second, Four third)
+{
+    const Four two = _mm_shuffle_ps(first, second, Axis * 0x55); // (first, first, second, second)
+    return _mm_shuffle_ps(two, third, _MM_SHUFFLE(Axis, Axis, 2, 0));
+}
 template <int Axis>
 Eight gather(Eight first, Eight second, Eight third)
 {

@@ -13,6 +13,7 @@ namespace nezaiva {
 namespace {
 
 using Four = __m128;
+constexpr bool kEightAreTwoRegisters = true;
 struct Eight {
     __m128 low, high;
 };

@@ -1,10 +1,9 @@
-// The lattice noises at two points at once, written once on the lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before. A point's coordinates are four lanes; the
-// result is in the first lane of each half.
+// The lattice noises of the Perlin fractals, written once on the lanes of volume_lanes_base.h or
+// volume_lanes_avx2.h, one of which is included before. A point's coordinates are four lanes; eight
+// lanes are two points at once. Results are in the first lane of each point.
 //
-// There are two forms of the spline. ExactSpline is the formula, operation for operation: for points
-// that an octave passes on to the next, where a difference in the last place would grow from octave
-// to octave. WeightedSpline has fewer operations and differs by a few units in the last place.
+// The sums over the knots are to be multiplied by kLattice2Scale or kLattice3Scale, once for each
+// octave.
 #pragma once
 
 #include "volume_kernels.h"
@@ -12,97 +11,206 @@
 namespace nezaiva {
 namespace {
 
-constexpr int kPlaneStride = kLatticeSide * kLatticeRowStride;
-
-// What the sums over the knots are to be multiplied by, once for each octave.
 constexpr float kLattice2Scale = 0.25f;
 constexpr float kLattice3Scale = 0.125f;
+
+constexpr auto kUnitCells = static_cast<float>(kLatticeCells);
 
 inline Four fourOf(float x, float y, float z, float w)
 {
     return _mm_setr_ps(x, y, z, w);
 }
 
-// Twice the uniform quadratic B-spline: a + b + ((a - 2b + c) t - 2 (a - b)) t, its factors of two
-// moved to where they cost nothing; multiplication by two rounds nothing.
-struct ExactAxis {
-    Eight half, twice; // of t
+// One point or two at once, by the corners at which their neighbours begin in a table.
+struct OnePoint {
+    using Lanes = Four;
+    const float* corner;
 
-    Eight operator()(Eight a, Eight b, Eight c) const
-    {
-        const Eight bend = (a - (b + b)) + c;
-        return (a + b) + (bend * half - (a - b)) * twice;
-    }
+    Lanes load(int offset) const { return _mm_loadu_ps(corner + offset); }
+    static Lanes one() { return _mm_set1_ps(1.0f); }
 };
 
-struct ExactSpline {
-    Eight half, twice;
+struct TwoPoints {
+    using Lanes = Eight;
+    const float* low;
+    const float* high;
 
-    explicit ExactSpline(Eight t) : half(t * broadcast(0.5f)), twice(t + t) {}
-
-    template <int Axis>
-    ExactAxis axis() const
-    {
-        return {spread<Axis>(half), spread<Axis>(twice)};
-    }
-    // Through the first three lanes of each half, in the first lane of each.
-    template <int Axis>
-    Eight across(Eight row) const
-    {
-        return axis<Axis>()(row, spread<1>(row), spread<2>(row));
-    }
+    Lanes load(int offset) const { return loadHalves(low + offset, high + offset); }
+    static Lanes one() { return broadcast(1.0f); }
 };
 
-// The same spline as a weighted sum of its knots: (1 - t)^2, 1 + 2 t (1 - t), t^2.
+// Twice the uniform quadratic B-spline as a weighted sum of its knots: (1 - t)^2, 1 + 2 t (1 - t), t^2.
+// The formula's own order of operations takes more of them.
+template <class Points>
 struct WeightedAxis {
-    Eight first, second, third;
+    using Lanes = typename Points::Lanes;
+    Lanes first, second, third;
 
-    Eight operator()(Eight a, Eight b, Eight c) const { return (a * first + b * second) + c * third; }
+    Lanes operator()(Lanes a, Lanes b, Lanes c) const { return (a * first + b * second) + c * third; }
 };
 
+template <class Points>
 struct WeightedSpline {
-    Eight first, second, third;
+    using Lanes = typename Points::Lanes;
+    Lanes first, second, third;
 
-    explicit WeightedSpline(Eight t)
+    explicit WeightedSpline(Lanes t)
     {
-        const Eight rest = broadcast(1.0f) - t;
-        const Eight product = t * rest;
+        const Lanes one = Points::one();
+        const Lanes rest = one - t;
+        const Lanes product = t * rest;
         first = rest * rest;
-        second = (product + product) + broadcast(1.0f);
+        second = (product + product) + one;
         third = t * t;
     }
 
     template <int Axis>
-    WeightedAxis axis() const
+    WeightedAxis<Points> axis() const
     {
         return {spread<Axis>(first), spread<Axis>(second), spread<Axis>(third)};
     }
+    // Through the first three lanes of each point.
     template <int Axis>
-    Eight across(Eight row) const
+    Lanes across(Lanes row) const
     {
-        const Eight products = row * gather<Axis>(first, second, third);
+        const Lanes products = row * gather<Axis>(first, second, third);
         return (products + spread<1>(products)) + spread<2>(products);
     }
 };
 
-// Whether the two points are one and the same, so that each row is loaded once.
-struct TwoPoints {
-    static Eight load(const float* low, const float* high) { return loadHalves(low, high); }
+// The spline along x on the row at the offset.
+template <class Points>
+typename Points::Lanes splineAlongX(const Points& points, int offset, typename Points::Lanes t)
+{
+    const auto coefficient = [&](SplineCoefficient c) { return points.load(offset + c * kLatticeRowStride); };
+    return (coefficient(kSplineBend) * t - coefficient(kSplineSlope)) * t + coefficient(kSplineValue);
+}
+
+// The offset of the first two of four cells. Both multiplications are one: their sum is in the upper half.
+template <int Stride0, int Stride1>
+std::uint64_t offsetOfTwo(__m128i cells)
+{
+    constexpr std::uint64_t kStrides = std::uint64_t{Stride0} << 32 | std::uint64_t{Stride1};
+    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(cells)) * kStrides >> 32;
+}
+
+// The lattices: which lanes carry coordinates, where a point's cell lies, and the splines along x by the
+// table and along the other axes by a Spline.
+struct SpaceLattice {
+    const SplineTables& tables;
+
+    static constexpr int kLanes = 0b111;
+    static constexpr int kStride1 = kSplineCoefficients * kLatticeRowStride;
+    static constexpr int kStride0 = kLatticeSide * kStride1;
+    static constexpr int kStride2 = 1;
+
+    const float* begin() const { return &tables.space[0][0][0][0]; }
+    OnePoint corner(__m128i cells) const
+    {
+        return {begin() + offsetOfTwo<kStride0, kStride1>(cells) + _mm_extract_epi16(cells, 4)};
+    }
+    template <class Spline, class Points>
+    static typename Points::Lanes interpolate(const Points& points, typename Points::Lanes t)
+    {
+        const auto x = spread<0>(t);
+        const auto r0 = splineAlongX(points, 0, x);
+        const auto r1 = splineAlongX(points, kStride1, x);
+        const auto r2 = splineAlongX(points, 2 * kStride1, x);
+        const Spline spline(t);
+        return spline.template across<2>(spline.template axis<1>()(r0, r1, r2));
+    }
 };
 
-struct OnePoint {
-    static Eight load(const float* both, const float*) { return loadTwice(both); }
+struct PlaneLattice {
+    const SplineTables& tables;
+
+    static constexpr int kLanes = 0b11;
+    static constexpr int kStride0 = kSplineCoefficients * kLatticeRowStride;
+    static constexpr int kStride1 = 1;
+    static constexpr int kStride2 = 0;
+
+    const float* begin() const { return &tables.plane[0][0][0]; }
+    OnePoint corner(__m128i cells) const { return {begin() + offsetOfTwo<kStride0, kStride1>(cells)}; }
+    template <class Spline, class Points>
+    static typename Points::Lanes interpolate(const Points& points, typename Points::Lanes t)
+    {
+        return Spline(t).template across<1>(splineAlongX(points, 0, spread<0>(t)));
+    }
 };
 
-struct StillRow {
-    Eight operator()(Eight row) const { return row; }
+struct Place {
+    OnePoint neighbours;
+    Four fraction; // within the cell
 };
+
+// The place of any point, in cells; a coordinate that is not finite has cell 0 and the fraction 0.
+template <class Lattice>
+[[gnu::noinline, gnu::cold]] Place placeAny(const Lattice& lattice, Four point)
+{
+    const Four f = unitFraction(point * _mm_set1_ps(1.0f / kUnitCells)) * _mm_set1_ps(kUnitCells);
+    const __m128i cells = _mm_cvttps_epi32(f);
+    const __m128i wrapped = _mm_and_si128(cells, _mm_set1_epi32(kLatticeCells - 1));
+    return {lattice.corner(wrapped), f - _mm_cvtepi32_ps(cells)};
+}
+
+// The place of a point, in cells, that lies near `guess` + 1/2. Adding the constant rounds the guess to
+// the number of a cell: within the unit it is in the lowest bits, and above them are whole units. So
+// the cell can be known before the point is, and there are but two operations from the point to its
+// fraction. A fraction outside of 0..1 tells that the guess has missed the cell, as it may next to a
+// border, or that the point is not finite or too large.
+template <class Lattice>
+Place placeNear(const Lattice& lattice, Four point, Four guess)
+{
+    constexpr float kRoundToCells = 12582912.0f; // 1.5 * 2^23
+    constexpr float kLeastRounded = 8388608.0f;  // 2^23, below which the bits are not those of cells
+    constexpr int kLastExponentBelowOne = 126;
+    const __m128i bits = _mm_castps_si128(guess + _mm_set1_ps(kRoundToCells));
+    const __m128i cells = _mm_and_si128(bits, _mm_set1_epi32(kLatticeCells - 1));
+    const Four units = _mm_castsi128_ps(_mm_and_si128(bits, _mm_set1_epi32(-kLatticeCells)));
+    const Four unit = _mm_max_ps(units, _mm_set1_ps(kLeastRounded)) - _mm_set1_ps(kRoundToCells);
+    const Four fraction = (point - unit) - _mm_cvtepi32_ps(cells);
+    const __m128i exponents = _mm_srli_epi32(_mm_castps_si128(fraction), 23); // with the sign above
+    const __m128i missed = _mm_cmpgt_epi32(exponents, _mm_set1_epi32(kLastExponentBelowOne));
+    if ((_mm_movemask_ps(_mm_castsi128_ps(missed)) & Lattice::kLanes) != 0) [[unlikely]]
+        return placeAny(lattice, point);
+    return {lattice.corner(cells), fraction};
+}
+
+// The noise at a point, in cells.
+template <class Lattice>
+[[gnu::always_inline]] inline Four latticeNoise(const Lattice& lattice, Four point)
+{
+    const Place place = placeNear(lattice, point, point - _mm_set1_ps(0.5f));
+    return Lattice::template interpolate<WeightedSpline<OnePoint>>(place.neighbours, place.fraction);
+}
+
+// The fraction within the cell; the maximum turns the NaN of a coordinate that is not finite into 0.
+inline Eight withinCell(Eight scaled)
+{
+    return maximum(scaled - truncated(scaled), broadcast(0.0f));
+}
+
+// The noise at two points, in units.
+template <class Lattice>
+[[gnu::always_inline]] inline Eight latticeNoise(const Lattice& lattice, Eight points)
+{
+    if constexpr (kEightAreTwoRegisters) {
+        const Four cells = _mm_set1_ps(kUnitCells);
+        return combine(latticeNoise(lattice, lowHalf(points) * cells),
+                       latticeNoise(lattice, highHalf(points) * cells));
+    } else {
+        const Eight f = fractionOrNan(points) * broadcast(kUnitCells);
+        const CornerOffsets offsets =
+            cornerOffsets(f, Lattice::kStride0, Lattice::kStride1, Lattice::kStride2);
+        const TwoPoints corners{lattice.begin() + offsets.low, lattice.begin() + offsets.high};
+        return Lattice::template interpolate<WeightedSpline<TwoPoints>>(corners, withinCell(f));
+    }
+}
 
 // The animated value of each grid point: it runs through a pseudo-random sequence in time.
-template <class Axis>
 struct AnimatedRow {
     Eight m0, m1, m2;
-    Axis time;
+    WeightedAxis<TwoPoints> time;
 
     static Eight fraction(Eight a) { return a - truncated(a); }
     Eight operator()(Eight row) const
@@ -112,60 +220,15 @@ struct AnimatedRow {
     }
 };
 
-// The splines over the 27 grid points at the two corners.
-template <class Points, class Spline, class Row>
-Eight splineInSpace(const NoiseTables& noise, CornerOffsets corners, const Spline& spline, const Row& row)
+// The four-dimensional noise at two points, in units and to no scale: the fourth lane is time, on
+// `period` steps.
+inline Eight latticeNoise4(const NoiseTables& noise, Eight points, int period)
 {
-    const float* low = &noise.space[0][0][0] + corners.low;
-    const float* high = &noise.space[0][0][0] + corners.high;
-    const auto acrossX = spline.template axis<0>();
-    const auto at = [&](int offset) { return row(Points::load(low + offset, high + offset)); };
-    const auto alongX = [&](int y) {
-        const int offset = y * kLatticeRowStride;
-        return acrossX(at(offset), at(offset + kPlaneStride), at(offset + 2 * kPlaneStride));
-    };
-    const Eight r0 = alongX(0);
-    const Eight r1 = alongX(1);
-    const Eight r2 = alongX(2);
-    return spline.template across<2>(spline.template axis<1>()(r0, r1, r2));
-}
-
-// The fraction within the cell; the maximum turns the NaN of a coordinate that is not finite into 0.
-inline Eight withinCell(Eight scaled)
-{
-    return maximum(scaled - truncated(scaled), broadcast(0.0f));
-}
-
-// The three-dimensional noise, to be multiplied by kLattice3Scale.
-template <class Spline, class Points = TwoPoints>
-Eight lattice3(const NoiseTables& noise, Eight points)
-{
-    const Eight f = fractionOrNan(points) * broadcast(32.0f);
-    const CornerOffsets corners = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    return splineInSpace<Points>(noise, corners, Spline(withinCell(f)), StillRow{});
-}
-
-// The two-dimensional noise, to be multiplied by kLattice2Scale.
-template <class Spline, class Points = TwoPoints>
-Eight lattice2(const NoiseTables& noise, Eight points)
-{
-    const Eight f = fractionOrNan(points) * broadcast(32.0f);
-    const CornerOffsets corners = cornerOffsets(f, kLatticeRowStride, 1, 0);
-    const Spline spline(withinCell(f));
-    const float* low = &noise.plane[0][0] + corners.low;
-    const float* high = &noise.plane[0][0] + corners.high;
-    const auto at = [&](int offset) { return Points::load(low + offset, high + offset); };
-    const Eight row = spline.template axis<0>()(at(0), at(kLatticeRowStride), at(2 * kLatticeRowStride));
-    return spline.template across<1>(row);
-}
-
-// The four-dimensional noise: the fourth lane is time, on `period` steps.
-inline Eight lattice4(const NoiseTables& noise, Eight points, int period)
-{
+    constexpr int kPlaneStride = kLatticeSide * kLatticeRowStride;
     const auto steps = static_cast<float>(period < 60000 ? period : 60000);
-    const Four cells = fourOf(32.0f, 32.0f, 32.0f, steps);
+    const Four cells = fourOf(kUnitCells, kUnitCells, kUnitCells, steps);
     const Eight f = unitFraction(points) * combine(cells, cells);
-    const WeightedSpline spline(f - truncated(f)); // the steps lie in -2^31..60000
+    const WeightedSpline<TwoPoints> spline(f - truncated(f)); // the steps lie in -2^31..60000
     const auto firstStep = [](Four half) { return _mm_cvttss_si32(spread<3>(half)); };
     const int low = firstStep(lowHalf(f));
     const int high = firstStep(highHalf(f));
@@ -174,9 +237,19 @@ inline Eight lattice4(const NoiseTables& noise, Eight points, int period)
         const float atHigh = (randomValue(noise, high + offset) + 1.0f) * 21568.16f;
         return combine(_mm_set1_ps(atLow), _mm_set1_ps(atHigh));
     };
-    const AnimatedRow<WeightedAxis> row{sequence(0), sequence(1), sequence(2), spline.axis<3>()};
-    const CornerOffsets corners = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    return splineInSpace<TwoPoints>(noise, corners, spline, row) * broadcast(0.125f) - broadcast(1.0f);
+    const AnimatedRow animated{sequence(0), sequence(1), sequence(2), spline.axis<3>()};
+    const CornerOffsets offsets = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
+    const float* space = &noise.space[0][0][0];
+    const TwoPoints corners{space + offsets.low, space + offsets.high};
+    const auto at = [&](int offset) { return animated(corners.load(offset)); };
+    const WeightedAxis<TwoPoints> acrossX = spline.axis<0>();
+    const auto alongX = [&](int offset) {
+        return acrossX(at(offset), at(offset + kPlaneStride), at(offset + 2 * kPlaneStride));
+    };
+    const Eight r0 = alongX(0);
+    const Eight r1 = alongX(kLatticeRowStride);
+    const Eight r2 = alongX(2 * kLatticeRowStride);
+    return spline.across<2>(spline.axis<1>()(r0, r1, r2)) * broadcast(0.125f) - broadcast(1.0f);
 }
 
 } // namespace

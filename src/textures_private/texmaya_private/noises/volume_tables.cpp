@@ -107,6 +107,7 @@ void fillBillowRow(const NoiseTables& noise, int base, BillowRow& row)
 }
 
 VolumeTables made;
+SplineTables madeSplines;
 
 } // namespace
 
@@ -114,6 +115,9 @@ const VolumeTables& makeVolumeTables()
 {
     const NoiseTables& noise = activeNoiseTables();
     made.noise = &noise;
+    fillSplineTables(noise, madeSplines);
+    made.splines = &madeSplines;
+    fillWispyLevels(noise, made.wispyLevels);
     for (int level = 0; level < kTabledLevels; ++level) {
         volumeDirection3d(noise, level, made.directions3d[level]);
         volumeDirection2d(noise, level, made.directions2d[level]);

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "random_tables.h"
+#include "spline_tables.h"
+#include "wispy_levels.h"
 
 namespace nezaiva {
 
@@ -61,6 +63,8 @@ struct PackedWaves {
 
 struct VolumeTables {
     const NoiseTables* noise;
+    const SplineTables* splines;
+    WispyLevels wispyLevels;
     alignas(16) float directions3d[kTabledLevels][4]; // the fourth component is 0
     alignas(16) float directions2d[kTabledLevels][4]; // and the third
     WaveLevel waves3d[kTabledLevels];

@@ -112,6 +112,42 @@ TEST_P(VolumeTwin, PerlinAndSpaceTimeAgree)
     }
 }
 
+// Without time the first octave's warp is read at a tenth of (x + 0.02, y + 0.3, z + 0.01): close to and
+// on the borders of the cells, where the cell is easily taken for its neighbour.
+TEST_P(VolumeTwin, WispyAgreesAtTheBordersOfCells)
+{
+    Inputs inputs(8);
+    const auto border = [&](float shift) {
+        float x = static_cast<float>(inputs.count(-80, 80)) * (10.0f / 32.0f) - shift;
+        for (int steps = inputs.count(-3, 3); steps != 0; steps += steps < 0 ? 1 : -1)
+            x = std::nextafter(x, static_cast<float>(steps) * INFINITY);
+        return x;
+    };
+    for (int i = 0; i < 30000; ++i) {
+        PerlinVolume noise = inputs.perlin();
+        noise.wispy = true;
+        const VolumePoint p{border(0.02f), border(0.3f), border(0.01f)};
+        ASSERT_NEAR(evalPerlin3d(noise, p, 0.0f), plain::perlin3d(noise, p, 0.0f), kTwinTolerance) << i;
+        ASSERT_NEAR(evalPerlin2d(noise, p.x, p.y, 0.0f), plain::perlin2d(noise, p.x, p.y, 0.0f),
+                    kTwinTolerance)
+            << i;
+    }
+}
+
+// Coordinates of a cell's size up to those whose cells have no fraction.
+TEST_P(VolumeTwin, WispyAgreesForCoordinatesOfAnySize)
+{
+    Inputs inputs(9);
+    for (int i = 0; i < 30000; ++i) {
+        PerlinVolume noise = inputs.perlin();
+        noise.wispy = true;
+        const auto [p, t] = inputs.sample(std::ldexp(1.0f, inputs.count(-10, 40)), 5.0f);
+        ASSERT_NEAR(evalPerlin3d(noise, p, t), plain::perlin3d(noise, p, t), kTwinTolerance) << i;
+        ASSERT_NEAR(evalPerlin2d(noise, p.x, p.y, t), plain::perlin2d(noise, p.x, p.y, t), kTwinTolerance)
+            << i;
+    }
+}
+
 // Beyond times of some thousands of turns in an octave, the coarse rounding of the angle in single
 // precision outgrows the correction that the kernel takes over from it. In two dimensions time grows
 // by the whole frequency ratio, so times reach further there.
