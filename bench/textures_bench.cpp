@@ -62,16 +62,31 @@ public:
     }
 };
 
+// How the points of a measurement lie.
+enum class Spread {
+    Random, // anywhere: every look-up meets other cells
+    Tile,   // a tile of 8 x 8 pixels of a picture, as a renderer walks them
+};
+
 struct Points {
-    Points()
+    explicit Points(Spread spread)
     {
+        constexpr std::size_t kTileWidth = 8;
+        constexpr float kPixel = 0.01f; // a noise of about a cell a pixel at its third octave
         std::mt19937 random(1);
         std::uniform_real_distribution<float> coordinate(0.0f, 4.0f);
         for (std::size_t i = 0; i < kPoints; ++i) {
             contexts.push_back(std::make_unique<support::TestContext>());
             OmbrixContext& context = *contexts.back();
             context.surfaceObject = &surface;
-            context.shadePoint = {coordinate(random), coordinate(random), coordinate(random)};
+            if (spread == Spread::Random) {
+                context.shadePoint = {coordinate(random), coordinate(random), coordinate(random)};
+            } else {
+                const auto column = static_cast<float>(i % kTileWidth);
+                const auto row = static_cast<float>(i / kTileWidth);
+                context.shadePoint = {1.3f + kPixel * column, 0.7f + kPixel * row,
+                                      2.1f + 0.3f * kPixel * row};
+            }
             context.referencePoint = context.shadePoint;
             context.positionDiffU = {0.001f, 0.0f, 0.0f};
             context.positionDiffV = {0.0f, 0.001f, 0.0f};
@@ -81,10 +96,10 @@ struct Points {
     PositionSurface surface;
     std::vector<std::unique_ptr<support::TestContext>> contexts;
 };
-const Points& points()
+const Points& points(Spread spread = Spread::Random)
 {
-    static const Points drawn;
-    return drawn;
+    static const Points random(Spread::Random), tile(Spread::Tile);
+    return spread == Spread::Random ? random : tile;
 }
 
 // A plugin that lives as long as the program measures.
@@ -140,10 +155,10 @@ private:
 
 // Evaluates at one point after the other.
 template <class Evaluate>
-void measure(const std::string& name, Evaluate evaluate)
+void measure(const std::string& name, Evaluate evaluate, Spread spread = Spread::Random)
 {
-    benchmark::RegisterBenchmark(name.c_str(), [evaluate](benchmark::State& state) {
-        const auto& contexts = points().contexts;
+    benchmark::RegisterBenchmark(name.c_str(), [evaluate, spread](benchmark::State& state) {
+        const auto& contexts = points(spread).contexts;
         std::size_t i = 0;
         for (auto _ : state) {
             evaluate(*contexts[i]);
@@ -270,22 +285,27 @@ void comparePeer(TextureInterface* color)
         made->SetNoiseQuality(noise::QUALITY_STD);
         return made;
     }();
-    measure("perlin, peer", [](const OmbrixContext& context) {
-        const Vector& p = context.shadePoint;
-        benchmark::DoNotOptimize(
-            peer->GetValue(static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z)));
-    });
-    measure("perlin, kernel at the position", [](const OmbrixContext& context) {
-        const Vector& p = context.shadePoint;
-        benchmark::DoNotOptimize(perlinAt({p.x, p.y, p.z, 0.0f}));
-    });
-    measure("perlin, at the position", [color](const OmbrixContext& context) {
-        AColor result;
-        benchmark::DoNotOptimize(color->evalColor(&result, context));
-        benchmark::DoNotOptimize(result);
-    });
-    ratios.push_back({"peer over perlin", "perlin, peer", "perlin, at the position", 2.0, false});
-    ratios.push_back({"peer over placed perlin", "perlin, peer", "perlin/texture", 1.0, false});
+    for (const Spread spread : {Spread::Random, Spread::Tile}) {
+        const std::string where = spread == Spread::Tile ? " (tile)" : " (random)";
+        const auto peerThere = "perlin, peer" + where, textureThere = "perlin, at the position" + where;
+        measure(
+            peerThere,
+            [](const OmbrixContext& context) {
+                const Vector& p = context.shadePoint;
+                benchmark::DoNotOptimize(peer->GetValue(static_cast<double>(p.x), static_cast<double>(p.y),
+                                                        static_cast<double>(p.z)));
+            },
+            spread);
+        measure(
+            textureThere,
+            [color](const OmbrixContext& context) {
+                AColor result;
+                benchmark::DoNotOptimize(color->evalColor(&result, context));
+                benchmark::DoNotOptimize(result);
+            },
+            spread);
+        ratios.push_back({"peer over perlin" + where, peerThere, textureThere, 2.0, false});
+    }
 }
 #endif
 
