@@ -117,10 +117,7 @@ public:
         generator = uvwgen ? static_cast<UVWGenInterface*>(uvwgen->getInterface(EXT_UVWGEN)) : nullptr;
         if (picture && readFile == file.str() && readSpace == color_space) return;
         picture.reset();
-        if (file.empty()) {
-            const char* name = getPluginName();
-            throw WorkError{"the bitmap \"" + std::string(name ? name : "") + "\" has no file; give it one"};
-        }
+        if (file.empty()) throw WorkError{"a Bitmap needs a file; give it one"};
         picture = std::make_unique<MipPyramid>(
             readImage(file.str(), colorSpaceOf(color_space), AlphaKind::Straight));
         readFile = file.str();

@@ -52,6 +52,15 @@ protected:
         description.kind = kind;
         const Color power = color * intensity;
         description.power = {usable(power.r), usable(power.g), usable(power.b)};
+        if (description.power.r != power.r || description.power.g != power.g ||
+            description.power.b != power.b)
+            warn(renderer, "its color times its intensity is negative or not finite; that counts as 0");
+    }
+    void warn(OmbrixRenderer* renderer, const char* text) const
+    {
+        const char* name = getPluginName();
+        if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
+            logger->warning("light \"%s\": %s", name ? name : "", text);
     }
     static float usable(float value) { return value > 0.0f && std::isfinite(value) ? value : 0.0f; }
 
@@ -88,7 +97,11 @@ public:
         const FrameData frame = renderer ? renderer->getFrameData() : FrameData{};
         description.position = relativeTo(frame.sceneOrigin, readPoint(*paramList, "position", frame.time));
         description.radius = usable(radius);
-        if (!isFinite(description.position)) description.power = {};
+        if (description.radius != radius)
+            warn(renderer, "its radius is negative or not finite; that counts as 0");
+        if (isFinite(description.position)) return;
+        description.power = {};
+        warn(renderer, "its position is not finite; it gives no light");
     }
 
 private:
@@ -134,7 +147,9 @@ public:
         description.direction = directionAt(time);
         description.halfAngle = radians(0.5f * std::min(usable(angle), 180.0f));
         // An animated direction may pass through zero; the light is out for that moment.
-        if (!hasLength(description.direction)) description.power = {};
+        if (hasLength(description.direction)) return;
+        description.power = {};
+        warn(renderer, "its direction has no length in this frame; it gives no light");
     }
 
 private:

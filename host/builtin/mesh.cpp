@@ -152,7 +152,7 @@ public:
         try {
             build(time);
         } catch (const MeshFault& fault) {
-            throw WorkError{fmt::format("mesh \"{}\": {}: {}", ownName(), fault.parameter, fault.text)};
+            throw WorkError{fmt::format("{}: {}", fault.parameter, fault.text)};
         }
     }
 

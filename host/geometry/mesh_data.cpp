@@ -110,21 +110,25 @@ float angleBetween(const Vector& a, const Vector& b)
 }
 
 // The triangles around each position, as one list with the place where each position's part begins.
+// Triangles without a normal have no say and are left out: thousands of them may lie in one point.
 struct Neighbours {
     std::vector<std::uint32_t> first;
     std::vector<std::uint32_t> cornerIds; // triangle * 3 + corner
 
-    explicit Neighbours(const MeshData& mesh) : first(mesh.positions.size() + 1, 0)
+    Neighbours(const MeshData& mesh, const std::vector<Vector>& faceNormals)
+        : first(mesh.positions.size() + 1, 0)
     {
-        for (const Corners& triangle : mesh.triangles)
-            for (const std::int32_t index : triangle)
-                ++first[static_cast<std::size_t>(index) + 1];
+        const auto counts = [&](std::size_t t) { return dot(faceNormals[t], faceNormals[t]) > 0.0f; };
+        for (std::size_t t = 0; t < mesh.triangles.size(); ++t)
+            if (counts(t))
+                for (const std::int32_t index : mesh.triangles[t])
+                    ++first[static_cast<std::size_t>(index) + 1];
         for (std::size_t i = 1; i < first.size(); ++i)
             first[i] += first[i - 1];
-        cornerIds.resize(mesh.triangles.size() * 3);
+        cornerIds.resize(first.back());
         std::vector<std::uint32_t> filled(first.begin(), first.end() - 1);
         for (std::size_t t = 0; t < mesh.triangles.size(); ++t)
-            for (std::size_t c = 0; c < 3; ++c)
+            for (std::size_t c = 0; c < 3 && counts(t); ++c)
                 cornerIds[filled[static_cast<std::size_t>(mesh.triangles[t][c])]++] =
                     static_cast<std::uint32_t>(t * 3 + c);
     }
@@ -146,7 +150,7 @@ void computeSmoothNormals(MeshData& mesh, float creaseAngle)
             angles[t * 3 + c] = angleBetween(p[(c + 1) % 3] - p[c], p[(c + 2) % 3] - p[c]);
     }
 
-    const Neighbours around(mesh);
+    const Neighbours around(mesh, faceNormals);
     const float leastCosine = creaseAngle >= 180.0f ? -2.0f : std::cos(radians(creaseAngle));
     mesh.normals.assign(count * 3, Vector{});
     mesh.normalCorners.resize(count);

@@ -34,14 +34,16 @@ bool isElf64(const Elf64_Ehdr& header)
 
 std::string findLibraryProblem(const std::filesystem::path& path)
 {
+    constexpr const char* kNoLibrary = "it is no shared library";
+    constexpr const char* kCutShort = "it is cut short";
+    std::error_code error;
+    if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
+        return kNoLibrary;
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     if (!file) return std::strerror(errno);
-    std::error_code error;
     const std::uint64_t size = std::filesystem::file_size(path, error);
     if (error) return error.message();
-    constexpr const char* kNoLibrary = "it is no shared library";
-    constexpr const char* kCutShort = "it is cut short";
     const auto start = readRecords<unsigned char>(file, size, 0, SELFMAG);
     if (start.empty() || std::memcmp(start.data(), ELFMAG, SELFMAG) != 0) return kNoLibrary;
     const auto header = readRecords<Elf64_Ehdr>(file, size, 0, 1);

@@ -121,7 +121,8 @@ void readValue(const JsonPlace& place, const std::string& name, const Scene& sce
         std::vector<std::string> names;
         for (const PluginInstance& known : scene.instances())
             names.push_back(known.name);
-        cannotRun(fmt::format("no plugin is named \"{}\"{}", name, suggestName(name, names)));
+        cannotRun(
+            fmt::format("no plugin is named \"{}\"{}", name, suggestOrList(name, names, "the plugins are")));
         return;
     }
     const std::string type = instance->kind->desc->getName();

@@ -250,7 +250,8 @@ SceneObject askedObject(const RequestSpec& request, const Scene& scene, std::str
     std::vector<std::string> names;
     for (const PluginInstance& known : scene.instances())
         names.push_back(known.name);
-    problem = fmt::format("no plugin is named \"{}\"{}", request.plugin, suggestName(request.plugin, names));
+    problem = fmt::format("no plugin is named \"{}\"{}", request.plugin,
+                          suggestOrList(request.plugin, names, "the plugins are"));
     return {};
 }
 

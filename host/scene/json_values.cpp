@@ -74,7 +74,7 @@ std::string describeJson(const json& value)
     case json::value_t::array:
         return fmt::format("a list of {} element{}", value.size(), value.size() == 1 ? "" : "s");
     case json::value_t::object:
-        return "an object";
+        return value.empty() ? "an empty object" : "an object";
     default:
         return fmt::format("the number {}", value.dump());
     }
@@ -192,10 +192,20 @@ std::optional<float> readFloat(const JsonPlace& place)
     return narrowed;
 }
 
+namespace {
+
+// Whether a value is a text that stands, or is meant to stand, for a number that JSON lacks.
+bool isNumberText(const json& value)
+{
+    return value.is_string() && !adviceForNumberWord(value.get_ref<const std::string&>()).empty();
+}
+
+} // namespace
+
 std::optional<double> readFiniteDouble(const JsonPlace& place)
 {
     if (!place->is_number()) {
-        place.expected("a number");
+        place.expected(isNumberText(*place) ? "a finite number" : "a number");
         return {};
     }
     return place->get<double>();
@@ -204,7 +214,7 @@ std::optional<double> readFiniteDouble(const JsonPlace& place)
 std::optional<float> readFiniteFloat(const JsonPlace& place)
 {
     if (!place->is_number()) {
-        place.expected("a number");
+        place.expected(isNumberText(*place) ? "a finite number" : "a number");
         return {};
     }
     return readFloat(place);

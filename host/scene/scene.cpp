@@ -3,6 +3,8 @@
 #include "host/scene/json_text.h"
 #include "host/scene/scene_state.h"
 
+#include <fmt/format.h>
+
 namespace ombrix {
 
 Scene::Scene(std::unique_ptr<State> held) : state(std::move(held)) {}
@@ -89,8 +91,14 @@ void Scene::renderBegin(HostRenderer& renderer)
 void Scene::frameBegin(HostRenderer& renderer, double frame)
 {
     renderer.setFrame(frame);
-    for (const PluginInstance& instance : state->ordered)
-        instance.life->frameBegin(&renderer);
+    for (const PluginInstance& instance : state->ordered) {
+        try {
+            instance.life->frameBegin(&renderer);
+        } catch (const WorkError& error) {
+            throw WorkError{
+                fmt::format("{} \"{}\": {}", instance.kind->desc->getName(), instance.name, error.message)};
+        }
+    }
 }
 
 void Scene::frameEnd(HostRenderer& renderer)

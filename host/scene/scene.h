@@ -70,7 +70,8 @@ public:
     // Reports what set would, but for cycles, and writes nothing.
     bool check(const nlohmann::json& changes, std::string_view path, Diagnostics& diagnostics) const;
 
-    // The life of all plugins, in dependency order.
+    // The life of all plugins, in dependency order. frameBegin names the plugin in the WorkErrors that the
+    // host's kinds throw.
     void renderBegin(HostRenderer& renderer);
     void frameBegin(HostRenderer& renderer, double frame);
     void frameEnd(HostRenderer& renderer);

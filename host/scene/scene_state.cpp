@@ -257,7 +257,8 @@ bool Scene::State::checkSet(const JsonPlace& changes, std::vector<PendingWrite>&
             std::vector<std::string> names;
             for (const auto& [known, instance] : instances)
                 names.push_back(known);
-            place.error(fmt::format("no plugin is named \"{}\"{}", name, suggestName(name, names)));
+            place.error(fmt::format("no plugin is named \"{}\"{}", name,
+                                    suggestOrList(name, names, "the plugins are")));
             good = false;
             continue;
         }

@@ -32,7 +32,11 @@ public:
     std::optional<ReadParameter> read(const JsonPlace& place, NullMeans nullMeans)
     {
         ReadParameter result;
-        if (place->is_null() && nullMeans == NullMeans::Unset) return result;
+        if (place->is_null() && nullMeans == NullMeans::Unset) {
+            if (!isRequired()) return result;
+            place.error(fmt::format("\"{}\" cannot be unset; write a value", declaration.name));
+            return {};
+        }
         const bool animated = place->is_object() && (place.has("times") || place.has("values"));
         std::optional<ParameterValue> value = animated ? readAnimated(place) : readStill(place);
         if (!value) return {};
@@ -42,6 +46,7 @@ public:
     }
 
 private:
+    bool isRequired() const { return builtin && metadataItem(metadata, "required") == "yes"; }
     bool isList() const { return declaration.count >= 0; }
     bool takesReferences() const
     {
@@ -253,6 +258,10 @@ private:
     {
         std::optional<std::string> text = readText(place);
         if (!text) return {};
+        if (text->empty() && isRequired()) {
+            place.error("takes a file's name, not an empty text");
+            return {};
+        }
         if (!builtin || metadata.quantityType != "file" || text->empty()) return Value(std::move(*text));
         return readPath(place, *text);
     }

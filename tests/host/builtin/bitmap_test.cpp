@@ -220,6 +220,7 @@ TEST_F(BitmapTest, ABrokenFileFailsTheWork)
         begin(R"("file": "broken.png")");
         FAIL() << "it began";
     } catch (const WorkError& error) {
+        EXPECT_TRUE(error.message.starts_with("Bitmap \"b\": cannot read the image ")) << error.message;
         EXPECT_NE(error.message.find("broken.png"), std::string::npos);
         EXPECT_NE(error.message.find("cut short"), std::string::npos) << error.message;
     }

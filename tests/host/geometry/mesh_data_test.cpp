@@ -99,6 +99,18 @@ TEST(MeshData, DegenerateFacesDoNotSpoilNormals)
         EXPECT_NEAR(mesh.normals[static_cast<std::size_t>(corner)].z, 1.0f, 1e-6f);
 }
 
+// A hundred thousand triangles in one point are done in an instant, not in hours.
+TEST(MeshData, ManyTrianglesInOnePointTakeNoTime)
+{
+    MeshData mesh;
+    mesh.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    mesh.triangles.assign(100000, Corners{0, 0, 0});
+    mesh.triangles.push_back({0, 1, 2});
+    computeSmoothNormals(mesh, 40.0f);
+    EXPECT_EQ(mesh.normals.back().z, 1.0f);
+    EXPECT_EQ(mesh.normals.size(), 300003u);
+}
+
 TEST(MeshSurface, TheChannelsMapFollowsFiniteDifferences)
 {
     MeshData mesh;

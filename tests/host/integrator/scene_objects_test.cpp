@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 namespace {
 
 using namespace ombrix;
@@ -190,7 +193,32 @@ TEST(Lights, BadNumbersGiveNoLight)
         RenderedScene scene(ball("") + R"(, "light": {)" + light + "}");
         EXPECT_EQ(scene.image(8, 8, 2).pixel(4, 4)[0], 0.0f);
         EXPECT_EQ(scene.statistics.rays.notFinite, 0u);
+        EXPECT_FALSE(scene.frameLog.empty()) << "it is told";
+        for (const LogLine& line : scene.frameLog)
+            EXPECT_TRUE(line.text.starts_with("light \"light\": its ")) << line.text;
     }
+    EXPECT_TRUE(RenderedScene(ball("") + R"(, "light": {"type": "PointLight"})").frameLog.empty());
+}
+
+TEST(Lights, SurroundingsThatCannotBeReadFailTheWork)
+{
+    const std::filesystem::path file = std::filesystem::temp_directory_path() / "nezaiva_no_picture.png";
+    std::ofstream(file) << "no picture";
+    PluginRegistry registry;
+    Diagnostics diagnostics("test");
+    const auto scene =
+        Scene::parse(R"({"ombrix_scene": 1, "plugins": {"sky": {"type": "DomeLight", "params": {"file": ")" +
+                         file.string() + R"("}}}})",
+                     ".", registry, diagnostics);
+    ASSERT_TRUE(scene);
+    HostRenderer renderer(scene->settings(), 1, nullptr);
+    try {
+        scene->frameBegin(renderer, 1.0);
+        ADD_FAILURE() << "it began";
+    } catch (const WorkError& error) {
+        EXPECT_TRUE(error.message.starts_with("DomeLight \"sky\": cannot read the image ")) << error.message;
+    }
+    std::filesystem::remove(file);
 }
 
 TEST(DefaultScene, OneTextureIsShownOnTheShaderBall)

@@ -322,6 +322,7 @@ TEST(ElfSymbols, LibrariesThatAreCutShortAreToldBeforeTheyAreOpened)
     EXPECT_EQ(problemOf(narrow), "it is no shared library");
     fs::remove(file);
     EXPECT_EQ(findLibraryProblem(file), "No such file or directory");
+    EXPECT_EQ(findLibraryProblem("/dev/null"), "it is no shared library");
 }
 
 class BuiltinParams : public OUtils::OmbrixParameterListDesc {

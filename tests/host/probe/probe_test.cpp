@@ -325,7 +325,7 @@ TEST_F(ProbeTest, BrokenFilesAreRefused)
     refused(R"({"ombrix_probe": 1})", "a probe needs \"frames\", or \"requests\" for the scene's frame");
     refused(R"({"ombrix_probe": 1, "frames": [], "requests": []})",
             "write \"frames\" or \"requests\", not both; \"requests\" is short for one frame");
-    refused(R"({"ombrix_probe": 1, "frames": {}})", "/frames: takes \"frames\", a list, not an object");
+    refused(R"({"ombrix_probe": 1, "frames": {}})", "/frames: takes \"frames\", a list, not an empty object");
     refused(R"({"ombrix_probe": 1, "frames": [{"frme": 1}]})",
             "/frames/0/frme: a frame has no key \"frme\"; did you mean \"frame\"?");
     refused(R"({"ombrix_probe": 1, "requests": [{"op": "color"}]})",

@@ -62,6 +62,17 @@ TEST_F(SettingsTest, SettingsBeyondTheirRangeAreRefused)
         EXPECT_FALSE(parse(std::string(R"({"ombrix_scene": 1, "settings": {)") + setting + "}}")) << setting;
 }
 
+TEST_F(SettingsTest, WordsForNumbersAreToldWhereOnlyFiniteOnesWillDo)
+{
+    for (const char* word : {"nan", "Infinity"}) {
+        parse(std::string(R"({"ombrix_scene": 1, "settings": {"frame": ")") + word + "\"}}");
+        EXPECT_EQ(lines,
+                  std::vector<std::string>{std::string("error: look.json: /settings/frame: takes a finite "
+                                                       "number, not the text \"") +
+                                           word + "\""});
+    }
+}
+
 TEST_F(SettingsTest, SettingsHaveOneLimitWithTheCommandLine)
 {
     const auto scene =

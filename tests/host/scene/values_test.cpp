@@ -163,6 +163,7 @@ TEST_F(ValuesTest, TransformTakesColumnsAndOffset)
     expectRefusedValue("matrix", R"({"columns": [[1,0,0],[0,1,0],[0,0,1]], "ofset": [1,2,3]})",
                        "a transform with columns has no key \"ofset\"; did you mean \"offset\"?", "/ofset");
     EXPECT_EQ(parameter("matrix", "{}"), nullptr);
+    EXPECT_TRUE(lines.at(0).ends_with("not an empty object"));
     EXPECT_EQ(parameter("matrix", R"({"columns": [[1,0,0],[0,1,0],[0,0,1]], "scale": [1,2,3]})"), nullptr);
 }
 
@@ -230,7 +231,7 @@ TEST_F(ValuesTest, AnimatedValueNeedsRisingTimesAndAsManyValues)
     expectRefusedValue("amount", R"({"times": [0], "values": [1], "loop": true})",
                        "an animated value has no key \"loop\"; the keys are \"times\", \"values\"", "/loop");
     expectRefusedValue("amount", R"({"times": ["inf"], "values": [1]})",
-                       "takes a number, not the text \"inf\"", "/times/0");
+                       "takes a finite number, not the text \"inf\"", "/times/0");
     expectRefusedValue("amount", R"({"times": [0, 1], "values": [1, "x"]})",
                        "takes a number (or \"nan\", \"inf\", \"-inf\"), not the text \"x\"", "/values/1");
 }
@@ -305,6 +306,22 @@ TEST_F(ValuesTest, RequiredFileMustBeGiven)
     expectRefused(R"("n": {"type": "Needy"})", "/plugins/n: Needy needs the parameter \"file\"");
     expectRefused(R"("n": {"type": "Needy", "params": {}})",
                   "/plugins/n: Needy needs the parameter \"file\"");
+    expectRefused(R"("n": {"type": "Needy", "params": {"file": ""}})",
+                  "/plugins/n/params/file: takes a file's name, not an empty text");
+}
+
+TEST_F(ValuesTest, RequiredFileCannotBeUnset)
+{
+    const TemporaryFolder files;
+    writeBytes(files / "there.obj", "");
+    folder = files.path();
+    const auto needy =
+        parse(support::sceneText(R"("n": {"type": "Needy", "params": {"file": "there.obj"}})"));
+    ASSERT_TRUE(needy);
+    Diagnostics diagnostics("p");
+    EXPECT_FALSE(needy->set(nlohmann::json::parse(R"({"n": {"file": null}})"), "/set", diagnostics));
+    EXPECT_EQ(diagnostics.lines(),
+              std::vector<std::string>{"error: p: /set/n/file: \"file\" cannot be unset; write a value"});
 }
 
 } // namespace
