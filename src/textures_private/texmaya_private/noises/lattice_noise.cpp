@@ -10,6 +10,7 @@
 
 #include "cell_index.h"
 #include "lattice_noise_kernels.h"
+#include "lattice_place.h"
 #include "simd_dispatch.h"
 
 #include <emmintrin.h>
@@ -78,10 +79,14 @@ __m128 spline(__m128 a, __m128 b, __m128 c, const Weights& w)
     return _mm_add_ps(_mm_add_ps(_mm_mul_ps(a, w.before), _mm_mul_ps(b, w.at)), _mm_mul_ps(c, w.after));
 }
 
-// The spline through the first three lanes, in the first lane.
-__m128 splineAcross(__m128 row, const Weights& w)
+// The spline through the first three lanes, by the weights of one axis.
+template <int Axis>
+float splineAcross(__m128 row, const Weights& w)
 {
-    return spline(row, _mm_shuffle_ps(row, row, 1), _mm_shuffle_ps(row, row, 2), w);
+    const __m128 firstTwo = _mm_shuffle_ps(w.before, w.at, Axis * 0x55); // each of them twice
+    const __m128 terms = _mm_mul_ps(row, _mm_shuffle_ps(firstTwo, w.after, _MM_SHUFFLE(Axis, Axis, 2, 0)));
+    const __m128 sum = _mm_add_ss(terms, _mm_shuffle_ps(terms, terms, 1));
+    return _mm_cvtss_f32(_mm_add_ss(sum, _mm_movehl_ps(terms, terms)));
 }
 
 // frac through truncation; the argument lies in 0..2^18.
@@ -124,30 +129,69 @@ float splineInSpace(const float* corner, const Weights& w, Row row)
     };
     const __m128 column = spline(columns(corner), columns(corner + kLatticeRowStride),
                                  columns(corner + 2 * kLatticeRowStride), weightsOfLane<1>(w));
-    return _mm_cvtss_f32(splineAcross(column, weightsOfLane<2>(w)));
+    return splineAcross<2>(column, w);
+}
+
+float splineInPlane(const float* corner, const Weights& w)
+{
+    const __m128 row = spline(_mm_loadu_ps(corner), _mm_loadu_ps(corner + kLatticeRowStride),
+                              _mm_loadu_ps(corner + 2 * kLatticeRowStride), weightsOfLane<0>(w));
+    return splineAcross<1>(row, w);
+}
+
+float splineInSpace(const float* corner, const Weights& w)
+{
+    return splineInSpace(corner, w, [](const float* row) { return _mm_loadu_ps(row); });
+}
+
+// The weights from the distances behind whole units and the cells.
+Weights weightsAt(__m128 distances, __m128i cells)
+{
+    const __m128 f = _mm_mul_ps(distances, _mm_set1_ps(kLatticeCells));
+    return weightsOf(_mm_sub_ps(f, _mm_cvtepi32_ps(cells)));
 }
 
 } // namespace
 
 float latticeNoise2Baseline(const NoiseTables& tables, double x, double y)
 {
+    const __m128d xy = _mm_cvtps_pd(_mm_cvtpd_ps(_mm_setr_pd(x, y)));
+    if (!areOnGrid(xy)) [[unlikely]]
+        return latticeNoise2Anywhere(tables, x, y);
+    const __m128d sum = onGrid(xy);
+    const __m128i cells = cellsOf(sum, sum);
+    const float* corner = &tables.plane[_mm_cvtsi128_si32(cells)][_mm_extract_epi16(cells, 2)];
+    return splineInPlane(corner, weightsAt(behindUnits(xy, sum), cells));
+}
+
+float latticeNoise2Anywhere(const NoiseTables& tables, double x, double y)
+{
     const Place px = placeInSpace(static_cast<double>(static_cast<float>(x)));
     const Place py = placeInSpace(static_cast<double>(static_cast<float>(y)));
-    const float* corner = &tables.plane[px.cell][py.cell];
-    const Weights w = weightsOf(_mm_setr_ps(px.fraction, py.fraction, 0.0f, 0.0f));
-    const __m128 row = spline(_mm_loadu_ps(corner), _mm_loadu_ps(corner + kLatticeRowStride),
-                              _mm_loadu_ps(corner + 2 * kLatticeRowStride), weightsOfLane<0>(w));
-    return _mm_cvtss_f32(splineAcross(row, weightsOfLane<1>(w)));
+    return splineInPlane(&tables.plane[px.cell][py.cell],
+                         weightsOf(_mm_setr_ps(px.fraction, py.fraction, 0.0f, 0.0f)));
 }
 
 float latticeNoise3Baseline(const NoiseTables& tables, double x, double y, double z)
 {
+    const __m128d xy = _mm_setr_pd(x, y);
+    const __m128d zz = _mm_set_sd(z);
+    if (!areOnGrid(xy) || !areOnGrid(zz)) [[unlikely]]
+        return latticeNoise3Anywhere(tables, x, y, z);
+    const __m128d sumXy = onGrid(xy);
+    const __m128d sumZ = onGrid(zz);
+    const __m128 distances = _mm_movelh_ps(behindUnits(xy, sumXy), behindUnits(zz, sumZ));
+    const float* corner = &tables.space[cellOf(x)][cellOf(y)][cellOf(z)];
+    return splineInSpace(corner, weightsAt(distances, cellsOf(sumXy, sumZ)));
+}
+
+float latticeNoise3Anywhere(const NoiseTables& tables, double x, double y, double z)
+{
     const Place px = placeInSpace(x);
     const Place py = placeInSpace(y);
     const Place pz = placeInSpace(z);
-    const Weights w = weightsOf(_mm_setr_ps(px.fraction, py.fraction, pz.fraction, 0.0f));
-    const float* corner = &tables.space[px.cell][py.cell][pz.cell];
-    return splineInSpace(corner, w, [](const float* row) { return _mm_loadu_ps(row); });
+    return splineInSpace(&tables.space[px.cell][py.cell][pz.cell],
+                         weightsOf(_mm_setr_ps(px.fraction, py.fraction, pz.fraction, 0.0f)));
 }
 
 float latticeNoise4Baseline(const NoiseTables& tables, double x, double y, double z, double w,

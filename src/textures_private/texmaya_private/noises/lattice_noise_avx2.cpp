@@ -1,13 +1,11 @@
-// The lattice noises with AVX2: the coordinates are placed together, and two rows of the spline share
-// a register. The arithmetic of the splines is that of lattice_noise.cpp, operation for operation.
-//
-// The throughput hangs on the way from the coordinate to the table, so that the cell is found beside
-// the fraction, from the same double. The two can only disagree where the fraction is rounded up to
-// the next cell: it is then 1 in the cell before, and the spline has the same bits at either side.
+// The lattice noises with AVX2: the coordinates are placed together, and in four dimensions two rows of
+// the spline share a register. The arithmetic of the splines is that of lattice_noise.cpp, operation for
+// operation.
 //
 // Compiled for another instruction set, so it includes nothing that emits a shared inline function.
 
 #include "lattice_noise_kernels.h"
+#include "lattice_place.h"
 
 #include <immintrin.h>
 
@@ -18,14 +16,18 @@ namespace {
 constexpr int kRow = kLatticeRowStride;
 constexpr int kPlane = kLatticeSide * kLatticeRowStride;
 
-// Up to here cells fit 32 bits. What is larger, or not a number, is left to the baseline.
-constexpr double kLargestFast = 67108864.0; // 2^26
-
-bool allFast(__m256d d)
+bool allBelow(__m256d d, double limit)
 {
     const __m256d magnitude = _mm256_andnot_pd(_mm256_set1_pd(-0.0), d);
-    const __m256d fast = _mm256_cmp_pd(magnitude, _mm256_set1_pd(kLargestFast), _CMP_LT_OQ);
-    return _mm256_movemask_pd(fast) == 0xF;
+    return _mm256_movemask_pd(_mm256_cmp_pd(magnitude, _mm256_set1_pd(limit), _CMP_LT_OQ)) == 0xF;
+}
+
+// behindUnits for four coordinates.
+__m128 behindUnits(__m256d d, __m256d sum)
+{
+    const __m256i bits = _mm256_and_si256(_mm256_castpd_si256(sum), _mm256_set1_epi64x(kBitsOfUnits));
+    const __m256d units = _mm256_sub_pd(_mm256_castsi256_pd(bits), _mm256_set1_pd(kRoundToGrid));
+    return _mm256_cvtpd_ps(_mm256_sub_pd(d, units));
 }
 
 template <int Lane>
@@ -34,8 +36,11 @@ __m128 lane(__m128 v)
     return _mm_shuffle_ps(v, v, Lane * 0x55);
 }
 
-// The wrapped cells of four coordinates on the lattice, and the fractions of the unit period.
-__m128i cellsOf(__m256d d)
+// The wrapped cells of four coordinates on the lattice and the fractions of the unit period, with the
+// whole units that floor gives: the steps of time do not go on smoothly across them. The cell is found
+// beside the fraction, from the same double. The two can only disagree where the fraction is rounded
+// up to the next cell: it is then 1 in the cell before, and the spline has the same bits at either side.
+__m128i flooredCells(__m256d d)
 {
     const __m256d scaled = _mm256_floor_pd(_mm256_mul_pd(d, _mm256_set1_pd(kLatticeCells)));
     constexpr int kHighBits = 27; // all but the five that count 32 cells
@@ -58,6 +63,13 @@ Weights weightsOf(__m128 t)
     const __m128 square = _mm_mul_ps(t, t);
     const __m128 after = _mm_mul_ps(half, square);
     return {_mm_add_ps(_mm_sub_ps(half, t), after), _mm_sub_ps(_mm_add_ps(half, t), square), after};
+}
+
+// The weights from the distances behind whole units and the cells.
+Weights weightsAt(__m128 distances, __m128i cells)
+{
+    const __m128 f = _mm_mul_ps(distances, _mm_set1_ps(kLatticeCells));
+    return weightsOf(_mm_sub_ps(f, _mm_cvtepi32_ps(cells)));
 }
 
 template <int Lane>
@@ -176,11 +188,12 @@ Rows animated(const TimeSteps& time, const Rows& still)
 
 float latticeNoise2Avx2(const NoiseTables& tables, double x, double y)
 {
-    const __m256d d = _mm256_cvtps_pd(_mm_cvtpd_ps(_mm_setr_pd(x, y)));
-    if (!allFast(d)) return latticeNoise2Baseline(tables, x, y);
-    const __m128i cells = cellsOf(d);
-    const __m128 f = _mm_mul_ps(unitFractions(d), _mm_set1_ps(kLatticeCells));
-    const Weights w = weightsOf(_mm_sub_ps(f, _mm_cvtepi32_ps(cells)));
+    const __m128d xy = _mm_cvtps_pd(_mm_cvtpd_ps(_mm_setr_pd(x, y)));
+    if (!areOnGrid(xy)) [[unlikely]]
+        return latticeNoise2Anywhere(tables, x, y);
+    const __m128d sum = onGrid(xy);
+    const __m128i cells = cellsOf(sum, sum);
+    const Weights w = weightsAt(behindUnits(xy, sum), cells);
     const float* corner = &tables.plane[_mm_cvtsi128_si32(cells)][_mm_extract_epi32(cells, 1)];
     const __m128 row = spline(_mm_loadu_ps(corner), _mm_loadu_ps(corner + kRow),
                               _mm_loadu_ps(corner + 2 * kRow), weightsOfLane<0>(w));
@@ -191,12 +204,14 @@ float latticeNoise2Avx2(const NoiseTables& tables, double x, double y)
 float latticeNoise3Avx2(const NoiseTables& tables, double x, double y, double z)
 {
     const __m256d d = _mm256_setr_pd(x, y, z, 0.0);
-    if (!allFast(d)) return latticeNoise3Baseline(tables, x, y, z);
-    const __m128i cells = cellsOf(d);
-    const __m128 f = _mm_mul_ps(unitFractions(d), _mm_set1_ps(kLatticeCells));
-    const Weights w = weightsOf(_mm_sub_ps(f, _mm_cvtepi32_ps(cells)));
+    if (!allBelow(d, kLargestOnGrid)) [[unlikely]]
+        return latticeNoise3Anywhere(tables, x, y, z);
+    const __m256d sum = _mm256_add_pd(d, _mm256_set1_pd(kRoundToGrid));
+    const __m128i cells = cellsOf(_mm256_castpd256_pd128(sum), _mm256_extractf128_pd(sum, 1));
+    const Weights w = weightsAt(behindUnits(d, sum), cells);
+    // Each cell once more from its own coordinate: that is sooner there than a lane of the four.
+    const float* corner = &tables.space[cellOf(x)][cellOf(y)][cellOf(z)];
     // Without work beyond the spline, loads within the multiplications beat wider registers.
-    const float* corner = cornerOf(tables, cells);
     const Weights alongX = weightsOfLane<0>(w);
     const auto columns = [&](const float* first) {
         return spline(_mm_loadu_ps(first), _mm_loadu_ps(first + kPlane), _mm_loadu_ps(first + 2 * kPlane),
@@ -209,10 +224,10 @@ float latticeNoise4Avx2(const NoiseTables& tables, double x, double y, double z,
                         std::int32_t period)
 {
     const __m256d d = _mm256_setr_pd(x, y, z, w);
-    if (!allFast(d)) return latticeNoise4Baseline(tables, x, y, z, w, period);
+    if (!allBelow(d, kLargestOnGrid)) return latticeNoise4Baseline(tables, x, y, z, w, period);
     constexpr float kCells = kLatticeCells;
     const auto steps = static_cast<float>(period < 60000 ? period : 60000);
-    const __m128i cells = cellsOf(d);
+    const __m128i cells = flooredCells(d);
     const __m128 f = _mm_mul_ps(unitFractions(d), _mm_setr_ps(kCells, kCells, kCells, steps));
     // Periods reach down to -2^31, and so does the scaled time: the conversion is always in range.
     const std::int32_t timeCell = _mm_cvttss_si32(lane<3>(f));

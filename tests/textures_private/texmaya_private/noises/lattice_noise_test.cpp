@@ -262,19 +262,38 @@ TEST(LatticeNoise, EveryInstructionSetGivesTheSameBits)
 
 TEST(LatticeNoise, FractionThatRoundsUpGivesTheSameBitsEverywhere)
 {
-    // Just below a cell's end the float fraction is that of the next cell, or 1.
+    // Just below a cell's end the float fraction is that of the next cell, or 1, and below 2^-23 the cell
+    // may be the next one.
+    const float* table = plain::currentTable().data();
     std::vector<float> first;
     withEveryInstructionSet([&] {
         std::size_t at = 0;
         for (int cell = -64; cell <= 64; ++cell)
-            for (const double below : {1e-8, 1e-9, 1e-12, 1e-16, 1e-18, 1e-30}) {
+            for (const double below : {0.0, 1.3e-7, 1.1e-7, 5e-8, 1e-8, 1e-9, 1e-12, 1e-16, 1e-18, 1e-30}) {
                 const double d = cell / 32.0 - below;
                 const float noise =
                     latticeNoise3(d, -d, 0.3) + latticeNoise2(d, 0.4) + latticeNoise4(d, 0.2, d, d, 32);
                 if (at == first.size()) first.push_back(noise);
                 EXPECT_SAME_BITS(noise, first[at++]);
-                EXPECT_NEAR(latticeNoise3(d, -d, 0.3),
-                            plain::lattice3(plain::currentTable().data(), d, -d, 0.3), kTwin);
+                EXPECT_NEAR(latticeNoise3(d, -d, 0.3), plain::lattice3(table, d, -d, 0.3), kTwin);
+                EXPECT_NEAR(latticeNoise3(0.7, d, d), plain::lattice3(table, 0.7, d, d), kTwin);
+                EXPECT_NEAR(latticeNoise2(d, -d), plain::lattice2(table, d, -d), kTwin);
+            }
+    });
+}
+
+TEST(LatticeNoise, CoordinatesOnEitherSideOfTwoToThe26thAgree)
+{
+    const float* table = plain::currentTable().data();
+    withEveryInstructionSet([table] {
+        for (const double sign : {1.0, -1.0})
+            for (int step = -200; step <= 200; ++step) {
+                const double d = sign * (67108864.0 + step * 0.0137);
+                EXPECT_NEAR(latticeNoise3(d, 0.3, 0.6), plain::lattice3(table, d, 0.3, 0.6), kTwin);
+                EXPECT_NEAR(latticeNoise3(0.3, d, 0.6), plain::lattice3(table, 0.3, d, 0.6), kTwin);
+                EXPECT_NEAR(latticeNoise3(0.3, 0.6, d), plain::lattice3(table, 0.3, 0.6, d), kTwin);
+                EXPECT_NEAR(latticeNoise2(d, 0.3), plain::lattice2(table, d, 0.3), kTwin);
+                EXPECT_NEAR(latticeNoise2(0.3, d), plain::lattice2(table, 0.3, d), kTwin);
             }
     });
 }
