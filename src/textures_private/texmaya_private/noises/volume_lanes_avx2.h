@@ -101,6 +101,10 @@ Eight spread(Eight a)
 }
 
 // Truncation of lanes within the range of 32 bits.
+inline Four truncated(Four a)
+{
+    return _mm_cvtepi32_ps(_mm_cvttps_epi32(a));
+}
 inline Eight truncated(Eight a)
 {
     return _mm256_cvtepi32_ps(_mm256_cvttps_epi32(a));

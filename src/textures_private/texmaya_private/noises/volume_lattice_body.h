@@ -27,7 +27,7 @@ struct OnePoint {
     const float* corner;
 
     Lanes load(int offset) const { return _mm_loadu_ps(corner + offset); }
-    static Lanes one() { return _mm_set1_ps(1.0f); }
+    static Lanes all(float value) { return _mm_set1_ps(value); }
 };
 
 struct TwoPoints {
@@ -36,7 +36,7 @@ struct TwoPoints {
     const float* high;
 
     Lanes load(int offset) const { return loadHalves(low + offset, high + offset); }
-    static Lanes one() { return broadcast(1.0f); }
+    static Lanes all(float value) { return broadcast(value); }
 };
 
 // Twice the uniform quadratic B-spline as a weighted sum of its knots: (1 - t)^2, 1 + 2 t (1 - t), t^2.
@@ -56,7 +56,7 @@ struct WeightedSpline {
 
     explicit WeightedSpline(Lanes t)
     {
-        const Lanes one = Points::one();
+        const Lanes one = Points::all(1.0f);
         const Lanes rest = one - t;
         const Lanes product = t * rest;
         first = rest * rest;
@@ -208,48 +208,82 @@ template <class Lattice>
 }
 
 // The animated value of each grid point: it runs through a pseudo-random sequence in time.
+template <class Points>
 struct AnimatedRow {
-    Eight m0, m1, m2;
-    WeightedAxis<TwoPoints> time;
+    using Lanes = typename Points::Lanes;
+    Lanes m0, m1, m2;
+    WeightedAxis<Points> time;
 
-    static Eight fraction(Eight a) { return a - truncated(a); }
-    Eight operator()(Eight row) const
+    static Lanes fraction(Lanes a) { return a - truncated(a); }
+    Lanes operator()(Lanes row) const
     {
-        const Eight c = row + broadcast(2.0f);
+        const Lanes c = row + Points::all(2.0f);
         return time(fraction(m0 * c), fraction(m1 * c), fraction(m2 * c));
     }
 };
 
-// The four-dimensional noise at two points, in units and to no scale: the fourth lane is time, on
-// `period` steps.
-inline Eight latticeNoise4(const NoiseTables& noise, Eight points, int period)
+// Where a point's neighbours begin, and its part of the sequence.
+struct AnimatedCorner {
+    const float* corner;
+    float m0, m1, m2;
+};
+
+inline AnimatedCorner animatedCorner(const NoiseTables& noise, Four cells)
 {
     constexpr int kPlaneStride = kLatticeSide * kLatticeRowStride;
-    const auto steps = static_cast<float>(period < 60000 ? period : 60000);
-    const Four cells = fourOf(kUnitCells, kUnitCells, kUnitCells, steps);
-    const Eight f = unitFraction(points) * combine(cells, cells);
-    const WeightedSpline<TwoPoints> spline(f - truncated(f)); // the steps lie in -2^31..60000
-    const auto firstStep = [](Four half) { return _mm_cvttss_si32(spread<3>(half)); };
-    const int low = firstStep(lowHalf(f));
-    const int high = firstStep(highHalf(f));
-    const auto sequence = [&](int offset) {
-        const float atLow = (randomValue(noise, low + offset) + 1.0f) * 21568.16f;
-        const float atHigh = (randomValue(noise, high + offset) + 1.0f) * 21568.16f;
-        return combine(_mm_set1_ps(atLow), _mm_set1_ps(atHigh));
-    };
-    const AnimatedRow animated{sequence(0), sequence(1), sequence(2), spline.axis<3>()};
-    const CornerOffsets offsets = cornerOffsets(f, kPlaneStride, kLatticeRowStride, 1);
-    const float* space = &noise.space[0][0][0];
-    const TwoPoints corners{space + offsets.low, space + offsets.high};
+    const __m128i wrapped = _mm_and_si128(_mm_cvttps_epi32(cells), _mm_set1_epi32(kLatticeCells - 1));
+    const float* corner = &noise.space[0][0][0] + offsetOfTwo<kPlaneStride, kLatticeRowStride>(wrapped) +
+                          _mm_extract_epi16(wrapped, 4);
+    const int first = _mm_cvttss_si32(spread<3>(cells));
+    const auto step = [&](int i) { return (randomValue(noise, i) + 1.0f) * 21568.16f; };
+    return {corner, step(first), step(first + 1), step(first + 2)};
+}
+
+template <class Points>
+typename Points::Lanes splineOfAnimated(const Points& corners, const AnimatedRow<Points>& animated,
+                                        const WeightedSpline<Points>& spline)
+{
+    constexpr int kPlaneStride = kLatticeSide * kLatticeRowStride;
     const auto at = [&](int offset) { return animated(corners.load(offset)); };
-    const WeightedAxis<TwoPoints> acrossX = spline.axis<0>();
+    const auto acrossX = spline.template axis<0>();
     const auto alongX = [&](int offset) {
         return acrossX(at(offset), at(offset + kPlaneStride), at(offset + 2 * kPlaneStride));
     };
-    const Eight r0 = alongX(0);
-    const Eight r1 = alongX(kLatticeRowStride);
-    const Eight r2 = alongX(2 * kLatticeRowStride);
-    return spline.across<2>(spline.axis<1>()(r0, r1, r2)) * broadcast(0.125f) - broadcast(1.0f);
+    const auto r0 = alongX(0);
+    const auto r1 = alongX(kLatticeRowStride);
+    const auto r2 = alongX(2 * kLatticeRowStride);
+    const auto noise = spline.template across<2>(spline.template axis<1>()(r0, r1, r2));
+    return noise * Points::all(0.125f) - Points::all(1.0f);
+}
+
+// Cells of a period that is as long on every axis of space, and of `period` steps in time.
+inline Four periodCells(int period)
+{
+    return fourOf(kUnitCells, kUnitCells, kUnitCells, static_cast<float>(period < 60000 ? period : 60000));
+}
+
+// The four-dimensional noise at a point or at two, in units and to no scale: the fourth lane is time, on
+// `period` steps, which makes cells in -2^31..60000.
+inline Four latticeNoise4(const NoiseTables& noise, Four point, int period)
+{
+    const Four f = unitFraction(point) * periodCells(period);
+    const AnimatedCorner c = animatedCorner(noise, f);
+    const WeightedSpline<OnePoint> spline(f - truncated(f));
+    return splineOfAnimated<OnePoint>(
+        {c.corner}, {_mm_set1_ps(c.m0), _mm_set1_ps(c.m1), _mm_set1_ps(c.m2), spline.axis<3>()}, spline);
+}
+
+inline Eight latticeNoise4(const NoiseTables& noise, Eight points, int period)
+{
+    const Four cells = periodCells(period);
+    const Eight f = unitFraction(points) * combine(cells, cells);
+    const AnimatedCorner a = animatedCorner(noise, lowHalf(f));
+    const AnimatedCorner b = animatedCorner(noise, highHalf(f));
+    const auto both = [](float low, float high) { return combine(_mm_set1_ps(low), _mm_set1_ps(high)); };
+    const WeightedSpline<TwoPoints> spline(f - truncated(f));
+    return splineOfAnimated<TwoPoints>(
+        {a.corner, b.corner}, {both(a.m0, b.m0), both(a.m1, b.m1), both(a.m2, b.m2), spline.axis<3>()},
+        spline);
 }
 
 } // namespace

@@ -92,7 +92,7 @@ struct AnimatedOctaves {
     const NoiseTables& noise;
     int period;
 
-    Four operator()(Four place) const { return lowHalf((*this)(combine(place, place))); }
+    Four operator()(Four place) const { return latticeNoise4(noise, place, period); }
     Eight operator()(Eight places) const { return latticeNoise4(noise, places, period); }
 };
 

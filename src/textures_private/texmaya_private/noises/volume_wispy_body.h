@@ -128,7 +128,7 @@ float wispy3d(const VolumeTables& tables, const PerlinVolume& noise, const Level
     if (noise.timeNoise) {
         const auto animated = [&](Four point) {
             const Four inUnits = point * _mm_set1_ps(1.0f / kUnitCells);
-            return lowHalf(latticeNoise4(*tables.noise, combine(inUnits, inUnits), noise.timePeriod));
+            return latticeNoise4(*tables.noise, inUnits, noise.timePeriod);
         };
         return sumWispy(noise.fractal, 1.0f, space, kLattice3Scale, levels, start, animated);
     }
