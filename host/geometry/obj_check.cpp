@@ -87,8 +87,8 @@ std::string indexProblem(std::string_view word, const ListKind& list, std::size_
     const bool tooLong = error == std::errc::result_out_of_range, backwards = word.starts_with('-');
     if (index == 0 && !tooLong) return "indices count from 1, or from -1 backwards; 0 is none";
     const std::size_t known = backwards ? sofar : all;
-    const std::int64_t place = backwards ? -index : index;
-    if (!tooLong && place <= static_cast<std::int64_t>(known)) return {};
+    const auto furthest = static_cast<std::int64_t>(known);
+    if (!tooLong && index >= -furthest && index <= furthest) return {};
     return fmt::format("there is no {} {}; the file has {}{}", list.words, word, known,
                        backwards ? " up to here" : "");
 }

@@ -77,14 +77,13 @@ std::vector<std::filesystem::path> librariesIn(const std::filesystem::path& fold
     return found;
 }
 
-// Whether a file is the host's runtime, the library that this function stands in: it is no plug-in library
-// and may well stand among them.
-bool isOwnRuntime(const std::filesystem::path& file)
+// Whether a file is the host's runtime, the library that this function stands in, or another copy of it: it
+// is no plug-in library and may well stand among them.
+bool isRuntime(const std::filesystem::path& file)
 {
     Dl_info own{};
-    std::error_code error;
-    return ::dladdr(reinterpret_cast<void*>(&isOwnRuntime), &own) != 0 && own.dli_fname &&
-           std::filesystem::equivalent(file, own.dli_fname, error);
+    return ::dladdr(reinterpret_cast<void*>(&isRuntime), &own) != 0 && own.dli_fname &&
+           file.filename() == std::filesystem::path(own.dli_fname).filename();
 }
 
 } // namespace
@@ -203,7 +202,7 @@ void PluginRegistry::loadDefaultLibraries(const std::filesystem::path& programFo
             // What is broken may be a plug-in library, and what a folder for plug-ins holds should be one.
             const bool broken = !findLibraryProblem(file).empty();
             const bool meant = broken || named || exportsSymbol(file, OUtils::kGetLibDescName);
-            if (meant && !isOwnRuntime(file) && seen.insert(file.filename()).second) loadLibrary(file);
+            if (meant && !isRuntime(file) && seen.insert(file.filename()).second) loadLibrary(file);
         }
     }
 }

@@ -41,7 +41,7 @@ public:
     // OMBRIX_PLUGIN_PATH (colon-separated); without that variable, or with an empty one, those in
     // programFolder that export getLibDesc, because a program's folder holds other libraries too. Files are
     // taken in the order of the folders, then of their names; of two files of the same name the first one
-    // counts, and the host's own runtime is passed over. Throws LibraryError for the first file that
+    // counts, and the host's runtime is passed over. Throws LibraryError for the first file that
     // loadLibrary would refuse; in programFolder too when it is no whole shared library.
     void loadDefaultLibraries(const std::filesystem::path& programFolder);
     // Unregisters the kinds of all loaded libraries and closes them.

@@ -49,6 +49,8 @@ TEST(ObjCheck, TellsTheFirstLineAtFault)
         {"f 1/1 2/1 3/1\n", "4: there is no texture coordinate 1; the file has 0"},
         {"f 1//2 2//2 3//2\n", "4: there is no normal 2; the file has 0"},
         {"vt 0\nvn 0 0 1\nf 1/1/1/1 2 3\n", "6: \"1/1/1/1\" is no corner; write POSITION/COORDINATE/NORMAL"},
+        {"f 1 2 -9223372036854775808\n",
+         "4: there is no position -9223372036854775808; the file has 3 up to here"},
         {"f 1 2 99999999999999999999\n", "4: there is no position 99999999999999999999; the file has 3"},
         {"f 1 2 \\\n3\n", "4: \"\\\" is no index of a position"},
     };

@@ -182,8 +182,8 @@ TEST_F(ProbeTest, KeysThatAnOperationDoesNotLookAtAreWarnedOf)
             EXPECT_TRUE(lines[i].starts_with(expected[i] + ": \"")) << lines[i];
     };
     warnedOf(R"("op": "float_bounds", "contexts": [{}])", {"contexts"});
-    EXPECT_EQ(lines[0], "warning: probe.json: /requests/0/contexts: \"float_bounds\" does not look at "
-                        "\"contexts\"; leave it out");
+    EXPECT_EQ(lines.at(0), "warning: probe.json: /requests/0/contexts: \"float_bounds\" does not look at "
+                           "\"contexts\"; leave it out");
     warnedOf(R"("op": "float", "contexts": [{}], "pixels": true, "time": 3, "name": "n")",
              {"name", "pixels", "time"});
     warnedOf(R"("op": "source", "name": "n", "tag": "t", "descriptor": "MaterialDescriptor", "pixels": true)",
