@@ -1,13 +1,13 @@
 #include "volume_lanes_base.h"
 
-#include "volume_cosine_body.h"
+#include "volume_cosine_few.h"
 
 namespace nezaiva {
 
-float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& point,
                    float time)
 {
-    return cosine3d(tables, noise, x, y, z, time);
+    return cosine3d(tables, noise, point, time);
 }
 
 float cosine2dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)

@@ -2,14 +2,14 @@
 
 #include "volume_lanes_avx2.h"
 
-#include "volume_cosine_body.h"
+#include "volume_cosine_few.h"
 
 namespace nezaiva {
 
-float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& point,
                    float time)
 {
-    return cosine3d(tables, noise, x, y, z, time);
+    return cosine3d(tables, noise, point, time);
 }
 
 float cosine2dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)

@@ -1,6 +1,6 @@
 // The sums of plane waves, written once on the lanes of volume_lanes_base.h or volume_lanes_avx2.h,
-// one of which is included before. Few waves in few octaves fill the lanes across the octaves; else
-// eight waves of an octave are eight lanes.
+// one of which is included before. Up to eight waves in up to eight octaves fill the lanes across the
+// octaves; else eight waves of an octave are eight lanes.
 #pragma once
 
 #include "volume_kernels.h"
@@ -16,18 +16,7 @@ constexpr float kTwoPi = 6.2831855f;
 inline Eight cosines(Eight angles)
 {
     if (!anyLane(beyondShort(angles))) return shortCosine(angles);
-    Eight u = quarterLessTurns(angles);
-    if (anyLane(tooLarge(angles))) {
-        float each[8];
-        float quarters[8];
-        store(each, angles);
-        for (int lane = 0; lane < 8; ++lane) {
-            const double turns = exactTurns(each[lane]);
-            quarters[lane] = static_cast<float>(0.25 - (turns < 0.0 ? -turns : turns));
-        }
-        u = load(quarters);
-    }
-    return cosineOfQuarters(u);
+    return anyCosine(angles, 0.0);
 }
 
 // The directions and phases of eight waves.
@@ -333,8 +322,8 @@ float cosine2d(Waves& waves, const CosineVolume& noise, float px, float py, floa
     return anyCosine3d(tables, noise, x, y, z, time);
 }
 
-inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
-                      float time)
+[[gnu::noinline]] inline float manyCosine3d(const VolumeTables& tables, const CosineVolume& noise, float x,
+                                            float y, float z, float time)
 {
     const int count = waveCount(noise);
     if (!PackedSum::hold(noise.fractal, count)) return octaveCosine3d(tables, noise, x, y, z, time);
@@ -356,7 +345,8 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, flo
     return anyCosine2d(tables, noise, x, y, time);
 }
 
-inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time)
+[[gnu::noinline]] inline float manyCosine2d(const VolumeTables& tables, const CosineVolume& noise, float x,
+                                            float y, float time)
 {
     const int count = waveCount(noise);
     if (!PackedSum::hold(noise.fractal, count)) return octaveCosine2d(tables, noise, x, y, time);

@@ -13,7 +13,7 @@ float perlin2dBase(const VolumeTables& tables, const PerlinVolume& noise, float 
 float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
                    float time);
 float billow2dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time);
-float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& point,
                    float time);
 float cosine2dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time);
 
@@ -23,7 +23,7 @@ float perlin2dAvx2(const VolumeTables& tables, const PerlinVolume& noise, float 
 float billow3dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
                    float time);
 float billow2dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time);
-float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float z,
+float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& point,
                    float time);
 float cosine2dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time);
 

@@ -45,13 +45,20 @@ inline Eight loadHalves(const float* low, const float* high)
 }
 inline Eight loadTwice(const float* four)
 {
-    const Four half = _mm_loadu_ps(four);
-    return _mm256_set_m128(half, half);
+    return _mm256_broadcast_ps(reinterpret_cast<const __m128*>(four));
 }
 
+inline Four squareRoot(Four a)
+{
+    return _mm_sqrt_ps(a);
+}
 inline Eight squareRoot(Eight a)
 {
     return _mm256_sqrt_ps(a);
+}
+inline Four bitAnd(Four a, Four b)
+{
+    return _mm_and_ps(a, b);
 }
 inline Eight bitAnd(Eight a, Eight b)
 {
@@ -74,15 +81,27 @@ inline Eight lowestBitAsSign(Eight a)
 }
 
 // All bits of a lane where the comparison holds; none for a NaN.
+inline Four less(Four a, Four b)
+{
+    return _mm_cmp_ps(a, b, _CMP_LT_OQ);
+}
 inline Eight less(Eight a, Eight b)
 {
     return _mm256_cmp_ps(a, b, _CMP_LT_OQ);
+}
+inline Four lessEqual(Four a, Four b)
+{
+    return _mm_cmp_ps(a, b, _CMP_LE_OQ);
 }
 inline Eight lessEqual(Eight a, Eight b)
 {
     return _mm256_cmp_ps(a, b, _CMP_LE_OQ);
 }
 
+inline Four choose(Four mask, Four a, Four b)
+{
+    return _mm_blendv_ps(b, a, mask);
+}
 inline Eight choose(Eight mask, Eight a, Eight b)
 {
     return _mm256_blendv_ps(b, a, mask);
@@ -100,6 +119,34 @@ Eight spread(Eight a)
     return _mm256_permute_ps(a, Lane * 0x55);
 }
 
+// In each half lanes A and B of the first operand, then C and D of the second.
+template <int A, int B, int C, int D>
+Four shuffled(Four first, Four second)
+{
+    return _mm_shuffle_ps(first, second, _MM_SHUFFLE(D, C, B, A));
+}
+template <int A, int B, int C, int D>
+Eight shuffled(Eight first, Eight second)
+{
+    return _mm256_shuffle_ps(first, second, _MM_SHUFFLE(D, C, B, A));
+}
+
+// In each half the lower two lanes of both operands in turn.
+inline Eight lowerLanes(Eight first, Eight second)
+{
+    return _mm256_unpacklo_ps(first, second);
+}
+
+// How many halves are in each lane, as bits of integers, and how many wholes, for lanes of 0 or more.
+struct Halves {
+    Eight numbers, wholes;
+};
+inline Halves halvesOf(Eight a)
+{
+    const __m256i numbers = _mm256_cvttps_epi32(_mm256_add_ps(a, a));
+    return {_mm256_castsi256_ps(numbers), _mm256_cvtepi32_ps(_mm256_srli_epi32(numbers, 1))};
+}
+
 // Truncation of lanes within the range of 32 bits.
 inline Four truncated(Four a)
 {
@@ -111,6 +158,10 @@ inline Eight truncated(Eight a)
 }
 
 // The second operand where the first is NaN.
+inline Eight minimum(Eight a, Eight b)
+{
+    return _mm256_min_ps(a, b);
+}
 inline Eight maximum(Eight a, Eight b)
 {
     return _mm256_max_ps(a, b);
@@ -186,6 +237,10 @@ inline void store(float* eight, Eight a)
 {
     _mm256_storeu_ps(eight, a);
 }
+inline void storeBits(int* eight, Eight a)
+{
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(eight), _mm256_castps_si256(a));
+}
 
 // Eight lanes from which others are picked by number.
 using Picked = Eight;
@@ -196,6 +251,39 @@ inline Picked toPickFrom(Eight a)
 inline Eight pick(Picked from, const int* lanes)
 {
     return _mm256_permutevar8x32_ps(from, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(lanes)));
+}
+
+// A lane for each of four octaves: here in both halves, so that lanes are picked within their half.
+using Levels = Eight;
+using PickedLevels = Eight;
+inline Levels allLevels(const float& value)
+{
+    return _mm256_broadcast_ss(&value);
+}
+inline Levels levelsOf(float value)
+{
+    return _mm256_set1_ps(value);
+}
+inline Levels loadLevels(const float* fourTwice)
+{
+    return _mm256_loadu_ps(fourTwice);
+}
+inline Four oneHalf(Levels a)
+{
+    return lowHalf(a);
+}
+
+// The levels of the second operand where the bits of Mask are set, from the lowest on.
+template <int Mask>
+Levels mixedLevels(Levels a, Levels b)
+{
+    return _mm256_blend_ps(a, b, Mask * 0x11);
+}
+
+// Eight lanes by the numbers of their levels, which are 0 to 3.
+inline Eight pickLevels(PickedLevels from, const int* levels)
+{
+    return _mm256_permutevar_ps(from, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(levels)));
 }
 
 } // namespace

@@ -69,9 +69,17 @@ inline Eight operator/(Eight a, Eight b)
     return {_mm_div_ps(a.low, b.low), _mm_div_ps(a.high, b.high)};
 }
 
+inline Four squareRoot(Four a)
+{
+    return _mm_sqrt_ps(a);
+}
 inline Eight squareRoot(Eight a)
 {
     return {_mm_sqrt_ps(a.low), _mm_sqrt_ps(a.high)};
+}
+inline Four bitAnd(Four a, Four b)
+{
+    return _mm_and_ps(a, b);
 }
 inline Eight bitAnd(Eight a, Eight b)
 {
@@ -98,9 +106,17 @@ inline Eight lowestBitAsSign(Eight a)
 }
 
 // All bits of a lane where the comparison holds; none for a NaN.
+inline Four less(Four a, Four b)
+{
+    return _mm_cmplt_ps(a, b);
+}
 inline Eight less(Eight a, Eight b)
 {
     return {_mm_cmplt_ps(a.low, b.low), _mm_cmplt_ps(a.high, b.high)};
+}
+inline Four lessEqual(Four a, Four b)
+{
+    return _mm_cmple_ps(a, b);
 }
 inline Eight lessEqual(Eight a, Eight b)
 {
@@ -128,6 +144,36 @@ Eight spread(Eight a)
     return {spread<Lane>(a.low), spread<Lane>(a.high)};
 }
 
+// In each half lanes A and B of the first operand, then C and D of the second.
+template <int A, int B, int C, int D>
+Four shuffled(Four first, Four second)
+{
+    return _mm_shuffle_ps(first, second, _MM_SHUFFLE(D, C, B, A));
+}
+template <int A, int B, int C, int D>
+Eight shuffled(Eight first, Eight second)
+{
+    return {shuffled<A, B, C, D>(first.low, second.low), shuffled<A, B, C, D>(first.high, second.high)};
+}
+
+// In each half the lower two lanes of both operands in turn.
+inline Eight lowerLanes(Eight first, Eight second)
+{
+    return {_mm_unpacklo_ps(first.low, second.low), _mm_unpacklo_ps(first.high, second.high)};
+}
+
+// How many halves are in each lane, as bits of integers, and how many wholes, for lanes of 0 or more.
+struct Halves {
+    Eight numbers, wholes;
+};
+inline Halves halvesOf(Eight a)
+{
+    const __m128i low = _mm_cvttps_epi32(_mm_add_ps(a.low, a.low));
+    const __m128i high = _mm_cvttps_epi32(_mm_add_ps(a.high, a.high));
+    return {{_mm_castsi128_ps(low), _mm_castsi128_ps(high)},
+            {_mm_cvtepi32_ps(_mm_srli_epi32(low, 1)), _mm_cvtepi32_ps(_mm_srli_epi32(high, 1))}};
+}
+
 // Truncation of lanes within the range of 32 bits.
 inline Four truncated(Four a)
 {
@@ -139,6 +185,10 @@ inline Eight truncated(Eight a)
 }
 
 // The second operand where the first is NaN.
+inline Eight minimum(Eight a, Eight b)
+{
+    return {_mm_min_ps(a.low, b.low), _mm_min_ps(a.high, b.high)};
+}
 inline Eight maximum(Eight a, Eight b)
 {
     return {_mm_max_ps(a.low, b.low), _mm_max_ps(a.high, b.high)};
@@ -226,6 +276,11 @@ inline void store(float* eight, Eight a)
     _mm_storeu_ps(eight, a.low);
     _mm_storeu_ps(eight + 4, a.high);
 }
+inline void storeBits(int* eight, Eight a)
+{
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(eight), _mm_castps_si128(a.low));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(eight + 4), _mm_castps_si128(a.high));
+}
 
 // Eight lanes from which others are picked by number.
 struct Picked {
@@ -242,6 +297,47 @@ inline Eight pick(const Picked& from, const int* lanes)
     const float* f = from.lanes;
     return {_mm_setr_ps(f[lanes[0]], f[lanes[1]], f[lanes[2]], f[lanes[3]]),
             _mm_setr_ps(f[lanes[4]], f[lanes[5]], f[lanes[6]], f[lanes[7]])};
+}
+
+// A lane for each of four octaves.
+using Levels = Four;
+using PickedLevels = Picked;
+inline PickedLevels toPickFrom(Levels a)
+{
+    Picked from;
+    _mm_store_ps(from.lanes, a);
+    return from;
+}
+inline Levels allLevels(const float& value)
+{
+    return _mm_load1_ps(&value);
+}
+inline Levels levelsOf(float value)
+{
+    return _mm_set1_ps(value);
+}
+inline Levels loadLevels(const float* fourTwice)
+{
+    return _mm_loadu_ps(fourTwice);
+}
+inline Four oneHalf(Levels a)
+{
+    return a;
+}
+
+// The levels of the second operand where the bits of Mask are set, from the lowest on.
+template <int Mask>
+Levels mixedLevels(Levels a, Levels b)
+{
+    const Four second =
+        _mm_castsi128_ps(_mm_setr_epi32(-(Mask & 1), -(Mask >> 1 & 1), -(Mask >> 2 & 1), -(Mask >> 3 & 1)));
+    return choose(second, b, a);
+}
+
+// Eight lanes by the numbers of their levels, which are 0 to 3.
+inline Eight pickLevels(const PickedLevels& from, const int* levels)
+{
+    return pick(from, levels);
 }
 
 } // namespace

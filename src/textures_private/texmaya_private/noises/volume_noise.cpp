@@ -59,7 +59,7 @@ float evalBillow2d(const BillowVolume& noise, float x, float y, float time)
 
 float evalCosine3d(const CosineVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? cosine3dAvx2 : cosine3dBase)(volumeTables(), noise, point.x, point.y, point.z, time);
+    return (hasAvx2() ? cosine3dAvx2 : cosine3dBase)(volumeTables(), noise, point, time);
 }
 
 float evalCosine2d(const CosineVolume& noise, float x, float y, float time)

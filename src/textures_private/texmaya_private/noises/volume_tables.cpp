@@ -71,38 +71,85 @@ void packWaves(const WaveLevel* levels, int count, PackedWaves& packed)
     }
 }
 
+constexpr float kWaveShifts[] = {0.021f, 0.33f, 0.011f}; // on each axis, in each octave again
+
 // The shifts grow from octave to octave before they are used, and are rounded each time.
 void fillWaveShifts(float (*shifts)[kPackedLevels])
 {
-    constexpr float kSteps[] = {0.021f, 0.33f, 0.011f};
     for (int axis = 0; axis < 3; ++axis) {
         float shift = 0.0f;
         for (int level = 0; level < kPackedLevels; ++level)
-            shifts[axis][level] = shift += kSteps[axis];
+            shifts[axis][level] = shift += kWaveShifts[axis];
     }
 }
 
-// One row of blobs; the base indices of its 20 cells begin at base.
-template <bool ThreeD>
-void fillBillowRow(const NoiseTables& noise, int base, BillowRow& row)
+void fillFewOctaves(int levels, int count, FewOctaves& few)
 {
-    constexpr int kSizeOffset = ThreeD ? 3 : 2;
-    for (int position = 0; position < kBillowRowStride; ++position) {
-        const int b = base + (position + kBillowCells - 1) % kBillowCells;
-        const auto set = [&](BillowField field, float value) { row.fields[field][position] = value; };
-        const auto angle = [&](int offset) { return randomValue(noise, b + offset) * kTwoPi; };
-        const auto turned = [&](int offset) { return sineCosine(angle(offset)); };
-        set(kAngle0, angle(0));
-        set(kAngle1, angle(1));
-        set(kAngle2, ThreeD ? angle(2) : 0.0f);
-        set(kSine0, turned(0).sine);
-        set(kCosine0, turned(0).cosine);
-        set(kSine1, turned(1).sine);
-        set(kCosine1, turned(1).cosine);
-        set(kSine2, ThreeD ? turned(2).sine : 0.0f);
-        set(kCosine2, ThreeD ? turned(2).cosine : 0.0f);
-        set(kSize, randomValue(noise, b + kSizeOffset));
-        set(kSpot, randomValue(noise, b + kSizeOffset + 1));
+    const int waves = levels * count;
+    few.fits = waves <= kFewLanes;
+    few.count = static_cast<float>(count);
+    for (int lane = 0; lane < kFewLanes; ++lane)
+        few.level[lane] = lane < waves ? lane / count : kFewLevels;
+    for (int lane = 0; lane < 8; ++lane)
+        few.levels[lane] = lane % 4 < levels ? -1 : 0;
+}
+
+void fillWaveConstants(const VolumeTables& tables, WaveConstants& constants)
+{
+    for (int lane = 0; lane < 8; ++lane) {
+        constants.halfTurnsPerRadian[lane] = kHalfTurnsPerRadian;
+        constants.roundToWhole[lane] = kRoundFloatToWhole;
+        constants.piHigh[lane] = kPiHigh;
+        constants.piRest[lane] = kPiRest;
+        for (int power = 0; power < 5; ++power)
+            constants.cosine[power][lane] = kBriefCosine[power];
+        constants.pi[lane] = kPi;
+        constants.twoPi[lane] = kTwoPi;
+        constants.largestAngle[lane] = kLargestBriefAngle;
+        constants.ones[lane] = 1.0f;
+        constants.oneOfFour[lane] = lane % 4 == 0 ? 1.0f : 0.0f;
+        for (int axis = 0; axis < 3; ++axis) {
+            constants.start[axis][lane] = kWaveShifts[axis];
+            constants.shifts[axis][lane] = tables.waveShifts[axis][lane % 4];
+        }
+    }
+}
+
+// The numbers of one blob, whose random numbers begin at an index.
+template <bool ThreeD>
+void fillBlob(const NoiseTables& noise, int index, float (&fields)[kBillowFields])
+{
+    constexpr BillowField kSines[] = {kSine0, kSine1, kSine2};
+    constexpr BillowField kCosines[] = {kCosine0, kCosine1, kCosine2};
+    constexpr BillowField kAngles[] = {kAngle0, kAngle1, kAngle2};
+    constexpr int kAxes = ThreeD ? 3 : 2;
+    for (int axis = 0; axis < 3; ++axis) {
+        const float angle = axis < kAxes ? randomValue(noise, index + axis) * kTwoPi : 0.0f;
+        const SineCosine turned = sineCosine(angle);
+        fields[kSines[axis]] = turned.sine;
+        fields[kCosines[axis]] = turned.cosine;
+        fields[kAngles[axis]] = angle;
+    }
+    fields[kSize] = randomValue(noise, index + kAxes) + 1.0f;
+    fields[kSpot] = randomValue(noise, index + kAxes + 1) + 1.0f;
+}
+
+// Each blob goes into the four quads that its cell is one of.
+template <bool ThreeD, int Quads>
+void fillQuads(const NoiseTables& noise, BillowQuad (&quads)[kBillowLines][Quads])
+{
+    for (int cell = 0; cell < Quads - kBillowPadding; ++cell) {
+        float fields[kBillowFields];
+        fillBlob<ThreeD>(noise, cell, fields);
+        const int x = cell % kBillowCells;
+        const int y = cell / kBillowCells % kBillowCells;
+        for (int lane = 0; lane < 4; ++lane) {
+            const int quadX = (x - lane % 2 + kBillowCells) % kBillowCells;
+            const int quadY = (y - lane / 2 + kBillowCells) % kBillowCells;
+            const int quad = cell + (quadY - y) * kBillowCells + (quadX - x);
+            for (int field = 0; field < kBillowFields; ++field)
+                quads[field / kFieldsOfLine][quad].fields[field % kFieldsOfLine][lane] = fields[field];
+        }
     }
 }
 
@@ -127,12 +174,13 @@ const VolumeTables& makeVolumeTables()
     for (int count = 1; count <= kPackedCount; ++count) {
         packWaves(made.waves3d, count, made.packed3d[count - 1]);
         packWaves(made.waves2d, count, made.packed2d[count - 1]);
+        for (int levels = 1; levels <= kFewLevels; ++levels)
+            fillFewOctaves(levels, count, made.fewOctaves[levels - 1][count - 1]);
     }
     fillWaveShifts(made.waveShifts);
-    for (int row = 0; row < kBillowCells * kBillowCells; ++row)
-        fillBillowRow<true>(noise, row * kBillowCells, made.billow3d[row]);
-    for (int row = 0; row < kBillowCells; ++row)
-        fillBillowRow<false>(noise, row * kBillowCells, made.billow2d[row]);
+    fillWaveConstants(made, made.waveConstants);
+    fillQuads<true>(noise, made.billow3d);
+    fillQuads<false>(noise, made.billow2d);
     return made;
 }
 

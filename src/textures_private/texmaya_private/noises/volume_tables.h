@@ -13,30 +13,37 @@ constexpr int kTabledWaves = 32;
 
 constexpr int kBillowCells = 20; // of the periodic lattice of blobs, on each axis
 
-// The numbers of one blob, by name. The angles are those of its three offsets before time turns
-// them; at time 0 only the first five fields are needed.
+// The numbers of one blob, by name, four to a line of the cache: at time 0 only the first four are
+// needed, unless sizes differ; the angles are those of its three offsets before time turns them.
 enum BillowField : int {
     kSine0,
     kCosine1,
     kCosine2,
-    kSize,
-    kSpot,
+    kSpot, // 1 is added to the random numbers of this and of the size
     kCosine0,
     kSine1,
     kSine2,
+    kSize,
     kAngle0,
     kAngle1,
     kAngle2,
     kBillowFields,
 };
+constexpr int kFieldsOfLine = 4;
+constexpr int kBillowLines = (kBillowFields + kFieldsOfLine - 1) / kFieldsOfLine;
 
-// A row of blobs along x, field by field: position p + 1 holds the cell p wrapped into 0..19, for p
-// from -1 on. A cell index may be 20 (the fraction of a tiny negative number rounds to 1), so that
-// reads of four cells end at position 23.
-constexpr int kBillowRowStride = 24;
-struct BillowRow {
-    alignas(32) float fields[kBillowFields][kBillowRowStride];
+// Four fields of four blobs that are neighbours in a plane: those of the cells (x, y), (x + 1, y),
+// (x, y + 1) and (x + 1, y + 1), where 20 is 0.
+struct BillowQuad {
+    alignas(64) float fields[kFieldsOfLine][4];
 };
+
+// The quads of a plane, and the first lines of all quads with what keeps the second and the third line
+// of a quad out of the part of the cache that the first one lies in.
+constexpr int kBillowPlane = kBillowCells * kBillowCells;
+constexpr int kBillowPadding = 21;
+constexpr int kBillowLine3d = kBillowCells * kBillowPlane + kBillowPadding;
+constexpr int kBillowLine2d = kBillowPlane + kBillowPadding;
 
 // The waves of one level: unit directions and the phases in radians. `next` is the table index at
 // which the search behind the tabled waves goes on.
@@ -61,6 +68,33 @@ struct PackedWaves {
     int level[kPackedLanes];
 };
 
+// Few waves: those of up to three octaves that fill no more than two registers.
+constexpr int kFewLevels = 3;
+constexpr int kFewLanes = 16;
+struct FewOctaves {
+    alignas(32) int level[kFewLanes]; // the octave of each wave; octave 3, which has none, behind the last
+    alignas(32) int levels[8];        // all bits of the octaves there are, of four, twice
+    float count;                      // of the waves in an octave
+    bool fits;
+};
+
+// The constants of a sum of few waves, in all lanes: operations read them where they lie, which spares
+// the registers that they would take.
+struct WaveConstants {
+    alignas(32) float halfTurnsPerRadian[8];
+    float roundToWhole[8];
+    float piHigh[8];
+    float piRest[8];
+    float cosine[5][8]; // the polynomial, from the constant term on
+    float pi[8];
+    float twoPi[8];
+    float largestAngle[8];
+    float ones[8];
+    float oneOfFour[8]; // 1, 0, 0, 0, and again
+    float start[3][8];  // what is taken off the point, on each axis
+    float shifts[3][8]; // and added in each of four octaves, on each axis, twice
+};
+
 struct VolumeTables {
     const NoiseTables* noise;
     const SplineTables* splines;
@@ -72,8 +106,10 @@ struct VolumeTables {
     PackedWaves packed3d[kPackedCount]; // [waves in an octave - 1]
     PackedWaves packed2d[kPackedCount];
     float waveShifts[3][kPackedLevels];              // of each axis, in each octave
-    BillowRow billow3d[kBillowCells * kBillowCells]; // [z * 20 + y]
-    BillowRow billow2d[kBillowCells];                // [y]; the fields of a third offset are 0
+    FewOctaves fewOctaves[kFewLevels][kPackedCount]; // [octaves - 1][waves in an octave - 1]
+    WaveConstants waveConstants;
+    BillowQuad billow3d[kBillowLines][kBillowLine3d]; // [field / 4][z * 400 + y * 20 + x]
+    BillowQuad billow2d[kBillowLines][kBillowLine2d]; // [field / 4][y * 20 + x]; no third offset
 };
 
 // Makes the tables from the active random table; for one caller, who keeps the reference.

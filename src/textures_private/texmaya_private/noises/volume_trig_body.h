@@ -33,12 +33,32 @@ inline Eight tooLarge(Eight angles)
 
 // Up to this size half turns are taken off angles in single precision: there are fewer than 2^16 of
 // them, and the first two of the three parts of pi have 8 bits, so that their products are exact.
-constexpr float kLargestShortAngle = 131072.0f;   // 2^17
-constexpr float kRoundFloatToWhole = 12582912.0f; // 1.5 * 2^23, even: the last bit is that of the number
-constexpr float kHalfTurnsPerRadian = 0.318309886f;
-constexpr float kPiHigh = 3.140625f;               // 201 / 2^6
+constexpr float kLargestShortAngle = 131072.0f;    // 2^17
 constexpr float kPiMiddle = 0.000965118408203125f; // 253 / 2^18
 constexpr float kPiLow = 2.53518159e-06f;
+
+// The cosine of eight angles of any size less a phase, which is a part of a turn, within 2e-7. NaN for
+// what is not finite.
+[[gnu::noinline]] inline Eight anyCosine(Eight angles, double phase)
+{
+    Eight u = quarterLessTurns(angles, phase);
+    if (anyLane(tooLarge(angles))) {
+        float each[8];
+        float quarters[8];
+        store(each, angles);
+        for (int lane = 0; lane < 8; ++lane) {
+            const double turns = exactTurns(each[lane]) - phase;
+            const double magnitude = turns < 0.0 ? -turns : turns;
+            quarters[lane] = static_cast<float>(0.25 - (magnitude > 0.5 ? 1.0 - magnitude : magnitude));
+        }
+        u = load(quarters);
+    }
+    return cosineOfQuarters(u);
+}
+inline Four anyCosine(Four angles, double phase)
+{
+    return lowHalf(anyCosine(combine(angles, angles), phase));
+}
 
 inline Eight beyondShort(Eight angles)
 {
@@ -62,11 +82,14 @@ inline Eight shortCosine(Eight angles)
     return bitXor(first + xx * (second + xx * third), lowestBitAsSign(counted));
 }
 
+inline float sumOfFour(Four a)
+{
+    const Four two = _mm_add_ps(a, _mm_movehl_ps(a, a));
+    return _mm_cvtss_f32(_mm_add_ss(two, spread<1>(two)));
+}
 inline float sumOfLanes(Eight a)
 {
-    const Four four = _mm_add_ps(lowHalf(a), highHalf(a));
-    const Four two = _mm_add_ps(four, _mm_movehl_ps(four, four));
-    return _mm_cvtss_f32(_mm_add_ss(two, spread<1>(two)));
+    return sumOfFour(_mm_add_ps(lowHalf(a), highHalf(a)));
 }
 
 inline float rootOf(float value)
