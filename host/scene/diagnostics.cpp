@@ -75,6 +75,7 @@ void Diagnostics::error(std::string_view path, std::string_view text)
 
 void Diagnostics::warning(std::string_view path, std::string_view text)
 {
+    if (++warningCount > kShownWarnings) return;
     const std::string place = path.empty() ? std::string() : singleLine(path) + ": ";
     texts.push_back(fmt::format("warning: {}: {}{}", file, place, singleLine(text)));
 }
@@ -85,10 +86,13 @@ void Diagnostics::print() const
         if (verbosity() == Verbosity::Quiet && line.starts_with("warning: ")) continue;
         writeErrorLine(line);
     }
-    const int unshown = errorCount - kShownErrors;
-    if (unshown > 0)
-        writeErrorLine(fmt::format("error: {}: {} more {} not shown", file, unshown,
-                                   unshown == 1 ? "error is" : "errors are"));
+    const auto countRest = [&](const char* what, int unshown) {
+        if (unshown > 0)
+            writeErrorLine(fmt::format("{0}: {1}: {2} more {0}{3} not shown", what, file, unshown,
+                                       unshown == 1 ? " is" : "s are"));
+    };
+    if (verbosity() != Verbosity::Quiet) countRest("warning", warningCount - kShownWarnings);
+    countRest("error", errorCount - kShownErrors);
 }
 
 std::string nearestName(std::string_view wanted, const std::vector<std::string>& candidates)

@@ -9,7 +9,7 @@ namespace ombrix {
 
 class Diagnostics {
 public:
-    static constexpr int kShownErrors = 20;
+    static constexpr int kShownErrors = 20, kShownWarnings = 20;
 
     explicit Diagnostics(std::string fileName) : file(std::move(fileName)) {}
 
@@ -19,15 +19,15 @@ public:
     void warning(std::string_view path, std::string_view text);
 
     bool failed() const { return errorCount > 0; }
-    // "error: FILE: PATH: TEXT" and "warning: ..." lines on standard error, in their order, errors up to
-    // kShownErrors and then one line that counts the rest.
+    // "error: FILE: PATH: TEXT" and "warning: ..." lines on standard error, in their order, up to
+    // kShownErrors and kShownWarnings of them, and then a line that counts the rest.
     void print() const;
     const std::vector<std::string>& lines() const { return texts; }
 
 private:
     std::string file;
     std::vector<std::string> texts;
-    int errorCount = 0;
+    int errorCount = 0, warningCount = 0;
 };
 
 // The name among the candidates that a person may have meant, or "" when none is near.

@@ -33,6 +33,19 @@ TEST(Diagnostics, ShowsTwentyErrorsAndCountsTheRest)
     EXPECT_NE(printed.find("error: f: 3 more errors are not shown\n"), std::string::npos);
 }
 
+TEST(Diagnostics, ShowsTwentyWarningsAndCountsTheRest)
+{
+    Diagnostics diagnostics("f");
+    for (int i = 0; i < 21; ++i)
+        diagnostics.warning("/x", "odd");
+    diagnostics.error("/y", "bad");
+    testing::internal::CaptureStderr();
+    diagnostics.print();
+    const std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 22);
+    EXPECT_TRUE(printed.ends_with("error: f: /y: bad\nwarning: f: 1 more warning is not shown\n")) << printed;
+}
+
 TEST(Diagnostics, KeepsWarningsToItselfWhenQuiet)
 {
     Diagnostics diagnostics("f");
