@@ -1,16 +1,14 @@
 // The sums of plane waves, written once on the lanes of volume_lanes_base.h or volume_lanes_avx2.h,
 // one of which is included before. Up to eight waves in up to eight octaves fill the lanes across the
-// octaves; else eight waves of an octave are eight lanes.
+// octaves; else eight waves of an octave are eight lanes. A wave or three are taken one by one.
 #pragma once
 
+#include "volume_cosine_thin.h"
 #include "volume_kernels.h"
 #include "volume_trig_body.h"
 
 namespace nezaiva {
 namespace {
-
-constexpr float kPi = 3.1415927f;
-constexpr float kTwoPi = 6.2831855f;
 
 // The cosine of eight angles of any size, within 2e-7. NaN for what is not finite.
 inline Eight cosines(Eight angles)
@@ -125,11 +123,6 @@ struct FewWaves {
 inline int waveCount(const CosineVolume& noise)
 {
     return static_cast<short>(noise.numWaves);
-}
-
-inline float growthOf(const VolumeFractal& fractal)
-{
-    return fractal.frequencyRatio <= 0.0f ? 1.0f : fractal.frequencyRatio;
 }
 
 inline float magnitudeOf(float value)
@@ -326,6 +319,7 @@ float cosine2d(Waves& waves, const CosineVolume& noise, float px, float py, floa
                                             float y, float z, float time)
 {
     const int count = waveCount(noise);
+    if (thinWavesHold(noise.fractal, count)) return thinCosine3d(tables, noise, count, x, y, z, time);
     if (!PackedSum::hold(noise.fractal, count)) return octaveCosine3d(tables, noise, x, y, z, time);
     PackedSum packed{tables.packed3d[count - 1], count, noise.fractal.depthMax};
     const float result = packedCosine3d(packed, tables, noise.fractal, x, y, z, time);
@@ -349,6 +343,7 @@ float cosine2d(Waves& waves, const CosineVolume& noise, float px, float py, floa
                                             float y, float time)
 {
     const int count = waveCount(noise);
+    if (thinWavesHold(noise.fractal, count)) return thinCosine2d(tables, noise, count, x, y, time);
     if (!PackedSum::hold(noise.fractal, count)) return octaveCosine2d(tables, noise, x, y, time);
     PackedSum packed{tables.packed2d[count - 1], count, noise.fractal.depthMax};
     const float result = packedCosine2d(packed, noise.fractal, x, y, time);

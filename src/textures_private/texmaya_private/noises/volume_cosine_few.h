@@ -113,6 +113,7 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, con
     return r > 1.0f ? 1.0f : r;
 }
 
+// Kept as is: no shifts and no norm, and the bias of the Perlin type.
 inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, float px, float py, float time)
 {
     const FewOctaves* const few = fewOf(tables, noise);

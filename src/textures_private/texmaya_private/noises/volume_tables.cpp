@@ -86,7 +86,7 @@ void fillWaveShifts(float (*shifts)[kPackedLevels])
 void fillFewOctaves(int levels, int count, FewOctaves& few)
 {
     const int waves = levels * count;
-    few.fits = waves <= kFewLanes;
+    few.fits = waves >= kFewestWaves && waves <= kFewLanes;
     few.count = static_cast<float>(count);
     for (int lane = 0; lane < kFewLanes; ++lane)
         few.level[lane] = lane < waves ? lane / count : kFewLevels;

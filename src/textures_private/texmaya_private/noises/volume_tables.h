@@ -68,8 +68,9 @@ struct PackedWaves {
     int level[kPackedLanes];
 };
 
-// Few waves: those of up to three octaves that fill no more than two registers.
+// Few waves: those of up to three octaves that fill no more than two registers, and are worth it.
 constexpr int kFewLevels = 3;
+constexpr int kFewestWaves = 4;
 constexpr int kFewLanes = 16;
 struct FewOctaves {
     alignas(32) int level[kFewLanes]; // the octave of each wave; octave 3, which has none, behind the last

@@ -47,6 +47,11 @@ constexpr float kPiLow = 2.53518159e-06f;
         float quarters[8];
         store(each, angles);
         for (int lane = 0; lane < 8; ++lane) {
+            // Late turns of time leave few different sums with the angles that they are added to.
+            if (lane > 0 && each[lane] == each[lane - 1]) {
+                quarters[lane] = quarters[lane - 1];
+                continue;
+            }
             const double turns = exactTurns(each[lane]) - phase;
             const double magnitude = turns < 0.0 ? -turns : turns;
             quarters[lane] = static_cast<float>(0.25 - (magnitude > 0.5 ? 1.0 - magnitude : magnitude));
