@@ -139,6 +139,7 @@ const bool kRegistered = [] {
     billow.falloff = kBillowFast;
     addBillow("volume_billow_still", billow, 0.0f);
     addBillow("volume_billow_moving", billow, 0.7f);
+    addBillow("volume_billow_frame_24", billow, 24.0f);
 
     CosineVolume cosine;
     cosine.fractal = threeOctaves();
