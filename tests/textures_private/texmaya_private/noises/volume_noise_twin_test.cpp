@@ -148,9 +148,6 @@ TEST_P(VolumeTwin, WispyAgreesForCoordinatesOfAnySize)
     }
 }
 
-// Beyond times of some thousands of turns in an octave, the coarse rounding of the angle in single
-// precision outgrows the correction that the kernel takes over from it. In two dimensions time grows
-// by the whole frequency ratio, so times reach further there.
 TEST_P(VolumeTwin, BillowAgrees)
 {
     Inputs inputs(2);
@@ -177,8 +174,9 @@ TEST_P(VolumeTwin, CosineAgreesForCoordinatesOfAnySize)
     }
 }
 
-// Up to eight waves in up to eight octaves have tables of their own, and angles up to 2^17 a reduction
-// of their own; the counts and the sizes here pass both limits.
+// Up to three waves in all, up to sixteen in three octaves, and up to eight in eight octaves have forms
+// of their own, and angles up to 6400 and to 2^17 reductions of their own; the counts and the sizes here
+// pass all these limits.
 template <class Check>
 void atEveryCountOfWaves(unsigned seed, const Check& check)
 {
