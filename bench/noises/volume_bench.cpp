@@ -1,6 +1,7 @@
 // The volume noises beside their plain twin, a sample a call, three octaves unless the name says
-// otherwise. "coherent" walks the pixels of an image, "random" jumps. Every kernel is checked
-// against the twin before it is timed.
+// otherwise. "coherent" walks the pixels of an image, a part of a unit of UV, which each noise places
+// by its frequency factor without a frequency; "random" jumps. Every kernel is checked against the twin
+// before it is timed.
 
 #include "support/plain_volume_noise.h"
 #include "textures_private/texmaya_private/noises/simd_dispatch.h"
@@ -20,13 +21,16 @@ constexpr int kPoints = 16384;
 constexpr int kImageWidth = 128;
 constexpr float kBenchTolerance = 1e-5f;
 
-std::vector<VolumePoint> coherentPoints()
+std::vector<VolumePoint> coherentPoints(float frequencyFactor)
 {
+    VolumePlacement placement;
+    placement.frequencyFactor = frequencyFactor;
     std::vector<VolumePoint> points;
     for (int i = 0; i < kPoints; ++i) {
         const auto column = static_cast<float>(i % kImageWidth);
         const auto row = static_cast<float>(i / kImageWidth);
-        points.push_back({0.11f + column * 0.002f, 0.37f + row * 0.002f, 0.23f + (column + row) * 0.0005f});
+        points.push_back(placeVolumePoint3d(
+            placement, {0.22f + column * 0.004f, 0.74f + row * 0.004f, 0.46f + (column + row) * 0.001f}));
     }
     return points;
 }
@@ -63,11 +67,12 @@ void checkKernel(benchmark::State& state, const std::vector<VolumePoint>& points
 }
 
 template <class Kernel, class Plain>
-void addBenchmarks(const std::string& name, const Kernel& kernel, const Plain& plainTwin)
+void addBenchmarks(const std::string& name, float frequencyFactor, const Kernel& kernel,
+                   const Plain& plainTwin)
 {
     for (const bool coherent : {true, false}) {
         const std::string full = name + (coherent ? "/coherent" : "/random");
-        const std::vector<VolumePoint> points = coherent ? coherentPoints() : randomPoints();
+        const std::vector<VolumePoint> points = coherent ? coherentPoints(frequencyFactor) : randomPoints();
         benchmark::RegisterBenchmark((full + "/plain").c_str(),
                                      [=](benchmark::State& state) { timeSamples(state, points, plainTwin); });
         for (const InstructionSet set : {InstructionSet::Baseline, InstructionSet::Avx2}) {
@@ -93,30 +98,36 @@ VolumeFractal threeOctaves()
 void addPerlin(const std::string& name, const PerlinVolume& noise, float time)
 {
     addBenchmarks(
-        name + "_3d", [=](const VolumePoint& p) { return evalPerlin3d(noise, p, time); },
+        name + "_3d", kPerlinUnsetFrequencyFactor,
+        [=](const VolumePoint& p) { return evalPerlin3d(noise, p, time); },
         [=](const VolumePoint& p) { return plain::perlin3d(noise, p, time); });
     addBenchmarks(
-        name + "_2d", [=](const VolumePoint& p) { return evalPerlin2d(noise, p.x, p.y, time); },
+        name + "_2d", kPerlinUnsetFrequencyFactor,
+        [=](const VolumePoint& p) { return evalPerlin2d(noise, p.x, p.y, time); },
         [=](const VolumePoint& p) { return plain::perlin2d(noise, p.x, p.y, time); });
 }
 
 void addBillow(const std::string& name, const BillowVolume& noise, float time)
 {
     addBenchmarks(
-        name + "_3d", [=](const VolumePoint& p) { return evalBillow3d(noise, p, time); },
+        name + "_3d", kBillowUnsetFrequencyFactor,
+        [=](const VolumePoint& p) { return evalBillow3d(noise, p, time); },
         [=](const VolumePoint& p) { return plain::billow3d(noise, p, time); });
     addBenchmarks(
-        name + "_2d", [=](const VolumePoint& p) { return evalBillow2d(noise, p.x, p.y, time); },
+        name + "_2d", kBillowUnsetFrequencyFactor,
+        [=](const VolumePoint& p) { return evalBillow2d(noise, p.x, p.y, time); },
         [=](const VolumePoint& p) { return plain::billow2d(noise, p.x, p.y, time); });
 }
 
 void addCosine(const std::string& name, const CosineVolume& noise, float time)
 {
     addBenchmarks(
-        name + "_3d", [=](const VolumePoint& p) { return evalCosine3d(noise, p, time); },
+        name + "_3d", kCosineUnsetFrequencyFactor,
+        [=](const VolumePoint& p) { return evalCosine3d(noise, p, time); },
         [=](const VolumePoint& p) { return plain::cosine3d(noise, p, time); });
     addBenchmarks(
-        name + "_2d", [=](const VolumePoint& p) { return evalCosine2d(noise, p.x, p.y, time); },
+        name + "_2d", kCosineUnsetFrequencyFactor,
+        [=](const VolumePoint& p) { return evalCosine2d(noise, p.x, p.y, time); },
         [=](const VolumePoint& p) { return plain::cosine2d(noise, p.x, p.y, time); });
 }
 
