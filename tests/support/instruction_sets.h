@@ -1,10 +1,11 @@
-// Runs a check once with every instruction set that this processor has.
+// Checks and suites that run with every instruction set that this processor has.
 #pragma once
 
 #include "textures_private/texmaya_private/noises/simd_dispatch.h"
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 inline std::vector<nezaiva::InstructionSet> availableInstructionSets()
@@ -15,7 +16,7 @@ inline std::vector<nezaiva::InstructionSet> availableInstructionSets()
     return sets;
 }
 
-// Leaves the best set chosen, as at load.
+// Runs a check once with each of them. Leaves the best set chosen, as at load.
 template <typename Check>
 void withEveryInstructionSet(Check check)
 {
@@ -25,4 +26,25 @@ void withEveryInstructionSet(Check check)
         check();
     }
     nezaiva::setInstructionSet(nezaiva::bestInstructionSet());
+}
+
+// Runs each test of a suite with each of them:
+//     class Suite : public EveryInstructionSet {};
+//     INSTANTIATE_TEST_SUITE_P(Sets, Suite, kInstructionSets, instructionSetName);
+class EveryInstructionSet : public testing::TestWithParam<nezaiva::InstructionSet> {
+protected:
+    void SetUp() override
+    {
+        if (!nezaiva::setInstructionSet(GetParam()))
+            GTEST_SKIP() << "the processor lacks the instruction set";
+    }
+    void TearDown() override { nezaiva::setInstructionSet(nezaiva::bestInstructionSet()); }
+};
+
+inline const auto kInstructionSets =
+    testing::Values(nezaiva::InstructionSet::Baseline, nezaiva::InstructionSet::Avx2);
+
+inline std::string instructionSetName(const testing::TestParamInfo<nezaiva::InstructionSet>& info)
+{
+    return info.param == nezaiva::InstructionSet::Avx2 ? "Avx2" : "Baseline";
 }

@@ -2,6 +2,7 @@
 // reach far, frequencies that leave the numbers. Against the plain twin, and the two instruction sets
 // against each other.
 
+#include "support/instruction_sets.h"
 #include "support/plain_volume_noise.h"
 #include "support/tolerances.h"
 #include "textures_private/texmaya_private/noises/simd_dispatch.h"
@@ -81,19 +82,9 @@ void expectLike(float result, float expected, double tolerance)
     }
 }
 
-class VolumeLimits : public testing::TestWithParam<InstructionSet> {
-protected:
-    void SetUp() override
-    {
-        if (!setInstructionSet(GetParam())) GTEST_SKIP() << "the processor lacks the instruction set";
-    }
-    void TearDown() override { setInstructionSet(bestInstructionSet()); }
-};
+class VolumeLimits : public EveryInstructionSet {};
 
-INSTANTIATE_TEST_SUITE_P(Sets, VolumeLimits, testing::Values(InstructionSet::Baseline, InstructionSet::Avx2),
-                         [](const auto& param) {
-                             return param.param == InstructionSet::Avx2 ? "Avx2" : "Baseline";
-                         });
+INSTANTIATE_TEST_SUITE_P(Sets, VolumeLimits, kInstructionSets, instructionSetName);
 
 TEST_P(VolumeLimits, BillowAgreesAtEveryTimeWithEveryFalloff)
 {

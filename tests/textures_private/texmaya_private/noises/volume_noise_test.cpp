@@ -1,6 +1,7 @@
 // The volume noises: their edge cases, worked out by hand, and what they do with values that are not
 // finite. The comparison with the plain twin is in volume_noise_twin_test.cpp.
 
+#include "support/instruction_sets.h"
 #include "support/tolerances.h"
 #include "textures_private/texmaya_private/noises/lattice_noise.h"
 #include "textures_private/texmaya_private/noises/random_tables.h"
@@ -31,19 +32,9 @@ Noise withOctaves(int depthMax)
 }
 
 // Each test runs with every instruction set that the processor has.
-class VolumeNoise : public testing::TestWithParam<InstructionSet> {
-protected:
-    void SetUp() override
-    {
-        if (!setInstructionSet(GetParam())) GTEST_SKIP() << "the processor lacks the instruction set";
-    }
-    void TearDown() override { setInstructionSet(bestInstructionSet()); }
-};
+class VolumeNoise : public EveryInstructionSet {};
 
-INSTANTIATE_TEST_SUITE_P(Sets, VolumeNoise, testing::Values(InstructionSet::Baseline, InstructionSet::Avx2),
-                         [](const auto& param) {
-                             return param.param == InstructionSet::Avx2 ? "Avx2" : "Baseline";
-                         });
+INSTANTIATE_TEST_SUITE_P(Sets, VolumeNoise, kInstructionSets, instructionSetName);
 
 TEST_P(VolumeNoise, PerlinWithoutOctavesIsItsBias)
 {

@@ -1,6 +1,7 @@
 // The volume noise kernels against their plain twin over random inputs, and the two instruction sets
 // against each other, bit for bit.
 
+#include "support/instruction_sets.h"
 #include "support/plain_volume_noise.h"
 #include "support/tolerances.h"
 #include "textures_private/texmaya_private/noises/simd_dispatch.h"
@@ -86,19 +87,9 @@ private:
     std::mt19937 generator;
 };
 
-class VolumeTwin : public testing::TestWithParam<InstructionSet> {
-protected:
-    void SetUp() override
-    {
-        if (!setInstructionSet(GetParam())) GTEST_SKIP() << "the processor lacks the instruction set";
-    }
-    void TearDown() override { setInstructionSet(bestInstructionSet()); }
-};
+class VolumeTwin : public EveryInstructionSet {};
 
-INSTANTIATE_TEST_SUITE_P(Sets, VolumeTwin, testing::Values(InstructionSet::Baseline, InstructionSet::Avx2),
-                         [](const auto& param) {
-                             return param.param == InstructionSet::Avx2 ? "Avx2" : "Baseline";
-                         });
+INSTANTIATE_TEST_SUITE_P(Sets, VolumeTwin, kInstructionSets, instructionSetName);
 
 TEST_P(VolumeTwin, PerlinAndSpaceTimeAgree)
 {
