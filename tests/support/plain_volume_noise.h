@@ -4,7 +4,7 @@
 #pragma once
 
 #include "support/plain_volume_lattice.h"
-#include "textures_private/texmaya_private/noises/volume_placement.h"
+#include "textures_private/texmaya_private/noises/volume/volume_placement.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "textures_private/texmaya_private/noises/wispy_levels.h"
+#include "textures_private/texmaya_private/noises/volume/wispy_levels.h"
 
 #include "support/plain_volume_noise.h"
 #include "support/tolerances.h"

@@ -2,8 +2,8 @@
 
 #include "volume_noise.h"
 
-#include "lattice_noise.h"
-#include "simd_dispatch.h"
+#include "textures_private/texmaya_private/noises/lattice_noise.h"
+#include "textures_private/texmaya_private/noises/simd_dispatch.h"
 #include "volume_kernels.h"
 
 #include <atomic>

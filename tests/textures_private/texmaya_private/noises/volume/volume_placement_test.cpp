@@ -2,9 +2,9 @@
 
 #include "support/tolerances.h"
 #include "textures_private/texmaya_private/noises/random_tables.h"
-#include "textures_private/texmaya_private/noises/volume_placement.h"
-#include "textures_private/texmaya_private/noises/volume_tables.h"
-#include "textures_private/texmaya_private/noises/volume_trig.h"
+#include "textures_private/texmaya_private/noises/volume/volume_placement.h"
+#include "textures_private/texmaya_private/noises/volume/volume_tables.h"
+#include "textures_private/texmaya_private/noises/volume/volume_trig.h"
 
 #include <gtest/gtest.h>
 

@@ -6,8 +6,8 @@
 #include "textures_private/texmaya_private/noises/lattice_noise.h"
 #include "textures_private/texmaya_private/noises/random_tables.h"
 #include "textures_private/texmaya_private/noises/simd_dispatch.h"
-#include "textures_private/texmaya_private/noises/volume_noise.h"
-#include "textures_private/texmaya_private/noises/volume_tables.h"
+#include "textures_private/texmaya_private/noises/volume/volume_noise.h"
+#include "textures_private/texmaya_private/noises/volume/volume_tables.h"
 
 #include <gtest/gtest.h>
 

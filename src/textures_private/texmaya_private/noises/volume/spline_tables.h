@@ -2,7 +2,7 @@
 // at each point although they depend on the random table alone.
 #pragma once
 
-#include "random_tables.h"
+#include "textures_private/texmaya_private/noises/random_tables.h"
 
 namespace nezaiva {
 

@@ -1,7 +1,7 @@
 // The constants of the octaves of the wispy fractals.
 #pragma once
 
-#include "random_tables.h"
+#include "textures_private/texmaya_private/noises/random_tables.h"
 
 namespace nezaiva {
 

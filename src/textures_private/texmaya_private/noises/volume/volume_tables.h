@@ -2,8 +2,8 @@
 // that the kernels read.
 #pragma once
 
-#include "random_tables.h"
 #include "spline_tables.h"
+#include "textures_private/texmaya_private/noises/random_tables.h"
 #include "wispy_levels.h"
 
 namespace nezaiva {

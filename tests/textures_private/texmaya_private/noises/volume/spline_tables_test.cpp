@@ -1,4 +1,4 @@
-#include "textures_private/texmaya_private/noises/spline_tables.h"
+#include "textures_private/texmaya_private/noises/volume/spline_tables.h"
 
 #include "support/plain_volume_lattice.h"
 #include "support/tolerances.h"
