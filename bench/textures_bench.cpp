@@ -8,7 +8,7 @@
 #include "plugin_frame/noise_interface.h"
 #include "support/mapped_inputs.h"
 #include "textures_private/texmaya_private/noises/simplex_noise.h"
-#include "textures_private/texmaya_private/noises/volume_placement.h"
+#include "textures_private/texmaya_private/noises/volume/volume_placement.h"
 #include "textures_private/texmaya_private/tex_Maya/place2d.h"
 
 #include <benchmark/benchmark.h>
