@@ -332,7 +332,8 @@ TEST_F(ProgramTest, BrokenLibraryInASearchedFolderIsAnError)
     EXPECT_EQ(own.exitCode, 0) << "the host's runtime stands beside the library: " << own.errors;
 }
 
-// Every example cut at many places: whatever remains, the program answers and does not crash.
+// Every example cut at a few places: whatever remains, the program answers and does not crash. The reader
+// of the text has a test with every cut.
 TEST_F(ProgramTest, CutExamplesNeverCrash)
 {
     int scenes = 0;
@@ -340,7 +341,7 @@ TEST_F(ProgramTest, CutExamplesNeverCrash)
         if (entry.path().extension() != ".json") continue;
         ++scenes;
         const std::string whole = bytesOf(entry.path());
-        const std::size_t steps = 40;
+        const std::size_t steps = 5;
         for (std::size_t i = 0; i < steps; ++i) {
             // Odd strides, so that cuts fall within words, numbers and escapes.
             const std::size_t length = whole.size() * i / steps + i % 7;

@@ -28,6 +28,21 @@ TEST(JsonText, TakesBothKindsOfComments)
     EXPECT_TRUE(result.lines.empty());
 }
 
+// Cuts within words, numbers, escapes, characters of several bytes and comments.
+TEST(JsonText, RefusesATextThatIsCutAnywhere)
+{
+    constexpr std::string_view kWhole =
+        "/* a */ {\"scene\": {\"w\\u00e4rm\\n\": [-1.5e+3, true, null, \"\u00e4\"],\n"
+        " // b\n \"list\": [{}, {\"a\": [[]]}]}}";
+    ASSERT_TRUE(parsed(kWhole).value);
+    for (std::size_t length = 0; length < kWhole.size(); ++length) {
+        const Parsed result = parsed(kWhole.substr(0, length));
+        EXPECT_FALSE(result.value) << "cut at " << length;
+        ASSERT_FALSE(result.lines.empty()) << "cut at " << length;
+        EXPECT_EQ(result.lines[0].substr(0, 10), "error: f: ");
+    }
+}
+
 TEST(JsonText, TellsLineAndColumnOfAFault)
 {
     const Parsed result = parsed("{\"a\": 1,\n \"b\": }");
