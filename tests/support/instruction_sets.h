@@ -1,6 +1,7 @@
 // Checks and suites that run with every instruction set that this processor has.
 #pragma once
 
+#include "support/tolerances.h"
 #include "textures_private/texmaya_private/noises/simd_dispatch.h"
 
 #include <gtest/gtest.h>
@@ -47,4 +48,21 @@ inline const auto kInstructionSets =
 inline std::string instructionSetName(const testing::TestParamInfo<nezaiva::InstructionSet>& info)
 {
     return info.param == nezaiva::InstructionSet::Avx2 ? "Avx2" : "Baseline";
+}
+
+// Expects the same bits from every instruction set: collect() gives results, of which a NaN equals any
+// other.
+template <typename Collect>
+void expectSameBitsWithEverySet(Collect collect)
+{
+    if (availableInstructionSets().size() < 2) GTEST_SKIP() << "this processor has one instruction set";
+    std::vector<float> first;
+    withEveryInstructionSet([&] {
+        const std::vector<float> results = collect();
+        if (first.empty()) first = results;
+        ASSERT_FALSE(results.empty());
+        ASSERT_EQ(results.size(), first.size());
+        for (std::size_t i = 0; i < first.size(); ++i)
+            ASSERT_PRED2(tolerance::sameFloat, results[i], first[i]) << "result " << i;
+    });
 }

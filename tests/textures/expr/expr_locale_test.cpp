@@ -1,5 +1,4 @@
-// Neither the parser nor the texts follow the process's locale. The test makes a locale whose decimal
-// point is a comma, so that it needs none installed.
+// Neither the parser nor the texts follow the process's locale.
 
 #include "textures/expr/gpu_source_helper.h"
 #include "textures/expr/parser.h"
@@ -7,11 +6,8 @@
 #include "expr_support.h"
 #include "gpu_expr_support.h"
 #include "host/gpu/host_gpu.h"
-#include "support/temporary_folder.h"
+#include "support/comma_locale.h"
 
-#include <clocale>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -19,40 +15,13 @@ namespace {
 using namespace nezaiva::expr;
 using namespace expr_test;
 
-// Puts the process into a locale with a comma while it lives.
-class CommaLocale {
-public:
-    CommaLocale()
-    {
-        const std::string command = "localedef --no-archive -i de_DE -f UTF-8 '" +
-                                    (folder / "de_DE.UTF-8").string() + "' 2>/dev/null";
-        // It warns, and answers 1, where the system's charmaps are not whole.
-        if (std::system(command.c_str()) == -1) return;
-        ::setenv("LOCPATH", folder.path().c_str(), 1);
-        if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) return;
-        char text[8];
-        std::snprintf(text, sizeof text, "%.1f", 0.5);
-        active = std::string(text) == "0,5";
-    }
-    ~CommaLocale()
-    {
-        std::setlocale(LC_ALL, "C");
-        ::unsetenv("LOCPATH");
-    }
-
-    bool active = false;
-
-private:
-    TemporaryFolder folder;
-};
-
 class ExpressionLocale : public testing::Test {
 protected:
     static void SetUpTestSuite() { locale = std::make_unique<CommaLocale>(); }
     static void TearDownTestSuite() { locale.reset(); }
     void SetUp() override
     {
-        if (!locale->active) GTEST_SKIP() << "no locale with a decimal comma could be made here";
+        if (!locale->available()) GTEST_SKIP() << "no locale with a decimal comma could be made here";
     }
 
 private:

@@ -135,6 +135,7 @@ public:
     void frameBegin(OmbrixRenderer* frameRenderer) override
     {
         MappedTexture::frameBegin(frameRenderer);
+        prepareVolumeNoise();
         activeNoise = chooseNoise();
         if (!activeNoise) return;
         activeNoise->amplitude = amplitude;

@@ -22,8 +22,7 @@ std::atomic<const VolumeTables*> readyTables{nullptr};
     return tables;
 }
 
-// Made at the first evaluation, because static initialisers could come before the choice of the
-// random table.
+// Not made by a static initialiser, which could come before the choice of the random table.
 inline const VolumeTables& volumeTables()
 {
     const VolumeTables* tables = readyTables.load(std::memory_order_acquire);
@@ -36,6 +35,11 @@ double wide(float value)
 }
 
 } // namespace
+
+void prepareVolumeNoise()
+{
+    volumeTables();
+}
 
 float evalPerlin3d(const PerlinVolume& noise, const VolumePoint& point, float time)
 {

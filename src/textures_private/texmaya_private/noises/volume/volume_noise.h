@@ -71,6 +71,10 @@ struct CosineVolume {
     int numWaves = 0; // read as a signed 16-bit number
 };
 
+// Makes the tables of all volume noises, once a process; to be called before rendering, from any
+// thread. Without it the first evaluation makes them, while other threads wait.
+void prepareVolumeNoise();
+
 // The noise at a placed point. With a depthMax of 0 the Perlin type gives its bias and threshold,
 // billow and the 3D cosine give NaN.
 float evalPerlin3d(const PerlinVolume& noise, const VolumePoint& point, float time);
