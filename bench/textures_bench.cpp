@@ -4,12 +4,12 @@
 //
 // usage: bench_textures [Google Benchmark's options]; the ratios and their goals stand at the end.
 
+#include "kernels/noises/simplex_noise.h"
+#include "kernels/noises/volume/volume_placement.h"
+#include "kernels/placement/place2d.h"
 #include "plugin_frame/lib_desc.h"
 #include "plugin_frame/noise_interface.h"
 #include "support/mapped_inputs.h"
-#include "textures_private/texmaya_private/noises/simplex_noise.h"
-#include "textures_private/texmaya_private/noises/volume/volume_placement.h"
-#include "textures_private/texmaya_private/tex_Maya/place2d.h"
 
 #include <benchmark/benchmark.h>
 

@@ -5,8 +5,8 @@
 #include "support/plain_black_body.h"
 #include "support/test_node.h"
 
+#include "kernels/color/black_body.h"
 #include "plugin_frame/lib_desc.h"
-#include "textures_private/texmaya_private/tex_Maya/black_body.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,11 +3,11 @@
 
 #include "bench_support.h"
 
+#include "kernels/noises/lattice_noise.h"
+#include "kernels/noises/perlin_noise.h"
+#include "kernels/noises/perlin_tables.h"
+#include "kernels/noises/simplex_noise.h"
 #include "support/plain_noise.h"
-#include "textures_private/texmaya_private/noises/lattice_noise.h"
-#include "textures_private/texmaya_private/noises/perlin_noise.h"
-#include "textures_private/texmaya_private/noises/perlin_tables.h"
-#include "textures_private/texmaya_private/noises/simplex_noise.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // What the noise benchmarks share: coordinates drawn beforehand, and a check that comes first.
 #pragma once
 
-#include "textures_private/texmaya_private/noises/simd_dispatch.h"
+#include "numeric/simd_dispatch.h"
 
 #include <benchmark/benchmark.h>
 

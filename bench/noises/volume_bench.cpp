@@ -3,8 +3,8 @@
 // by its frequency factor without a frequency; "random" jumps. Every kernel is checked against the twin
 // before it is timed.
 
+#include "numeric/simd_dispatch.h"
 #include "support/plain_volume_noise.h"
-#include "textures_private/texmaya_private/noises/simd_dispatch.h"
 
 #include <benchmark/benchmark.h>
 

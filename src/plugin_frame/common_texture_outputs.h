@@ -1,7 +1,7 @@
 // The output parameters of CommonTexture: each reads the texture that it lives in.
 #pragma once
 
-#include "plugin_frame/brightness.h"
+#include "kernels/color/brightness.h"
 
 #include <ombrix/gpu_source.h>
 #include <ombrix/texture_interfaces.h>

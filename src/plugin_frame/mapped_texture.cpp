@@ -1,8 +1,8 @@
 #include "plugin_frame/mapped_texture.h"
 
-#include "plugin_frame/gradient_transform.h"
-#include "plugin_frame/sector_jitter.h"
-#include "textures_private/texmaya_private/noises/cell_index.h"
+#include "kernels/placement/gradient_transform.h"
+#include "kernels/placement/sector_jitter.h"
+#include "numeric/cell_index.h"
 
 #include <atomic>
 #include <cmath>

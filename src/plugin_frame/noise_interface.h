@@ -1,7 +1,7 @@
 // The one PerlinNoise of a render, which all textures share through the renderer's interface list.
 #pragma once
 
-#include "textures_private/texmaya_private/noises/perlin_noise.h"
+#include "kernels/noises/perlin_noise.h"
 
 #include <ombrix/renderer.h>
 

@@ -1,8 +1,8 @@
 // Crop, placement with tiles and jitter, and UV noise of mapped textures.
 
+#include "kernels/noises/perlin_tables.h"
 #include "plugin_frame/probe_textures.h"
 #include "support/plain_noise.h"
-#include "textures_private/texmaya_private/noises/perlin_tables.h"
 
 #include <cmath>
 #include <thread>

@@ -1,8 +1,8 @@
 // Checks and suites that run with every instruction set that this processor has.
 #pragma once
 
+#include "numeric/simd_dispatch.h"
 #include "support/tolerances.h"
-#include "textures_private/texmaya_private/noises/simd_dispatch.h"
 
 #include <gtest/gtest.h>
 

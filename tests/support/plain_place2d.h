@@ -2,8 +2,8 @@
 // oracle of the tests. It shares nothing with the kernel.
 #pragma once
 
+#include "kernels/noises/perlin_tables.h"
 #include "support/plain_noise.h"
-#include "textures_private/texmaya_private/noises/perlin_tables.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 // rest on them.
 #pragma once
 
-#include "textures_private/texmaya_private/noises/random_tables.h"
+#include "kernels/noises/random_tables.h"
 
 #include <cmath>
 #include <cstdlib>

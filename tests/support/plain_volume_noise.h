@@ -3,8 +3,8 @@
 // benchmarks; it shares the records and the random table with the kernels, and no arithmetic.
 #pragma once
 
+#include "kernels/noises/volume/volume_placement.h"
 #include "support/plain_volume_lattice.h"
-#include "textures_private/texmaya_private/noises/volume/volume_placement.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "textures/expr/gpu_function.h"
 
+#include "numeric/cell_index.h"
 #include "textures/expr/expr_messages.h"
 #include "textures/expr/gpu_expr_evaluator.h"
-#include "textures_private/texmaya_private/noises/cell_index.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -5,7 +5,7 @@
 // own nothing, are filled outside rendering, and evaluate on any thread at once.
 #pragma once
 
-#include "textures_private/texmaya_private/noises/volume/volume_placement.h"
+#include "kernels/noises/volume/volume_placement.h"
 
 #include <ombrix/texture_interfaces.h>
 

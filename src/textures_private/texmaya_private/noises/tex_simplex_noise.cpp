@@ -2,10 +2,10 @@
 //
 // scale defaults to 0, which maps every point to (0, 0): the texture is a constant until scale is set.
 
+#include "kernels/noises/simplex_noise.h"
 #include "plugin_frame/fallbacks.h"
 #include "plugin_frame/mapped_texture.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/noises/simplex_noise.h"
 
 namespace nezaiva {
 

@@ -2,8 +2,8 @@
 // fallback and is not called.
 #pragma once
 
+#include "kernels/color/channels.h"
 #include "plugin_frame/fallbacks.h"
-#include "textures_private/texmaya_private/tex_Maya/channels.h"
 
 namespace nezaiva {
 

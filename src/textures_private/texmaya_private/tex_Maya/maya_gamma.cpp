@@ -1,10 +1,10 @@
 // MayaGamma: raises each channel to the power of one over its gamma, which is a texture of its own.
 
+#include "kernels/color/gamma_power.h"
+#include "kernels/color/ranges.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/gamma_power.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 #include "textures_private/texmaya_private/tex_Maya/operator_source.h"
-#include "textures_private/texmaya_private/tex_Maya/ranges.h"
 
 namespace nezaiva {
 

@@ -1,11 +1,11 @@
 // MayaMultiplyDivide: the product, the quotient or the power of two colours, channel by channel.
 
+#include "kernels/color/multiply_divide.h"
+#include "kernels/color/ranges.h"
+#include "plugin_frame/depth_memo.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/depth_memo.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/multiply_divide.h"
 #include "textures_private/texmaya_private/tex_Maya/operator_source.h"
-#include "textures_private/texmaya_private/tex_Maya/ranges.h"
 
 namespace nezaiva {
 

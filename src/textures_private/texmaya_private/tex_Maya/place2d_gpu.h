@@ -1,7 +1,7 @@
 // What the GPU is told of a placement.
 #pragma once
 
-#include "textures_private/texmaya_private/tex_Maya/place2d.h"
+#include "kernels/placement/place2d.h"
 
 #include <cstdint>
 

@@ -4,10 +4,10 @@
 // Kept as is: most unset inputs read as another value than their declared default, so that a node with
 // nothing set passes its colour on. The two stand side by side below.
 
+#include "kernels/color/correct.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures/expr/gpu_source_helper.h"
-#include "textures_private/texmaya_private/tex_Maya/correct.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 
 namespace nezaiva {

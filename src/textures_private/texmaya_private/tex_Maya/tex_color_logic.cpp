@@ -1,9 +1,9 @@
 // TexColorLogic: 1 where a comparison of two colours holds, else 0. In spite of its name it is a float
 // texture.
 
+#include "kernels/color/compare.h"
 #include "plugin_frame/fallbacks.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/compare.h"
 #include "textures_private/texmaya_private/tex_Maya/logic_source.h"
 
 namespace nezaiva {

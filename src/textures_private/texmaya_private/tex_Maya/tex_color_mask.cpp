@@ -1,11 +1,11 @@
 // TexColorMask: cuts a colour down by a mask. The stronger the mask, the more of its own colour shows and
 // the more alpha is taken away, below 0 too.
 
+#include "kernels/color/mask.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures/expr/gpu_source_helper.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/mask.h"
 
 #include <algorithm>
 

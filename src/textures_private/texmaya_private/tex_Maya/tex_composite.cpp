@@ -1,9 +1,9 @@
 // TexComposite: composes two colours, alpha included, by one of nine operations and a factor.
 
+#include "kernels/color/composite.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures/expr/gpu_source_helper.h"
-#include "textures_private/texmaya_private/tex_Maya/composite.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 
 namespace nezaiva {

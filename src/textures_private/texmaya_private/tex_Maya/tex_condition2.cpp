@@ -1,8 +1,8 @@
 // TexCondition2: one of two colours, chosen by comparing two floats. The colour that is not taken is not
 // evaluated.
 
+#include "kernels/color/condition2.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/condition2.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 #include "textures_private/texmaya_private/tex_Maya/operator_source.h"
 

@@ -1,9 +1,9 @@
 // TexDistanceBetween: the distance of two points that are given as colours, each under a transform of its
 // own.
 
+#include "numeric/vector_math.h"
 #include "plugin_frame/fallbacks.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/vector_math.h"
 
 namespace nezaiva {
 

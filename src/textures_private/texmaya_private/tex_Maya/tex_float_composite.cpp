@@ -1,7 +1,7 @@
 // TexFloatComposite: composes two floats by one of nine operations and a factor. It has no GPU form.
 
+#include "kernels/color/composite.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/composite.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 
 namespace nezaiva {

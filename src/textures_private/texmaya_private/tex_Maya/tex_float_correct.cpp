@@ -1,7 +1,7 @@
 // TexFloatCorrect: gain, offset, gamma and clamp of a float. It has no GPU form.
 
+#include "kernels/color/correct.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/correct.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 
 namespace nezaiva {

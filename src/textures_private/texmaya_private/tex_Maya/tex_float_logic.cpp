@@ -1,8 +1,8 @@
 // TexFloatLogic: 1 where a comparison of two floats holds, else 0.
 
+#include "kernels/color/compare.h"
 #include "plugin_frame/fallbacks.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/compare.h"
 #include "textures_private/texmaya_private/tex_Maya/logic_source.h"
 
 namespace nezaiva {

@@ -1,8 +1,8 @@
 // TexFloatMask: takes a mask away from a float, below 0 too. It has no GPU form.
 
+#include "kernels/color/mask.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/mask.h"
 
 namespace nezaiva {
 

@@ -1,9 +1,9 @@
 // TexMayaContrast: pushes the channels of a colour away from a bias.
 
+#include "kernels/color/maya_contrast.h"
 #include "plugin_frame/common_texture.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/maya_contrast.h"
 #include "textures_private/texmaya_private/tex_Maya/operator_source.h"
 
 namespace nezaiva {

@@ -1,9 +1,9 @@
 // TexPlusMinusAverage: the first, the sum, the difference or the average of a list of textures. Three lists
 // and three outputs; the plugin itself shows the third.
 
+#include "kernels/color/plus_minus_average.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/plus_minus_average.h"
-#include "textures_private/texmaya_private/tex_Maya/plus_minus_average_tex.h"
+#include "textures_private/texmaya_private/tex_Maya/plus_minus_average_evaluators.h"
 
 namespace nezaiva {
 

@@ -1,8 +1,8 @@
 // TexRGBToHSV: gives hue in degrees, saturation and value as red, green and blue. Alpha passes.
 
+#include "kernels/color/hsv.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/conversion_source.h"
-#include "textures_private/texmaya_private/tex_Maya/hsv.h"
 
 namespace nezaiva {
 

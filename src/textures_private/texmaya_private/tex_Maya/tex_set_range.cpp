@@ -1,9 +1,9 @@
 // TexSetRange: moves each channel of a colour from an old range to a new one.
 
+#include "kernels/color/set_range.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
 #include "textures_private/texmaya_private/tex_Maya/operator_source.h"
-#include "textures_private/texmaya_private/tex_Maya/set_range.h"
 
 namespace nezaiva {
 

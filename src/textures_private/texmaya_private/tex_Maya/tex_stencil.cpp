@@ -3,10 +3,10 @@
 // It finds its coordinates itself and has a post-processing of its own, which the background alone and the
 // colour without coordinates do not go through.
 
+#include "kernels/placement/stencil.h"
 #include "plugin_frame/common_texture.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/stencil.h"
 
 namespace nezaiva {
 

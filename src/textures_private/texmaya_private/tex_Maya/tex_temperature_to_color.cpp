@@ -1,11 +1,11 @@
 // TexTemperatureToColor: the colour that a black body glows in, at the temperature that the input's
 // intensity scales.
 
+#include "kernels/color/black_body.h"
+#include "kernels/color/ranges.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/black_body.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/ranges.h"
 
 namespace nezaiva {
 

@@ -1,8 +1,8 @@
 // TexVectorProduct: dot, cross and matrix products of vectors that are given, and given back, as colours.
 
+#include "kernels/color/vector_product.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/vector_product.h"
 
 namespace nezaiva {
 

@@ -3,12 +3,12 @@
 // It takes the surface's mapping, or that of another generator, and places it. The result is a whole
 // transform, kept per thread for the shading point: nearby look-ups cost one matrix product.
 
+#include "kernels/placement/place2d.h"
+#include "numeric/cell_index.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/noise_interface.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "plugin_frame/thread_memo.h"
-#include "textures_private/texmaya_private/noises/cell_index.h"
-#include "textures_private/texmaya_private/tex_Maya/place2d.h"
 #include "textures_private/texmaya_private/tex_Maya/place2d_gpu.h"
 #include "textures_private/texmaya_private/tex_Maya/uvwgen_maya_place2d_texture_params.h"
 

@@ -1,6 +1,6 @@
 #include "textures_private/texmaya_private/tex_Maya/uvwgen_maya_place2d_texture_params.h"
 
-#include "textures_private/texmaya_private/tex_Maya/place2d.h"
+#include "kernels/placement/place2d.h"
 
 namespace nezaiva {
 

@@ -1,4 +1,4 @@
-#include "textures_private/texmaya_private/tex_Maya/compare.h"
+#include "kernels/color/compare.h"
 
 #include <gtest/gtest.h>
 

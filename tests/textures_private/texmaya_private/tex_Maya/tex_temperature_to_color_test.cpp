@@ -1,7 +1,7 @@
 #include "arithmetic_test.h"
 
+#include "kernels/color/black_body.h"
 #include "support/plain_black_body.h"
-#include "textures_private/texmaya_private/tex_Maya/black_body.h"
 
 #include <cmath>
 

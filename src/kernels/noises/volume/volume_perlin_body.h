@@ -1,0 +1,179 @@
+// The Perlin and space-time fractals, written once on the lanes of volume_lanes_base.h or
+// volume_lanes_avx2.h, one of which is included before.
+//
+// A point and its time are four lanes; two octaves make eight, since their positions are known in
+// advance. Those of the wispy form are not: volume_wispy_body.h.
+#pragma once
+
+#include "kernels/noises/volume/volume_octaves_body.h"
+#include "kernels/noises/volume/volume_wispy_body.h"
+
+namespace nezaiva {
+namespace {
+
+// Where the directions of the levels come from. The kernels for as many levels as the table has make
+// no call, which keeps everything in registers.
+struct TabledDirections {
+    const float (*table)[4];
+
+    Four operator()(int level) const { return _mm_load_ps(table[level]); }
+};
+
+struct ComputedDirections {
+    const NoiseTables& noise;
+    void (*compute)(const NoiseTables&, int, float*);
+
+    Four operator()(int level) const
+    {
+        alignas(16) float direction[4];
+        compute(noise, level, direction);
+        return _mm_load_ps(direction);
+    }
+};
+
+// The walk through the octaves: point (x, y, z, time), the shifts that grow before use.
+template <class Directions>
+struct OctaveWalk {
+    Directions directions;
+    Four point;
+    Four shiftStep;
+    Four growth;
+    Four shift = _mm_setzero_ps();
+    int level = 0;
+
+    // time * rate + level * 0.5 along the level's direction.
+    Four drift(Four direction, float rate) const
+    {
+        const Four s = _mm_add_ps(_mm_mul_ps(spread<3>(point), _mm_set1_ps(rate)),
+                                  _mm_set1_ps(static_cast<float>(level) * 0.5f));
+        return _mm_mul_ps(direction, s);
+    }
+    Four shifted()
+    {
+        shift = _mm_add_ps(shift, shiftStep);
+        return _mm_add_ps(point, shift);
+    }
+    void grow()
+    {
+        point = _mm_mul_ps(point, growth);
+        ++level;
+    }
+};
+
+// The octaves in pairs. position(walk) gives an octave's place in the lattice and moves the walk on.
+template <class Walk, class Position, class Lattice>
+float sumPairs(const VolumeFractal& fractal, float scale, Walk walk, const Position& position,
+               const Lattice& lattice)
+{
+    OctaveSum sum(fractal, scale);
+    while (walk.level < fractal.depthMax) {
+        const Four first = position(walk);
+        if (walk.level == fractal.depthMax) {
+            sum.add(lattice(first));
+            break;
+        }
+        const Eight octaves = lattice(combine(first, position(walk)));
+        sum.add(lowHalf(octaves));
+        sum.add(highHalf(octaves));
+    }
+    return biasedEnd(fractal, sum.sum);
+}
+
+// The lattices as functions of places in units, of one or of two.
+template <class Lattice>
+struct StillOctaves {
+    Lattice lattice;
+
+    Four operator()(Four place) const { return latticeNoise(lattice, place * _mm_set1_ps(kUnitCells)); }
+    Eight operator()(Eight places) const { return latticeNoise(lattice, places); }
+};
+
+struct AnimatedOctaves {
+    const NoiseTables& noise;
+    int period;
+
+    Four operator()(Four place) const { return latticeNoise4(noise, place, period); }
+    Eight operator()(Eight places) const { return latticeNoise4(noise, places, period); }
+};
+
+template <class Directions>
+float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, const Directions& directions, float x,
+               float y, float z, float time)
+{
+    const OctaveWalk<Directions> walk{directions, fourOf(x, y, z, time), fourOf(0.02f, 0.3f, 0.01f, 0.0f),
+                                      octaveGrowth(noise.fractal.frequencyRatio)};
+    const VolumeFractal& fractal = noise.fractal;
+    if (noise.spaceTime || noise.timeNoise) {
+        const Four rate = fourOf(1.0f, 1.0f, 1.0f, noise.spaceTime ? 0.1f : 1.0f);
+        const auto position = [&](auto& octave) {
+            const Four place = _mm_mul_ps(octave.shifted(), rate);
+            octave.grow();
+            return place;
+        };
+        return sumPairs(fractal, 1.0f, walk, position, AnimatedOctaves{*tables.noise, noise.timePeriod});
+    }
+    const auto position = [](auto& octave) {
+        const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
+        const Four place = _mm_add_ps(octave.shifted(), drift);
+        octave.grow();
+        return place;
+    };
+    return sumPairs(fractal, kLattice3Scale, walk, position, StillOctaves<SpaceLattice>{{*tables.splines}});
+}
+
+template <class Directions>
+float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, const Directions& directions, float x,
+               float y, float time)
+{
+    const OctaveWalk<Directions> walk{directions, fourOf(x, y, 0.0f, time), fourOf(0.02f, 0.3f, 0.0f, 0.0f),
+                                      octaveGrowth(noise.fractal.frequencyRatio)};
+    const VolumeFractal& fractal = noise.fractal;
+    if (noise.spaceTime) {
+        const Four rate = fourOf(1.0f, 1.0f, 1.0f, 0.1f);
+        const auto position = [&](auto& octave) {
+            const Four place = timeAsThird(_mm_mul_ps(octave.shifted(), rate));
+            octave.grow();
+            return place;
+        };
+        return sumPairs(fractal, kLattice3Scale, walk, position,
+                        StillOctaves<SpaceLattice>{{*tables.splines}});
+    }
+    // Kept as is: timeNoise has no branch here; in two dimensions only the wispy form knows it.
+    const auto position = [](auto& octave) {
+        const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
+        const Four place = _mm_add_ps(octave.shifted(), drift);
+        octave.grow();
+        return place;
+    };
+    return sumPairs(fractal, kLattice2Scale, walk, position, StillOctaves<PlaneLattice>{{*tables.splines}});
+}
+
+[[gnu::noinline]] inline float deepPerlin3d(const VolumeTables& tables, const PerlinVolume& noise, float x,
+                                            float y, float z, float time)
+{
+    return perlin3d(tables, noise, ComputedDirections{*tables.noise, volumeDirection3d}, x, y, z, time);
+}
+
+[[gnu::noinline]] inline float deepPerlin2d(const VolumeTables& tables, const PerlinVolume& noise, float x,
+                                            float y, float time)
+{
+    return perlin2d(tables, noise, ComputedDirections{*tables.noise, volumeDirection2d}, x, y, time);
+}
+
+inline float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
+                      float time)
+{
+    if (noise.wispy) return wispy3d(tables, noise, fourOf(x, y, z, time));
+    if (noise.fractal.depthMax > kTabledLevels) return deepPerlin3d(tables, noise, x, y, z, time);
+    return perlin3d(tables, noise, TabledDirections{tables.directions3d}, x, y, z, time);
+}
+
+inline float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time)
+{
+    if (noise.wispy) return wispy2d(tables, noise, fourOf(x, y, 0.0f, time));
+    if (noise.fractal.depthMax > kTabledLevels) return deepPerlin2d(tables, noise, x, y, time);
+    return perlin2d(tables, noise, TabledDirections{tables.directions2d}, x, y, time);
+}
+
+} // namespace
+} // namespace nezaiva
