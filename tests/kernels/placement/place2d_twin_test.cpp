@@ -1,9 +1,9 @@
 // The placement against the plain chain in double precision over random parameters, and what the GPU is
 // told of it.
 
+#include "kernels/placement/place2d_gpu.h"
 #include "support/plain_place2d.h"
 #include "support/tolerances.h"
-#include "textures_private/texmaya_private/tex_Maya/place2d_gpu.h"
 
 #include <gtest/gtest.h>
 

@@ -4,12 +4,12 @@
 // transform, kept per thread for the shading point: nearby look-ups cost one matrix product.
 
 #include "kernels/placement/place2d.h"
+#include "kernels/placement/place2d_gpu.h"
 #include "numeric/cell_index.h"
 #include "plugin_frame/gpu_text.h"
 #include "plugin_frame/noise_interface.h"
 #include "plugin_frame/plugin_desc_of.h"
 #include "plugin_frame/thread_memo.h"
-#include "textures_private/texmaya_private/tex_Maya/place2d_gpu.h"
 #include "textures_private/texmaya_private/tex_Maya/uvwgen_maya_place2d_texture_params.h"
 
 #include <cmath>

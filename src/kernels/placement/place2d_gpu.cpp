@@ -1,4 +1,4 @@
-#include "textures_private/texmaya_private/tex_Maya/place2d_gpu.h"
+#include "kernels/placement/place2d_gpu.h"
 
 #include <cmath>
 
