@@ -1,6 +1,6 @@
 #include "kernels/noises/random_tables.h"
 
-#include "numeric/random_sequence.h"
+#include "kernels/noises/random_table_rule.h"
 
 #include <cstddef>
 #include <cstdlib>
@@ -10,13 +10,6 @@ namespace nezaiva {
 namespace {
 
 constexpr char kOldTableVariable[] = "MAYA_RENDERER_OLD_RANDOM_TABLE";
-
-constexpr std::uint64_t kCurrentStream = 1;
-constexpr std::uint64_t kOldStream = 2;
-
-// The first entries are older than the rule and stay as scenes know them.
-constexpr float kCurrentBeginning[] = {-0.510765f, -0.892593f, 0.324582f, 0.514013f, 0.676386f};
-constexpr float kOldBeginning[] = {-0.864927f, -0.440085f};
 
 constexpr void fillLattice(NoiseTables& tables)
 {
@@ -32,11 +25,11 @@ constexpr void fillLattice(NoiseTables& tables)
 }
 
 template <std::size_t Count>
-constexpr NoiseTables makeTables(std::uint64_t stream, const float (&beginning)[Count])
+constexpr NoiseTables makeTables(const RandomTableRule<Count>& rule)
 {
     NoiseTables tables{};
     for (std::size_t i = 0; i < kRandomTableSize; ++i)
-        tables.random[i] = i < Count ? beginning[i] : static_cast<float>(streamValue(stream, i));
+        tables.random[i] = rule.entry(i);
     fillLattice(tables);
     return tables;
 }
@@ -45,8 +38,8 @@ constexpr NoiseTables makeTables(std::uint64_t stream, const float (&beginning)[
 
 static_assert(sizeof(RandomTable) == 65535 * sizeof(float));
 
-constinit const NoiseTables currentNoiseTables = makeTables(kCurrentStream, kCurrentBeginning);
-constinit const NoiseTables oldNoiseTables = makeTables(kOldStream, kOldBeginning);
+constinit const NoiseTables currentNoiseTables = makeTables(kCurrentTableRule);
+constinit const NoiseTables oldNoiseTables = makeTables(kOldTableRule);
 
 void layOutLattice(NoiseTables& tables)
 {
