@@ -63,7 +63,7 @@ void UVWValue::frameBegin(OUtils::OmbrixRenderer* renderer)
     if (renderer) time = renderer->getFrameData().time;
     columns = OUtils::Matrix();
     OUtils::OmbrixPluginParameter* given = paramList->getParam("columns");
-    for (int i = 0; i < 3 && i < given->getCount(); ++i)
+    for (int i = 0; i < 3 && i < given->getCount(time); ++i)
         columns.columns[i] = given->getVector(i, time);
 }
 

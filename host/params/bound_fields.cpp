@@ -108,7 +108,7 @@ template <class T, class Reading>
 std::vector<T> elementsOf(HostParameter& parameter, double time, const Reading& reading)
 {
     std::vector<T> elements;
-    const int count = parameter.getCount();
+    const int count = parameter.getCount(time);
     elements.reserve(static_cast<std::size_t>(count > 0 ? count : 0));
     for (int i = 0; i < count; ++i)
         elements.push_back((parameter.*reading)(i, time));
@@ -178,8 +178,6 @@ void updateBoundFields(OUtils::OmbrixParameterList& list, double time)
 {
     OmbrixParameterList::Values& values = list.values();
     values.time = time;
-    for (HostParameter& parameter : values.parameters)
-        parameter.showTime(time);
     for (const BoundField& bound : values.fields)
         writeField(values, bound, time);
 }

@@ -69,15 +69,16 @@ const char* HostParameter::getName()
 ParameterType HostParameter::getType()
 {
     if (!isTextureInput(declared.kind)) return plainType(declared.kind);
-    if (!written) return typeOf(declared.defaultValue);
-    const std::vector<Value>& held = heldSample(*written, shownTime);
-    return typeOf(held.empty() ? declared.defaultValue : held.front());
+    if (written)
+        for (const std::vector<Value>& sample : written->samples)
+            if (!sample.empty()) return typeOf(sample.front()); // one type at all times
+    return typeOf(declared.defaultValue);
 }
 
-int HostParameter::getCount()
+int HostParameter::getCount(double time)
 {
     if (declared.count < 0) return -1;
-    return written ? static_cast<int>(heldSample(*written, shownTime).size()) : 0;
+    return written ? static_cast<int>(heldSample(*written, time).size()) : 0;
 }
 
 int HostParameter::getInt(int index, double time)

@@ -6,7 +6,6 @@
 #include <ombrix/parameters.h>
 
 #include <deque>
-#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,7 +22,7 @@ public:
 
     const char* getName() override;
     OUtils::ParameterType getType() override;
-    int getCount() override;
+    int getCount(double time) override;
     int getInt(int index, double time) override;
     float getFloat(int index, double time) override;
     double getDouble(int index, double time) override;
@@ -36,15 +35,12 @@ public:
     const ParameterDeclaration& declaration() const { return declared; }
     const std::optional<ParameterValue>& value() const { return written; }
     void write(std::optional<ParameterValue> value);
-    // The time whose list an animated list counts; the first sample's before it is told.
-    void showTime(double time) { shownTime = time; }
 
 private:
     Value element(int index, double time) const;
 
     const ParameterDeclaration& declared;
     std::optional<ParameterValue> written;
-    double shownTime = -std::numeric_limits<double>::infinity();
     // Stand for outputs whose own holder does not lead back to them.
     std::vector<std::unique_ptr<OUtils::PluginBase>> outputHolders;
 };

@@ -47,7 +47,7 @@ std::optional<Value> readElement(OmbrixPluginParameter& parameter, int index, do
 // What a parameter of another maker gives at a time, through its virtual readings alone.
 std::optional<ParameterValue> readForeign(OmbrixPluginParameter& parameter, int declaredCount, double time)
 {
-    const int count = parameter.getCount();
+    const int count = parameter.getCount(time);
     if ((count < 0) != (declaredCount < 0)) return std::nullopt;
     ParameterValue read;
     read.samples.emplace_back();

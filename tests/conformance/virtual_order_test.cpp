@@ -86,6 +86,22 @@ TEST(VirtualOrder, OmbrixPluginInterface)
     EXPECT_EQ(place(&OmbrixPluginInterface::getParameter), kAfterPluginInterface + 5);
 }
 
+TEST(VirtualOrder, Parameters)
+{
+    EXPECT_EQ(place(&OmbrixPluginParameter::getName), kAfterDestructor + 0);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getType), kAfterDestructor + 1);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getCount), kAfterDestructor + 2);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getInt), kAfterDestructor + 3);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getFloat), kAfterDestructor + 4);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getDouble), kAfterDestructor + 5);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getVector), kAfterDestructor + 6);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getColor), kAfterDestructor + 7);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getTransform), kAfterDestructor + 8);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getString), kAfterDestructor + 9);
+    EXPECT_EQ(place(&OmbrixPluginParameter::getPlugin), kAfterDestructor + 10);
+    EXPECT_EQ(place(&EnumParamsCallback::processParam), 0);
+}
+
 TEST(VirtualOrder, Textures)
 {
     EXPECT_EQ(place(&TextureInterface::evalColor), kAfterPluginInterface + 0);

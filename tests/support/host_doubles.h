@@ -29,7 +29,7 @@ public:
 
     const char* getName() override { return name; }
     OUtils::ParameterType getType() override { return type; }
-    int getCount() override { return -1; }
+    int getCount(double) override { return -1; }
     int getInt(int, double) override { return intValue; }
     float getFloat(int, double) override { return floatValue; }
     double getDouble(int, double) override { return static_cast<double>(floatValue); }

@@ -35,7 +35,7 @@ enum class ParameterType : int {
 
 // A parameter with its value. An unset parameter shows its declared default. Readings are at a time in
 // frames; a parameter that is not animated ignores it. The index is -1 on a single value, else 0 to
-// count - 1; another index, or another type than the parameter's, reads as zero, "" or null.
+// getCount(time) - 1; another index, or another type than the parameter's, reads as zero, "" or null.
 class OmbrixPluginParameter {
 public:
     virtual ~OmbrixPluginParameter() = default;
@@ -43,8 +43,10 @@ public:
     // A texture input set to a plain value, or unset with a declared default, has the plain type of that
     // value; one that refers to a plugin, or is unset without a default, is a Plugin.
     virtual ParameterType getType() = 0;
-    // -1 for a single value, else the number of elements of the list.
-    virtual int getCount() = 0;
+    // -1 for a single value, else the number of elements that the list has at a time, in frames. Lists
+    // may change their length within a frame; two lengths do not interpolate, so the earlier list holds
+    // until the later one's time.
+    virtual int getCount(double time) = 0;
     virtual int getInt(int index, double time) = 0; // ints and bools
     virtual float getFloat(int index, double time) = 0;
     virtual double getDouble(int index, double time) = 0;

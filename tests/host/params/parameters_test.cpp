@@ -56,7 +56,7 @@ TEST_F(Parameters, GetParamFindsEveryDeclaredInputWithItsDefault)
     EXPECT_EQ(get("object").getPlugin(-1, 1), nullptr);
     EXPECT_EQ(get("place").getType(), ParameterType::Transform);
     EXPECT_EQ(get("place").getTransform(-1, 1).offset.x, 5.0);
-    EXPECT_EQ(get("place").getCount(), -1);
+    EXPECT_EQ(get("place").getCount(1), -1);
     EXPECT_STREQ(get("place").getName(), "place");
     EXPECT_EQ(instance.getParameter("nothing"), nullptr);
     EXPECT_EQ(instance.getParameter("out_alpha"), nullptr);
@@ -125,24 +125,31 @@ TEST_F(Parameters, AnotherIndexOrTypeReadsAsNothing)
 
 TEST_F(Parameters, ListsCountTheirElements)
 {
-    EXPECT_EQ(get("floats").getCount(), 0);
+    EXPECT_EQ(get("floats").getCount(1), 0);
     set(instance, "floats", list({1.0f, 2, 3.0f}));
     EXPECT_EQ(get("floats").getType(), ParameterType::Float);
-    ASSERT_EQ(get("floats").getCount(), 3);
+    ASSERT_EQ(get("floats").getCount(1), 3);
     EXPECT_EQ(get("floats").getFloat(1, 1), 2.0f);
     EXPECT_EQ(get("floats").getFloat(3, 1), 0.0f);
     EXPECT_EQ(get("floats").getFloat(-1, 1), 0.0f);
     set(instance, "floats", list({}));
-    EXPECT_EQ(get("floats").getCount(), 0);
+    EXPECT_EQ(get("floats").getCount(1), 0);
 }
 
-TEST_F(Parameters, AnAnimatedListCountsTheElementsOfTheFrame)
+TEST_F(Parameters, AnAnimatedListCountsItsElementsAtTheTimeAsked)
 {
-    set(instance, "floats", ombrix::ParameterValue{{0, 5}, {{1.0f}, {2.0f, 3.0f}}});
-    frame(instance, 2);
-    EXPECT_EQ(get("floats").getCount(), 1);
-    frame(instance, 5);
-    EXPECT_EQ(get("floats").getCount(), 2);
+    set(instance, "floats", ombrix::ParameterValue{{0, 5, 6}, {{1.0f}, {2.0f, 3.0f, 4.0f}, {}}});
+    frame(instance, 6); // the frame's own time counts for nothing
+    OmbrixPluginParameter& floats = get("floats");
+    EXPECT_EQ(floats.getCount(-7), 1);
+    EXPECT_EQ(floats.getCount(4.75), 1);
+    EXPECT_EQ(floats.getFloat(0, 4.75), 1.0f);
+    EXPECT_EQ(floats.getFloat(1, 4.75), 0.0f);
+    EXPECT_EQ(floats.getCount(5), 3);
+    EXPECT_EQ(floats.getFloat(2, 5.5), 4.0f);
+    EXPECT_EQ(floats.getCount(6), 0);
+    EXPECT_EQ(floats.getCount(99), 0);
+    EXPECT_EQ(floats.getType(), ParameterType::Float);
 }
 
 TEST_F(Parameters, ReadingsAreAtTheirTime)
@@ -195,7 +202,7 @@ public:
     }
     const char* getName() override { return name; }
     ParameterType getType() override { return type; }
-    int getCount() override { return count; }
+    int getCount(double time) override { return grows ? static_cast<int>(time) : count; }
     int getInt(int index, double /*time*/) override { return 10 + index; }
     float getFloat(int index, double time) override
     {
@@ -216,6 +223,7 @@ public:
     const char* name;
     ParameterType type;
     int count;
+    bool grows = false; // a list of as many elements as the time has whole frames
     PluginBase* plugin = nullptr;
 };
 
@@ -252,6 +260,10 @@ TEST_F(Parameters, AForeignListIsTakenElementByElement)
     ASSERT_EQ(instance.numbers.count(), 3);
     EXPECT_EQ(instance.numbers[0], 10);
     EXPECT_EQ(instance.numbers[2], 12);
+    numbers.grows = true;
+    frame(instance, 5.5);
+    ASSERT_EQ(instance.setParameter(&numbers), 1);
+    EXPECT_EQ(get("numbers").getCount(1), 5); // as long as it was at the last frame's time
     EXPECT_EQ(instance.setParameter(&single), 0);
     EXPECT_EQ(instance.setParameter(&list), 0);
     EXPECT_EQ(instance.setParameter(&matrix), 0);

@@ -112,8 +112,8 @@ TEST_F(ContentsTest, SetThatMakesNoSenseWritesNothing)
         "give one for each, or faces");
     EXPECT_EQ(refused(R"({"m": {"uvs": [[0, 0]], "faces": null}})"),
               "error: p: /set/m/faces: it has no faces");
-    EXPECT_EQ(scene->find("m")->life->getParameter("faces")->getCount(), 3);
-    EXPECT_EQ(scene->find("m")->life->getParameter("uvs")->getCount(), 0);
+    EXPECT_EQ(scene->find("m")->life->getParameter("faces")->getCount(0), 3);
+    EXPECT_EQ(scene->find("m")->life->getParameter("uvs")->getCount(0), 0);
     EXPECT_EQ(refused(R"({"m": {"faces": [2, 1, 0]}})"), "taken");
     EXPECT_EQ(scene->find("m")->life->getParameter("faces")->getInt(0, 0.0), 2);
 }

@@ -191,9 +191,9 @@ TEST_F(ValuesTest, TransformPartsScaleThenTurnAboutXThenYThenZ)
 TEST_F(ValuesTest, ListTakesAnyNumberOfValues)
 {
     OUtils::OmbrixPluginParameter* ints = parameter("ints", "[3, -1, 4]");
-    ASSERT_EQ(ints->getCount(), 3);
+    ASSERT_EQ(ints->getCount(0), 3);
     EXPECT_EQ(ints->getInt(2, 0), 4);
-    EXPECT_EQ(parameter("floats", "[]")->getCount(), 0);
+    EXPECT_EQ(parameter("floats", "[]")->getCount(0), 0);
     expectRefusedValue("ints", "3", "takes a list, not the number 3");
     expectRefusedValue("ints", "[1, \"x\"]", "takes an integer, not the text \"x\"", "/1");
     expectRefusedValue("vectors", "[[1, 2, 3]]", "takes a list of 3 elements, not of 1");
@@ -214,6 +214,16 @@ TEST_F(ValuesTest, AnimatedLabelsTextsAndListsAreStepped)
     EXPECT_STREQ(parameter("text", R"({"times": [0, 10], "values": ["a", "b"]})")->getString(-1, 10.5), "b");
     EXPECT_EQ(parameter("ints", R"({"times": [0, 10], "values": [[1, 2], [3, 4]]})")->getInt(1, 10), 4);
     EXPECT_EQ(parameter("weight", R"({"times": [0, 10], "values": [0, 2]})")->getFloat(-1, 5), 1.0f);
+}
+
+TEST_F(ValuesTest, AnimatedListsMayDifferInLength)
+{
+    OUtils::OmbrixPluginParameter* floats =
+        parameter("floats", R"({"times": [0, 1, 2], "values": [[1, 2], [3], [5]]})");
+    EXPECT_EQ(floats->getCount(0.75), 2);
+    EXPECT_EQ(floats->getFloat(1, 0.75), 2.0f); // holds: the lengths differ
+    EXPECT_EQ(floats->getCount(1.5), 1);
+    EXPECT_EQ(floats->getFloat(0, 1.5), 4.0f); // half the way from 3 to 5
 }
 
 TEST_F(ValuesTest, AnimatedValueNeedsRisingTimesAndAsManyValues)
@@ -251,14 +261,14 @@ TEST_F(ValuesTest, NullClearsReferences)
     EXPECT_EQ(weight->getType(), ParameterType::Plugin);
     EXPECT_EQ(weight->getPlugin(-1, 0), nullptr);
     EXPECT_EQ(parameter("object", "null")->getPlugin(-1, 0), nullptr);
-    EXPECT_EQ(parameter("objects", "null")->getCount(), 0);
+    EXPECT_EQ(parameter("objects", "null")->getCount(0), 0);
 }
 
 TEST_F(ValuesTest, PluginListMayHoldNull)
 {
     OUtils::OmbrixPluginParameter* objects =
         parameter("objects", R"(["n", null, "n"])", R"(, "n": {"type": "Node"})");
-    ASSERT_EQ(objects->getCount(), 3);
+    ASSERT_EQ(objects->getCount(0), 3);
     EXPECT_EQ(objects->getPlugin(0, 0), scene->find("n")->plugin);
     EXPECT_EQ(objects->getPlugin(1, 0), nullptr);
     EXPECT_EQ(objects->getPlugin(2, 0), scene->find("n")->plugin);

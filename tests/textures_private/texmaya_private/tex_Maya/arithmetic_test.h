@@ -20,7 +20,7 @@ public:
         : WrittenParameter(parameter, static_cast<OUtils::PluginBase*>(nullptr)), plugins(std::move(entries))
     {
     }
-    int getCount() override { return static_cast<int>(plugins.size()); }
+    int getCount(double /*time*/) override { return static_cast<int>(plugins.size()); }
     OUtils::PluginBase* getPlugin(int index, double) override
     {
         return plugins[static_cast<std::size_t>(index)];
