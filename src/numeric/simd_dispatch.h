@@ -23,6 +23,14 @@ static inline bool hasAvx2()
     return detail::avx2Chosen.load(std::memory_order_relaxed);
 }
 
+// Of the same table of functions for either instruction set the one that is chosen; numeric/lanes.h says
+// how a kernel makes such tables. Any thread.
+template <class Functions>
+static inline const Functions& chosen(const Functions& base, const Functions& avx2)
+{
+    return hasAvx2() ? avx2 : base;
+}
+
 // What the processor offers at best, whatever is chosen.
 InstructionSet bestInstructionSet();
 
