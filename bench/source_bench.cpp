@@ -49,8 +49,8 @@ struct Inputs {
         color.upperBound = {1.0f, 1.0f, 1.0f, 1.0f};
         number.upperBound = 1.0f;
     }
-    support::ColorInput color;
-    support::FloatInput number;
+    support::TestColor color;
+    support::TestFloat number;
 };
 
 class Scene {

@@ -83,7 +83,7 @@ void walk(benchmark::State& state, Sample sample)
 // The whole node, over an input that gives a scale of the temperature.
 void walkNode(benchmark::State& state)
 {
-    support::ColorInput input;
+    support::TestColor input;
     support::TestNode node(support::findDescriptor(*getLibDesc(), "TexTemperatureToColor"));
     node.connect("input", input).set("temperature", 1.0f);
     TextureInterface* const texture = node.texture();

@@ -67,7 +67,7 @@ std::string exerciseSource(std::string_view text)
 {
     support::TextSink sink(support::TextKind::Broken); // expressions of any bytes
     support::NoData data;
-    support::ColorInput texture;
+    support::TestColor texture;
     texture.label = "texture";
     texture.upperBound = {1.0f, 1.0f, 1.0f, 1.0f};
     nezaiva::GPUSourceHelper helper("name", "tag", "MaterialDescriptor", sink, data);

@@ -48,7 +48,7 @@ TEST(ColorAdjustments, FallbackIsThePlainNoUVWColor)
 
 TEST(ColorAdjustments, FallbackIsTheMiddleOfATexturesBounds)
 {
-    ColorInput texture;
+    TestColor texture;
     texture.lowerBound = {0.0f, 0.25f, 0.5f, 0.25f};
     texture.upperBound = {0.5f, 0.75f, 1.0f, 0.75f};
     Adjustments adjustments;
@@ -56,7 +56,7 @@ TEST(ColorAdjustments, FallbackIsTheMiddleOfATexturesBounds)
     EXPECT_EQ(adjustments.text(), "color 0.250000 0.500000 0.750000 0.500000\n");
 }
 
-class SilentBounds final : public ColorInput {
+class SilentBounds final : public TestColor {
 public:
     void evalColorBounds(AColor*, AColor*) override {}
 };
@@ -82,8 +82,8 @@ TEST(ColorAdjustments, AnimatedFallbackIsReadAtTheFrame)
 
 TEST(ColorAdjustments, InversionFollowsTheGainsInMaxAndPrecedesThemInMaya)
 {
-    ColorInput mult, offset;
-    FloatInput alphaMult, alphaOffset;
+    TestColor mult, offset;
+    TestFloat alphaMult, alphaOffset;
     mult.label = "colorMult";
     offset.label = "colorOffset";
     alphaMult.label = "alphaMult";
@@ -129,8 +129,8 @@ TEST(ColorAdjustments, PlainGainsHaveNoEffect)
 
 TEST(ColorAdjustments, TexturesWithoutGpuFormHaveNoEffect)
 {
-    ColorInput mult;
-    FloatInput alphaOffset;
+    TestColor mult;
+    TestFloat alphaOffset;
     mult.hasSource = false;
     alphaOffset.hasSource = false;
     Adjustments adjustments;

@@ -104,9 +104,9 @@ TEST(CommonTextureOutputs, IntensityIsTheMeanOfTheFinishedColor)
 }
 
 // A parent that writes its own text, and one that leaves its bounds unwritten.
-class SilentBounds final : public ColorInput {
+class SilentBounds final : public TestColor {
 public:
-    using ColorInput::ColorInput;
+    using TestColor::TestColor;
     void evalColorBounds(AColor*, AColor*) override {}
 };
 
@@ -128,7 +128,7 @@ TEST(CommonTextureOutputs, BoundsThatAreLeftUnwrittenRunFromZeroToOne)
 
 TEST(CommonTextureOutputs, WriteTheTextureBehindTheirOperators)
 {
-    ColorInput parent;
+    TestColor parent;
     parent.label = "parent";
     nezaiva::CommonTransparencyTex transparency;
     nezaiva::CommonAlphaTex alpha;
@@ -153,7 +153,7 @@ TEST(CommonTextureOutputs, WriteTheTextureBehindTheirOperators)
 
 TEST(CommonTextureOutputs, WriteWhatTheyCanForAParentWithoutText)
 {
-    ColorInput parent;
+    TestColor parent;
     parent.hasSource = false;
     nezaiva::CommonAlphaTex alpha;
     nezaiva::CommonIntensTex intensity;
@@ -173,7 +173,7 @@ TEST(CommonTextureOutputs, WriteWhatTheyCanForAParentWithoutText)
 
 TEST(CommonTextureOutputs, RefuseOtherDescriptors)
 {
-    ColorInput parent;
+    TestColor parent;
     nezaiva::CommonTransparencyTex transparency;
     nezaiva::CommonAlphaTex alpha;
     nezaiva::CommonIntensTex intensity;

@@ -34,7 +34,7 @@ TEST(CommonTexture, WithoutCoordinatesIsOpaqueGreyWhileNoUVWColorIsUnset)
 
 TEST(CommonTexture, WithoutCoordinatesShowsNoUVWColorWithItsAlpha)
 {
-    ColorInput colour({0.25f, 0.5f, 0.75f, 0.125f});
+    TestColor colour({0.25f, 0.5f, 0.75f, 0.125f});
     LivingRaw living(0);
     living.connect("nouvw_color", colour);
     living.texture.valid = false;
@@ -45,7 +45,7 @@ TEST(CommonTexture, WithoutCoordinatesShowsNoUVWColorWithItsAlpha)
 
 TEST(CommonTexture, WithoutCoordinatesTheAlphaIsTheLuminanceInMayasOrder)
 {
-    ColorInput colour({0.25f, 0.5f, 0.75f, 0.125f});
+    TestColor colour({0.25f, 0.5f, 0.75f, 0.125f});
     LivingRaw living(0);
     living.connect("nouvw_color", colour).set("compatibility_with", 1);
     living.texture.valid = false;
@@ -234,7 +234,7 @@ TEST(CommonTexture, AlphaBoundsAreMeansWhateverTheOrder)
 
 TEST(CommonTexture, GainAndOffsetBoundsAreIntervals)
 {
-    ColorInput mult, offset;
+    TestColor mult, offset;
     mult.lowerBound = {-1.0f, -2.0f, 2.0f, 50.0f};
     mult.upperBound = {2.0f, -1.0f, 4.0f, 60.0f};
     offset.lowerBound = {-1.0f, 0.0f, 1.0f, 50.0f};
@@ -253,7 +253,7 @@ TEST(CommonTexture, GainAndOffsetBoundsAreIntervals)
 
 TEST(CommonTexture, AlphaGainAndOffsetBoundsAreIntervals)
 {
-    FloatInput mult, offset;
+    TestFloat mult, offset;
     mult.lowerBound = -4.0f;
     mult.upperBound = 2.0f;
     offset.lowerBound = -1.0f;
@@ -279,7 +279,7 @@ TEST(CommonTexture, GradientIsNegatedByInvertInBothOrders)
 
 TEST(CommonTexture, MayasGradientFollowsTheProductRule)
 {
-    ColorInput mult({1.0f, 2.0f, 3.0f, 9.0f});
+    TestColor mult({1.0f, 2.0f, 3.0f, 9.0f});
     mult.gradient = {8.0f, 16.0f, 24.0f, 32.0f};
     LivingRaw living(0);
     living.connect("color_mult", mult);
@@ -301,7 +301,7 @@ TEST(CommonTexture, MayasGradientFollowsTheProductRule)
 
 TEST(CommonTexture, GradientWithoutCoordinatesIsThatOfNoUVWColorAlone)
 {
-    ColorInput colour, mult({1.0f, 1.0f, 1.0f, 1.0f});
+    TestColor colour, mult({1.0f, 1.0f, 1.0f, 1.0f});
     LivingRaw living(0);
     living.texture.valid = false;
     living.set("invert", true).connect("color_mult", mult);

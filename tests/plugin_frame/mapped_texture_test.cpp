@@ -28,7 +28,7 @@ TEST(MappedTexture, WithoutGeneratorAndSurfaceIsGrey)
 
 TEST(MappedTexture, WithoutCoordinatesShowsNoUVWColor)
 {
-    ColorInput colour({1.0f, 0.0f, 0.0f, 0.125f});
+    TestColor colour({1.0f, 0.0f, 0.0f, 0.125f});
     LivingMapped living(0);
     living.connect("nouvw_color", colour);
     EXPECT_SAME_COLOR(living.color(), {1.0f, 0.0f, 0.0f, 0.125f});

@@ -28,8 +28,8 @@ TEST(Fallbacks, UnsetInputsGiveTheFallback)
 TEST(Fallbacks, SetInputsGiveTheirValue)
 {
     const TestContext context;
-    ColorInput color({0.5f, 0.6f, 0.7f, 0.8f});
-    FloatInput number(0.25f);
+    TestColor color({0.5f, 0.6f, 0.7f, 0.8f});
+    TestFloat number(0.25f);
     EXPECT_SAME_COLOR(nezaiva::colorOr(&color, {}, context), color.value);
     AColor written = kUnwrittenColor;
     nezaiva::writeColorOr(&written, &color, {}, context);
@@ -49,7 +49,7 @@ TEST(SlotText, EndsEachSlotAndPassesTheArgumentsOn)
 {
     TextSink sink(TextKind::Broken); // an operator and strings that no source has
     NoData data;
-    ColorInput color;
+    TestColor color;
     color.label = "input";
     OUtils::TextureInterface* texture = &color;
     nezaiva::SlotText slots("a", "b", "c", sink, data);

@@ -46,10 +46,10 @@ protected:
     }
 };
 
-class ColorInput : public OUtils::OmbrixTexture, public TestSource {
+class TestColor : public OUtils::OmbrixTexture, public TestSource {
 public:
-    explicit ColorInput(const OUtils::AColor& color = {}) : OmbrixTexture(nullptr), value(color) {}
-    ColorInput(const std::string& name, CallLog* calls) : OmbrixTexture(nullptr)
+    explicit TestColor(const OUtils::AColor& color = {}) : OmbrixTexture(nullptr), value(color) {}
+    TestColor(const std::string& name, CallLog* calls) : OmbrixTexture(nullptr)
     {
         label = name;
         log = calls;
@@ -84,10 +84,10 @@ public:
     OUtils::AColor gradient{3.0f, 4.0f, 5.0f, 6.0f};
 };
 
-class FloatInput : public OUtils::OmbrixTextureFloat, public TestSource {
+class TestFloat : public OUtils::OmbrixTextureFloat, public TestSource {
 public:
-    explicit FloatInput(float number = 0.0f) : OmbrixTextureFloat(nullptr), value(number) {}
-    FloatInput(const std::string& name, CallLog* calls) : OmbrixTextureFloat(nullptr)
+    explicit TestFloat(float number = 0.0f) : OmbrixTextureFloat(nullptr), value(number) {}
+    TestFloat(const std::string& name, CallLog* calls) : OmbrixTextureFloat(nullptr)
     {
         label = name;
         log = calls;

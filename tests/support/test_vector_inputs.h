@@ -5,9 +5,9 @@
 
 namespace support {
 
-class VectorInput : public OUtils::OmbrixPlugin, public OUtils::TextureVectorInterface, public TestSource {
+class TestVector : public OUtils::OmbrixPlugin, public OUtils::TextureVectorInterface, public TestSource {
 public:
-    explicit VectorInput(const OUtils::Vector& vector = {}) : OmbrixPlugin(nullptr), value(vector) {}
+    explicit TestVector(const OUtils::Vector& vector = {}) : OmbrixPlugin(nullptr), value(vector) {}
 
     OUtils::PluginBase* getPlugin() override { return this; }
     OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) override
@@ -29,9 +29,9 @@ public:
     OUtils::Vector value, lowerBound, upperBound;
 };
 
-class TransformInput : public OUtils::OmbrixPlugin, public OUtils::TextureTransformInterface {
+class TestTransform : public OUtils::OmbrixPlugin, public OUtils::TextureTransformInterface {
 public:
-    TransformInput() : OmbrixPlugin(nullptr) {}
+    TestTransform() : OmbrixPlugin(nullptr) {}
 
     OUtils::PluginBase* getPlugin() override { return this; }
     OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) override

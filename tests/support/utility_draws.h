@@ -73,7 +73,7 @@ auto withoutAllocating(Evaluation evaluate)
 }
 
 // Gives an input its place in a node and its number in the twin, or leaves it unset in both.
-inline void drawInput(Draws& draws, TestNode& node, const char* parameter, FloatInput& input,
+inline void drawInput(Draws& draws, TestNode& node, const char* parameter, TestFloat& input,
                       plain::MaybeNumber& twin, float value)
 {
     twin.reset();
@@ -83,7 +83,7 @@ inline void drawInput(Draws& draws, TestNode& node, const char* parameter, Float
     node.connect(parameter, input);
 }
 
-inline void drawInput(Draws& draws, TestNode& node, const char* parameter, ColorInput& input,
+inline void drawInput(Draws& draws, TestNode& node, const char* parameter, TestColor& input,
                       plain::MaybeColor& twin, const OUtils::AColor& value)
 {
     twin.reset();

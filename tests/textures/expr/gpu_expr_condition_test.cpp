@@ -15,7 +15,7 @@ constexpr int kIf = -948;
 // The written form of the whole "if" on a texture c, when it is not folded.
 const std::string kUnfolded = slots({source("c"), source("a"), source("b"), op(kIf)});
 
-class VectorInput : public OUtils::TextureVectorInterface {
+class TestVector : public OUtils::TextureVectorInterface {
 public:
     OUtils::PluginBase* getPlugin() override { return &holder; }
     void evalVector(OUtils::Vector*, const OUtils::OmbrixContext&) override {}
@@ -29,9 +29,9 @@ public:
     Texture holder{"c"};
 };
 
-class FloatTexture : public support::FloatInput {
+class FloatTexture : public support::TestFloat {
 public:
-    FloatTexture(float lower, float upper) : FloatInput("c", nullptr)
+    FloatTexture(float lower, float upper) : TestFloat("c", nullptr)
     {
         lowerBound = lower;
         upperBound = upper;
@@ -165,7 +165,7 @@ TEST_F(GpuCondition, AFloatTextureIsKnownByItsBounds)
 TEST_F(GpuCondition, AVectorTextureIsKnownByXAndY)
 {
     const auto withBounds = [this](const OUtils::Vector& lower, const OUtils::Vector& upper) {
-        VectorInput c;
+        TestVector c;
         c.lowerBound = lower;
         c.upperBound = upper;
         return onTexture(&c);

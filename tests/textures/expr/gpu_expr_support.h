@@ -46,9 +46,9 @@ inline std::string slots(std::initializer_list<std::string> texts)
 }
 
 // A colour texture whose bounds lie apart, so that no condition on it is known.
-class Texture : public support::ColorInput {
+class Texture : public support::TestColor {
 public:
-    explicit Texture(const char* name) : ColorInput(name, nullptr) { upperBound = {1.0f, 1.0f, 1.0f, 1.0f}; }
+    explicit Texture(const char* name) : TestColor(name, nullptr) { upperBound = {1.0f, 1.0f, 1.0f, 1.0f}; }
 
     operator OUtils::PluginInterface*() { return static_cast<OUtils::TextureInterface*>(this); }
 };

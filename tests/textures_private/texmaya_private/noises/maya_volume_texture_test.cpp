@@ -49,10 +49,10 @@ struct VolumeInputs {
     static VolumeFractal fractal() { return {0.75f, 1.75f, 0.625f, 0.0625f, 2, false}; }
 
     CallLog log;
-    FloatInput frequency{"frequency", &log}, amplitude{"amplitude", &log};
-    FloatInput frequencyRatio{"frequencyRatio", &log}, ratio{"ratio", &log};
-    FloatInput threshold{"threshold", &log}, implode{"implode", &log};
-    ColorInput center{"center", &log}, scale{"scale", &log}, origin{"origin", &log};
+    TestFloat frequency{"frequency", &log}, amplitude{"amplitude", &log};
+    TestFloat frequencyRatio{"frequencyRatio", &log}, ratio{"ratio", &log};
+    TestFloat threshold{"threshold", &log}, implode{"implode", &log};
+    TestColor center{"center", &log}, scale{"scale", &log}, origin{"origin", &log};
 };
 
 CallLog reads(std::initializer_list<const char*> behind)
@@ -171,8 +171,8 @@ TEST(MayaBillowTexture, ReadsItsInputsInOrder)
     TestContext context;
     MayaBillowTexture noise;
     VolumeInputs inputs(noise);
-    FloatInput density("density", &inputs.log), spottyness("spottyness", &inputs.log);
-    FloatInput randomness("randomness", &inputs.log), sizeRand("sizeRand", &inputs.log);
+    TestFloat density("density", &inputs.log), spottyness("spottyness", &inputs.log);
+    TestFloat randomness("randomness", &inputs.log), sizeRand("sizeRand", &inputs.log);
     density.value = 0.875f;
     spottyness.value = 0.25f;
     randomness.value = 0.75f;
@@ -216,7 +216,7 @@ TEST(MayaBillowTexture, UnsetInputsReadAsTheNoisesDefaults)
 TEST(MayaBillowTexture, FullRandomnessTwiceLeavesNoBlob)
 {
     TestContext context;
-    FloatInput randomness(2.0f);
+    TestFloat randomness(2.0f);
     MayaBillowTexture noise;
     noise.randomness = &randomness;
     noise.depthMax = 3;
@@ -269,7 +269,7 @@ TEST(MayaVolumeTexture, AsksForTheCentreOnlyWhereItWarps)
 TEST(MayaVolumeTexture, IsNeverAboveOneAndMayLieBelowZero)
 {
     TestContext context;
-    FloatInput threshold(5.0f);
+    TestFloat threshold(5.0f);
     MayaPerlinTexture noise;
     noise.threshold = &threshold;
     EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, 0.0f), 1.0f);

@@ -89,8 +89,8 @@ TEST(TexNoiseMayaSource, FalloffAndInflectionAreClampedInTheWord)
 
 TEST(TexNoiseMayaSource, ConnectedInputsWriteTheirOwnSource)
 {
-    ColorInput first, silent;
-    FloatInput threshold;
+    TestColor first, silent;
+    TestFloat threshold;
     first.label = "first";
     threshold.label = "threshold";
     silent.hasSource = false;
@@ -105,8 +105,8 @@ TEST(TexNoiseMayaSource, ConnectedInputsWriteTheirOwnSource)
 
 TEST(TexNoiseMayaSource, BlocksStandInTheirOrder)
 {
-    ColorInput center, scale, origin;
-    FloatInput implode;
+    TestColor center, scale, origin;
+    TestFloat implode;
     center.label = "center";
     scale.label = "scale";
     origin.label = "origin";
@@ -124,7 +124,7 @@ TEST(TexNoiseMayaSource, BlocksStandInTheirOrder)
 
 TEST(TexNoiseMayaSource, CarriesTheMeansOfItsInputs)
 {
-    FloatInput inputs[8];
+    TestFloat inputs[8];
     const char* names[] = {"amplitude", "ratio",      "frequency", "frequency_ratio",
                            "density",   "spottyness", "size_rand", "randomness"};
     MayaNode node;
@@ -141,7 +141,7 @@ TEST(TexNoiseMayaSource, CarriesTheMeansOfItsInputs)
                                       kTail);
 }
 
-class SilentBounds final : public FloatInput {
+class SilentBounds final : public TestFloat {
 public:
     void evalFloatBounds(float*, float*) override {}
 };

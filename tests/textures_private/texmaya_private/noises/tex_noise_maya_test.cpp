@@ -124,7 +124,7 @@ TEST(TexNoiseMaya, EveryInputReachesItsNoise)
 
 TEST(TexNoiseMaya, UnknownKindsAndDimensionsShowNoUVWColor)
 {
-    ColorInput colour({0.25f, 0.5f, 0.75f, 0.125f});
+    TestColor colour({0.25f, 0.5f, 0.75f, 0.125f});
     for (const auto& [kind, dimensions] :
          {std::pair(5, 3), {-1, 3}, {5, 2}, {0, 1}, {1, 4}, {2, 0}, {3, -2}}) {
         MayaNode node;
@@ -153,7 +153,7 @@ TEST(TexNoiseMaya, BlendsFromTheFirstToTheSecondColor)
 
 TEST(TexNoiseMaya, ATextureCoversItsColorByMultiplierAndAlpha)
 {
-    ColorInput texture({1.0f, 1.0f, 1.0f, 1.0f});
+    TestColor texture({1.0f, 1.0f, 1.0f, 1.0f});
     MayaNode node;
     node.setNoise(1.0f);
     node.set("color2", Color{0.0f, 0.0f, 0.0f}).connect("color2_tex", texture);
@@ -174,7 +174,7 @@ TEST(TexNoiseMaya, ATextureCoversItsColorByMultiplierAndAlpha)
 TEST(TexNoiseMaya, DoesNotAskATextureThatIsSwitchedOff)
 {
     CallLog log;
-    ColorInput first("first", &log), second("second", &log);
+    TestColor first("first", &log), second("second", &log);
     first.value = second.value = {1.0f, 1.0f, 1.0f, 1.0f};
     MayaNode node;
     node.setNoise(0.0f);
@@ -194,13 +194,13 @@ TEST(TexNoiseMaya, DoesNotAskATextureThatIsSwitchedOff)
 }
 
 // Keeps the filter widths that it is asked with.
-class WidthKeeper final : public ColorInput {
+class WidthKeeper final : public TestColor {
 public:
     AColor* evalColor(AColor* result, const OUtils::OmbrixContext& context) override
     {
         seen = {context.filterWidths[0], context.filterWidths[1], context.filterWidths[2],
                 context.filterWidths[3]};
-        return ColorInput::evalColor(result, context);
+        return TestColor::evalColor(result, context);
     }
     AColor seen;
 };
@@ -229,7 +229,7 @@ TEST(TexNoiseMaya, BoundsSpanBothColors)
     EXPECT_SAME_COLOR(bounds.lower, {0.25f, 0.5f, 0.5f, 1.0f});
     EXPECT_SAME_COLOR(bounds.upper, {0.75f, 1.0f, 0.5f, 1.0f});
 
-    ColorInput texture;
+    TestColor texture;
     texture.lowerBound = {-1.0f, 0.5f, 0.0f, 0.0f};
     texture.upperBound = {3.0f, 1.0f, 0.0f, 0.0f};
     node.connect("color1_tex", texture);

@@ -111,7 +111,7 @@ TEST(TexSimplexNoise, GammaCountsBetweenZeroAndOneAlone)
 
 TEST(TexSimplexNoise, ReadsConnectedTextures)
 {
-    FloatInput scale(2.0f), threshold(0.5f);
+    TestFloat scale(2.0f), threshold(0.5f);
     SimplexNode node;
     node.connect("scale", scale).connect("threshold", threshold);
     EXPECT_FLOAT_EQ(node.valueAt(0.3f, 0.7f),

@@ -92,7 +92,7 @@ private:
     TestNode& node;
     const char* parameter;
     AColor unset;
-    ColorInput input;
+    TestColor input;
     bool connected = true;
 };
 
@@ -167,7 +167,7 @@ TEST(ArithmeticTwins, VectorProduct)
     Draws draws(4);
     TestNode node(descriptor("TexVectorProduct"));
     DrawnColor input1(node, "input1", {}), input2(node, "input2", {});
-    TransformInput transform;
+    TestTransform transform;
     node.connect("transform", transform);
     for (int round = 0; round < kRounds; ++round) {
         const int operation = draws.below(6), normalize = draws.below(2);
@@ -185,7 +185,7 @@ TEST(ArithmeticTwins, DistanceBetween)
     Draws draws(5);
     TestNode node(descriptor("TexDistanceBetween"));
     DrawnColor point1(node, "point1", {}), point2(node, "point2", {});
-    TransformInput transform1, transform2;
+    TestTransform transform1, transform2;
     node.connect("transform1", transform1).connect("transform2", transform2);
     for (int round = 0; round < kRounds; ++round) {
         const AColor a = point1.draw(draws, draws.color()), b = point2.draw(draws, draws.color());
@@ -201,8 +201,8 @@ TEST(ArithmeticTwins, PlusMinusAverage)
 {
     Draws draws(6);
     TestNode node(descriptor("TexPlusMinusAverage"));
-    std::array<ColorInput, 5> colors;
-    std::array<FloatInput, 5> floats;
+    std::array<TestColor, 5> colors;
+    std::array<TestFloat, 5> floats;
     for (int round = 0; round < kRounds; ++round) {
         const int operation = draws.below(5);
         node.set("operation", operation);
@@ -237,8 +237,8 @@ TEST(ArithmeticTwins, Condition2)
 {
     Draws draws(7);
     TestNode node(descriptor("TexCondition2"));
-    FloatInput first, second;
-    ColorInput ifTrue({1.0f, 2.0f, 3.0f, 4.0f}), ifFalse({5.0f, 6.0f, 7.0f, 8.0f});
+    TestFloat first, second;
+    TestColor ifTrue({1.0f, 2.0f, 3.0f, 4.0f}), ifFalse({5.0f, 6.0f, 7.0f, 8.0f});
     node.connect("first_term", first).connect("second_term", second);
     node.connect("color_if_true", ifTrue).connect("color_if_false", ifFalse);
     for (int round = 0; round < kRounds; ++round) {
@@ -279,7 +279,7 @@ TEST(ArithmeticTwins, TemperatureToColor)
 {
     Draws draws(9);
     TestNode node(descriptor("TexTemperatureToColor"));
-    ColorInput input;
+    TestColor input;
     node.connect("input", input);
     for (int round = 0; round < kRounds; ++round) {
         const float temperature = draws.between(-1000.0f, 20'000.0f);

@@ -20,12 +20,12 @@ struct ColorCorrectTest : testing::Test {
     ColorCorrectTest()
     {
         for (const char* name : kColors)
-            colors.emplace(name, new ColorInput(name, &log));
+            colors.emplace(name, new TestColor(name, &log));
         for (const char* name : kFloats)
-            floats.emplace(name, new FloatInput(name, &log));
+            floats.emplace(name, new TestFloat(name, &log));
     }
-    ColorInput& color(const char* name) { return *colors.at(name); }
-    FloatInput& number(const char* name) { return *floats.at(name); }
+    TestColor& color(const char* name) { return *colors.at(name); }
+    TestFloat& number(const char* name) { return *floats.at(name); }
     void give(const char* name, const OUtils::AColor& value)
     {
         color(name).value = value;
@@ -45,8 +45,8 @@ struct ColorCorrectTest : testing::Test {
     }
 
     CallLog log;
-    std::map<std::string, std::unique_ptr<ColorInput>> colors;
-    std::map<std::string, std::unique_ptr<FloatInput>> floats;
+    std::map<std::string, std::unique_ptr<TestColor>> colors;
+    std::map<std::string, std::unique_ptr<TestFloat>> floats;
     TestNode node{descriptor("TexColorCorrect")};
 };
 

@@ -8,7 +8,7 @@ using OUtils::AColor;
 struct FloatToTexTest : testing::Test {
     FloatToTexTest() { input.value = 0.75f; }
 
-    FloatInput input{"input", nullptr};
+    TestFloat input{"input", nullptr};
     TestNode node{descriptor("FloatToTex")};
 };
 

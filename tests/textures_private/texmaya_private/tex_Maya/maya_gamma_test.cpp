@@ -14,7 +14,7 @@ struct GammaTest : testing::Test {
     void connectBoth() { node.connect("input", input).connect("gamma", gamma); }
 
     CallLog log;
-    ColorInput input{"input", &log}, gamma{"gamma", &log};
+    TestColor input{"input", &log}, gamma{"gamma", &log};
     TestNode node{descriptor("MayaGamma")};
 };
 

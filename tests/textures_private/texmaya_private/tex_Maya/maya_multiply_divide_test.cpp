@@ -20,7 +20,7 @@ struct MultiplyDivideTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput color1{"color1", &log}, color2{"color2", &log};
+    TestColor color1{"color1", &log}, color2{"color2", &log};
     TestNode node{descriptor("MayaMultiplyDivide")};
 };
 

@@ -48,7 +48,7 @@ struct ProjectionTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput base{"base", &log}, noUVWTransparency{"none", &log}, factor{"mult", &log},
+    TestColor base{"base", &log}, noUVWTransparency{"none", &log}, factor{"mult", &log},
         offset{"offset", &log};
     TestGenerator generator;
     TestNode node{descriptor("MayaProjectionTex")};
@@ -71,7 +71,7 @@ TEST_F(ProjectionTest, ProjectionPassesItsBaseOnWithTheContextAlone)
 
 TEST_F(ProjectionTest, ProjectionWithoutCoordinatesDoesNotAskItsBase)
 {
-    ColorInput noUVW({0.1f, 0.2f, 0.3f, 0.4f});
+    TestColor noUVW({0.1f, 0.2f, 0.3f, 0.4f});
     generator.valid = 0;
     node.connect("base_texture", base);
     EXPECT_SAME_COLOR(color(), {0.5f, 0.5f, 0.5f, 1.0f});
@@ -94,7 +94,7 @@ TEST_F(ProjectionTest, ProjectionWithoutWrapEndsBeyondOne)
 
 TEST_F(ProjectionTest, ProjectionWithoutBaseShowsItsNoUVWColorOrGrey)
 {
-    ColorInput noUVW({0.1f, 0.2f, 0.3f, 0.4f});
+    TestColor noUVW({0.1f, 0.2f, 0.3f, 0.4f});
     EXPECT_SAME_COLOR(color(), {0.5f, 0.5f, 0.5f, 1.0f});
     node.connect("nouvw_color", noUVW).set("invert", 1);
     // At valid coordinates it is a colour like any other, so it is inverted.
@@ -152,7 +152,7 @@ TEST_F(ProjectionTest, ProjectionBoundsWithoutBaseAreThoseOfItsNoUVWColorOrGrey)
     ColorBounds bounds = colorBounds(node);
     EXPECT_SAME_COLOR(bounds.lower, {0.5f, 0.5f, 0.5f, 1.0f});
     EXPECT_SAME_COLOR(bounds.upper, {0.5f, 0.5f, 0.5f, 1.0f});
-    ColorInput noUVW;
+    TestColor noUVW;
     noUVW.lowerBound = {0.1f, 0.2f, 0.3f, 0.4f};
     noUVW.upperBound = {1.1f, 1.2f, 1.3f, 1.4f};
     node.connect("nouvw_color", noUVW);
@@ -205,7 +205,7 @@ TEST_F(ProjectionTest, ProjectionTransparencyAtAlphaOneIsTheOffset)
 
 TEST_F(ProjectionTest, ProjectionTransparencyKnowsNeitherMemoNorPostProcessing)
 {
-    FloatInput alphaFactor(4.0f);
+    TestFloat alphaFactor(4.0f);
     node.connect("base_texture", base).connect("alpha_mult", alphaFactor).set("invert", 1);
     EXPECT_SAME_BITS(node.color().a, 0.0f);
     EXPECT_SAME_COLOR(transparency(), {0.25f, 0.25f, 0.25f, 1.0f});
@@ -216,7 +216,7 @@ TEST_F(ProjectionTest, ProjectionTransparencyKnowsNeitherMemoNorPostProcessing)
 
 TEST_F(ProjectionTest, ProjectionTransparencyBoundsAndGradientAreThoseOfTheProjection)
 {
-    ColorInput noUVW;
+    TestColor noUVW;
     base.lowerBound = {0.1f, 0.2f, 0.3f, 0.4f};
     base.upperBound = {1.1f, 1.2f, 1.3f, 1.4f};
     node.connect("base_texture", base).connect("nouvw_color", noUVW);

@@ -30,8 +30,8 @@ struct StencilTest : testing::Test {
     void at(float u, float v) { generator.sample.uvw = {u, v, 0.0f, 0.0f}; }
 
     CallLog log;
-    ColorInput image{"image", &log}, background{"background", &log}, key{"key", &log};
-    FloatInput mask{"mask", &log}, hue{"hue", &log}, saturation{"sat", &log}, value{"val", &log};
+    TestColor image{"image", &log}, background{"background", &log}, key{"key", &log};
+    TestFloat mask{"mask", &log}, hue{"hue", &log}, saturation{"sat", &log}, value{"val", &log};
     TestGenerator generator;
     TestNode node{descriptor("TexStencil")};
 };

@@ -6,8 +6,8 @@ using namespace support;
 using OUtils::AColor;
 
 struct ColorAndAlphaTest : testing::Test {
-    ColorInput color{AColor{0.25f, 0.5f, 0.75f, 0.125f}};
-    FloatInput alpha{0.375f};
+    TestColor color{AColor{0.25f, 0.5f, 0.75f, 0.125f}};
+    TestFloat alpha{0.375f};
     TestNode node{descriptor("TexColorAndAlpha")};
 };
 

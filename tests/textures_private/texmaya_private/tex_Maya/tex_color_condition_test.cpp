@@ -22,8 +22,8 @@ struct ConditionTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput colorA{"color_a", &log}, colorB{"color_b", &log};
-    FloatInput alphaA{"alpha_a", &log}, alphaB{"alpha_b", &log}, condition{"condition", &log};
+    TestColor colorA{"color_a", &log}, colorB{"color_b", &log};
+    TestFloat alphaA{"alpha_a", &log}, alphaB{"alpha_b", &log}, condition{"condition", &log};
     TestNode node{descriptor("TexColorCondition")};
 };
 

@@ -21,7 +21,7 @@ TEST(TexColorConstant, NothingConnectedIsOpaqueWhite)
 
 TEST(TexColorConstant, DropsTheColorsOwnAlpha)
 {
-    ColorInput color({0.25f, 0.5f, 0.75f, 0.25f});
+    TestColor color({0.25f, 0.5f, 0.75f, 0.25f});
     TestNode node = makeNode();
     node.connect("color", color);
     EXPECT_SAME_COLOR(node.color(), {0.25f, 0.5f, 0.75f, 1.0f});
@@ -29,8 +29,8 @@ TEST(TexColorConstant, DropsTheColorsOwnAlpha)
 
 TEST(TexColorConstant, TakesAlphaFromItsAlphaInput)
 {
-    ColorInput color({0.25f, 0.5f, 0.75f, 0.25f});
-    FloatInput alpha(0.125f);
+    TestColor color({0.25f, 0.5f, 0.75f, 0.25f});
+    TestFloat alpha(0.125f);
     TestNode node = makeNode();
     node.connect("alpha", alpha);
     EXPECT_SAME_COLOR(node.color(), {1.0f, 1.0f, 1.0f, 0.125f});
@@ -40,8 +40,8 @@ TEST(TexColorConstant, TakesAlphaFromItsAlphaInput)
 
 TEST(TexColorConstant, PassesValuesThatAreNoColorsOn)
 {
-    ColorInput color({kNaN, -2.0f, 1e30f, 0.0f});
-    FloatInput alpha(kNaN);
+    TestColor color({kNaN, -2.0f, 1e30f, 0.0f});
+    TestFloat alpha(kNaN);
     TestNode node = makeNode();
     node.connect("color", color).connect("alpha", alpha);
     EXPECT_SAME_COLOR(node.color(), {kNaN, -2.0f, 1e30f, kNaN});
@@ -49,10 +49,10 @@ TEST(TexColorConstant, PassesValuesThatAreNoColorsOn)
 
 TEST(TexColorConstant, BoundsAreThoseOfItsInputs)
 {
-    ColorInput color;
+    TestColor color;
     color.lowerBound = {0.1f, 0.2f, 0.3f, 0.4f};
     color.upperBound = {0.5f, 0.6f, 0.7f, 0.8f};
-    FloatInput alpha;
+    TestFloat alpha;
     alpha.lowerBound = -1.0f;
     alpha.upperBound = 2.0f;
 
@@ -70,7 +70,7 @@ TEST(TexColorConstant, BoundsAreThoseOfItsInputs)
 
 TEST(TexColorConstant, AlphaBoundsReplaceThoseOfTheDefaultColor)
 {
-    FloatInput alpha;
+    TestFloat alpha;
     alpha.lowerBound = 0.25f;
     alpha.upperBound = 0.5f;
     TestNode node = makeNode();
@@ -82,7 +82,7 @@ TEST(TexColorConstant, AlphaBoundsReplaceThoseOfTheDefaultColor)
 
 TEST(TexColorConstant, GradientIsZero)
 {
-    ColorInput color({1.0f, 2.0f, 3.0f, 4.0f});
+    TestColor color({1.0f, 2.0f, 3.0f, 4.0f});
     TestNode node = makeNode();
     node.connect("color", color);
     AColor gradient = kUnwrittenColor;
@@ -104,9 +104,9 @@ TEST(TexColorConstant, AnswersToTextureAndGpuTextureOnly)
 
 TEST(TexColorConstant, WritesTheSourceOfItsColorAlone)
 {
-    ColorInput color;
+    TestColor color;
     color.label = "color";
-    FloatInput alpha;
+    TestFloat alpha;
     alpha.label = "alpha";
     TestNode node = makeNode();
     node.connect("color", color).connect("alpha", alpha);
@@ -125,7 +125,7 @@ TEST(TexColorConstant, WritesNothingForAnUnsetColor)
 
 TEST(TexColorConstant, RefusesOtherDescriptors)
 {
-    ColorInput color;
+    TestColor color;
     TestNode node = makeNode();
     node.connect("color", color);
     const WrittenSource written = sourceOf(node.rtTexture(), "Material");
@@ -136,7 +136,7 @@ TEST(TexColorConstant, RefusesOtherDescriptors)
 TEST(TexColorConstant, LivesTwice)
 {
     for (int life = 0; life < 2; ++life) {
-        ColorInput color({0.25f, 0.5f, 0.75f, 0.0f});
+        TestColor color({0.25f, 0.5f, 0.75f, 0.0f});
         TestNode node = makeNode();
         EXPECT_SAME_COLOR(node.color(), {1.0f, 1.0f, 1.0f, 1.0f});
         node.connect("color", color);

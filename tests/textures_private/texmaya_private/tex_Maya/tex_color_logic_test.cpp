@@ -17,7 +17,7 @@ struct ColorLogicTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput a{"color_a", &log}, b{"color_b", &log};
+    TestColor a{"color_a", &log}, b{"color_b", &log};
     TestNode node{descriptor("TexColorLogic")};
 };
 

@@ -24,8 +24,8 @@ struct ColorMaskTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput color{"in_color", &log}, mask{"mask", &log};
-    FloatInput alpha{"in_alpha", &log}, preserve{"preserve_color", &log}, maskAlpha{"mask_alpha", &log};
+    TestColor color{"in_color", &log}, mask{"mask", &log};
+    TestFloat alpha{"in_alpha", &log}, preserve{"preserve_color", &log}, maskAlpha{"mask_alpha", &log};
     TestNode node{descriptor("TexColorMask")};
 };
 
@@ -250,8 +250,8 @@ TEST_F(ColorMaskTest, LivesTwice)
 TEST_F(ColorMaskTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20151017);
-    ColorInput drawnColor, drawnMask;
-    FloatInput drawnAlpha, drawnPreserve, drawnMaskAlpha;
+    TestColor drawnColor, drawnMask;
+    TestFloat drawnAlpha, drawnPreserve, drawnMaskAlpha;
     for (int i = 0; i < 4000; ++i) {
         TestNode drawn(descriptor("TexColorMask"));
         plain::ColorMask twin;

@@ -20,8 +20,8 @@ struct CompositeGpuTest : testing::Test {
         return written.text;
     }
 
-    ColorInput colorA{"a", nullptr}, colorB{"b", nullptr};
-    FloatInput alpha{"alpha", nullptr}, factor{"f", nullptr};
+    TestColor colorA{"a", nullptr}, colorB{"b", nullptr};
+    TestFloat alpha{"alpha", nullptr}, factor{"f", nullptr};
     TestNode node{descriptor("TexComposite")};
 };
 

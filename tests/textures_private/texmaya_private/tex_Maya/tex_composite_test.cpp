@@ -34,8 +34,8 @@ struct CompositeTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput colorA{"color_a", &log}, colorB{"color_b", &log};
-    FloatInput alphaA{"alpha_a", &log}, alphaB{"alpha_b", &log}, factor{"factor", &log};
+    TestColor colorA{"color_a", &log}, colorB{"color_b", &log};
+    TestFloat alphaA{"alpha_a", &log}, alphaB{"alpha_b", &log}, factor{"factor", &log};
     TestNode node{descriptor("TexComposite")};
 };
 
@@ -250,8 +250,8 @@ TEST_F(CompositeTest, LivesTwice)
 TEST_F(CompositeTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20151012);
-    ColorInput drawnA, drawnB;
-    FloatInput drawnAlphaA, drawnAlphaB, drawnFactor;
+    TestColor drawnA, drawnB;
+    TestFloat drawnAlphaA, drawnAlphaB, drawnFactor;
     for (int i = 0; i < 6000; ++i) {
         TestNode drawn(descriptor("TexComposite"));
         plain::Composite twin;

@@ -30,8 +30,8 @@ struct Condition2Test : testing::Test {
     }
 
     CallLog log;
-    FloatInput first{"first_term", &log}, second{"second_term", &log};
-    ColorInput ifTrue{"color_if_true", &log}, ifFalse{"color_if_false", &log};
+    TestFloat first{"first_term", &log}, second{"second_term", &log};
+    TestColor ifTrue{"color_if_true", &log}, ifFalse{"color_if_false", &log};
     TestNode node{descriptor("TexCondition2")};
 };
 

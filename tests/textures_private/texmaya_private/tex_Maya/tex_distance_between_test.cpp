@@ -13,8 +13,8 @@ struct DistanceBetweenTest : testing::Test {
         point2.value = {3.0f, 5.0f, 9.0f, 9.0f};
     }
 
-    ColorInput point1, point2;
-    TransformInput transform1, transform2;
+    TestColor point1, point2;
+    TestTransform transform1, transform2;
     TestNode node{descriptor("TexDistanceBetween")};
 };
 

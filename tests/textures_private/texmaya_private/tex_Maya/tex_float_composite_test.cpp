@@ -18,7 +18,7 @@ struct FloatCompositeTest : testing::Test {
     }
 
     CallLog log;
-    FloatInput a{"float_a", &log}, b{"float_b", &log}, factor{"factor", &log};
+    TestFloat a{"float_a", &log}, b{"float_b", &log}, factor{"factor", &log};
     TestNode node{descriptor("TexFloatComposite")};
 };
 
@@ -152,7 +152,7 @@ TEST_F(FloatCompositeTest, LivesTwice)
 TEST_F(FloatCompositeTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20170227);
-    FloatInput drawnA, drawnB, drawnFactor;
+    TestFloat drawnA, drawnB, drawnFactor;
     for (int i = 0; i < 6000; ++i) {
         TestNode drawn(descriptor("TexFloatComposite"));
         plain::FloatComposite twin;

@@ -14,7 +14,7 @@ struct FloatConditionTest : testing::Test {
     void connectAll() { node.connect("float_a", a).connect("float_b", b).connect("condition", condition); }
 
     CallLog log;
-    FloatInput a{"float_a", &log}, b{"float_b", &log}, condition{"condition", &log};
+    TestFloat a{"float_a", &log}, b{"float_b", &log}, condition{"condition", &log};
     TestNode node{descriptor("TexFloatCondition")};
 };
 

@@ -21,7 +21,7 @@ TEST(TexFloatConstant, NothingConnectedIsOne)
 
 TEST(TexFloatConstant, PassesItsInputOn)
 {
-    FloatInput input;
+    TestFloat input;
     input.lowerBound = -3.0f;
     input.upperBound = 5.0f;
     TestNode node = makeNode();
@@ -37,7 +37,7 @@ TEST(TexFloatConstant, PassesItsInputOn)
 
 TEST(TexFloatConstant, GradientIsZero)
 {
-    FloatInput input(2.0f);
+    TestFloat input(2.0f);
     TestNode node = makeNode();
     node.connect("in_float", input);
     AColor gradient = kUnwrittenColor;
@@ -55,7 +55,7 @@ TEST(TexFloatConstant, HasNoGpuForm)
 TEST(TexFloatConstant, LivesTwice)
 {
     for (int life = 0; life < 2; ++life) {
-        FloatInput input(0.5f);
+        TestFloat input(0.5f);
         TestNode node = makeNode();
         EXPECT_SAME_BITS(node.value(), 1.0f);
         node.connect("in_float", input);

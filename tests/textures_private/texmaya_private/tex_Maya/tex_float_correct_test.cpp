@@ -9,7 +9,7 @@ using namespace support;
 using OUtils::AColor;
 
 struct FloatCorrectTest : testing::Test {
-    void give(const char* name, FloatInput& input, float value)
+    void give(const char* name, TestFloat& input, float value)
     {
         input.value = value;
         node.connect(name, input);
@@ -20,7 +20,7 @@ struct FloatCorrectTest : testing::Test {
     }
 
     CallLog log;
-    FloatInput in{"in_float", &log}, gain{"gain", &log}, offset{"offset", &log}, gamma{"gamma", &log};
+    TestFloat in{"in_float", &log}, gain{"gain", &log}, offset{"offset", &log}, gamma{"gamma", &log};
     TestNode node{descriptor("TexFloatCorrect")};
 };
 
@@ -177,7 +177,7 @@ TEST_F(FloatCorrectTest, LivesTwice)
 TEST_F(FloatCorrectTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20170322);
-    FloatInput drawnIn, drawnGain, drawnOffset;
+    TestFloat drawnIn, drawnGain, drawnOffset;
     int compared = 0;
     for (int i = 0; i < 4000; ++i) {
         TestNode drawn(descriptor("TexFloatCorrect"));

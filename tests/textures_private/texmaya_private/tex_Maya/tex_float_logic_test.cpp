@@ -19,7 +19,7 @@ struct FloatLogicTest : testing::Test {
     }
 
     CallLog log;
-    FloatInput a{"float_a", &log}, b{"float_b", &log};
+    TestFloat a{"float_a", &log}, b{"float_b", &log};
     TestNode node{descriptor("TexFloatLogic")};
 };
 

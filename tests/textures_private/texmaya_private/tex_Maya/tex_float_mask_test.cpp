@@ -7,7 +7,7 @@ using OUtils::AColor;
 
 struct FloatMaskTest : testing::Test {
     CallLog log;
-    FloatInput in{"in_float", &log}, mask{"mask", &log};
+    TestFloat in{"in_float", &log}, mask{"mask", &log};
     TestNode node{descriptor("TexFloatMask")};
 };
 

@@ -17,7 +17,7 @@ struct HsvToRgbTest : testing::Test {
         return node.color();
     }
 
-    ColorInput input{"hsv", nullptr};
+    TestColor input{"hsv", nullptr};
     TestNode node{descriptor("TexHSVToRGB")};
 };
 

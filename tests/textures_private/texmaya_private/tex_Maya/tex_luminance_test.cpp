@@ -14,7 +14,7 @@ struct LuminanceTest : testing::Test {
         return node.value();
     }
 
-    ColorInput input{"input", nullptr};
+    TestColor input{"input", nullptr};
     TestNode node{descriptor("TexLuminance")};
 };
 

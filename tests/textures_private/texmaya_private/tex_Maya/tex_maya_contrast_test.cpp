@@ -21,7 +21,7 @@ struct ContrastTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput value{"value", &log}, contrast{"contrast", &log}, bias{"bias", &log};
+    TestColor value{"value", &log}, contrast{"contrast", &log}, bias{"bias", &log};
     TestNode node{descriptor("TexMayaContrast")};
 };
 

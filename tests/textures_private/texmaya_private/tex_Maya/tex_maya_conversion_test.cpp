@@ -9,7 +9,7 @@ using namespace support;
 using OUtils::AColor;
 
 struct MayaConversionTest : testing::Test {
-    FloatInput input{0.75f};
+    TestFloat input{0.75f};
     TestNode node{descriptor("TexMayaConversion")};
 };
 

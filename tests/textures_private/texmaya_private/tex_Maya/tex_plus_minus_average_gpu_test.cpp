@@ -26,9 +26,9 @@ struct PlusMinusAverageGpuTest : testing::Test {
         return sourceOf(interfaceOf<OUtils::RTTexInterface>(output, OUtils::EXT_RTTEX));
     }
 
-    ColorInput colorA{"colorA", nullptr}, colorB{"colorB", nullptr}, colorC{"colorC", nullptr},
+    TestColor colorA{"colorA", nullptr}, colorB{"colorB", nullptr}, colorC{"colorC", nullptr},
         colorD{"colorD", nullptr};
-    FloatInput floatA{"floatA", nullptr}, floatB{"floatB", nullptr};
+    TestFloat floatA{"floatA", nullptr}, floatB{"floatB", nullptr};
     TestNode node{descriptor("TexPlusMinusAverage")};
     const std::string slotA = sourceLine("colorA") + "subtex\n", slotB = sourceLine("colorB") + "subtex\n",
                       slotC = sourceLine("colorC") + "subtex\n", slotD = sourceLine("colorD") + "subtex\n";

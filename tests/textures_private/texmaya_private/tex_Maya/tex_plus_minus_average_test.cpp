@@ -26,8 +26,8 @@ struct PlusMinusAverageTest : testing::Test {
     }
 
     CallLog log;
-    ColorInput colorA{"colorA", &log}, colorB{"colorB", &log}, colorC{"colorC", &log};
-    FloatInput floatA{"floatA", &log}, floatB{"floatB", &log}, floatC{"floatC", &log};
+    TestColor colorA{"colorA", &log}, colorB{"colorB", &log}, colorC{"colorC", &log};
+    TestFloat floatA{"floatA", &log}, floatB{"floatB", &log}, floatC{"floatC", &log};
     TestNode node{descriptor("TexPlusMinusAverage")};
 };
 

@@ -15,7 +15,7 @@ struct RgbToHsvTest : testing::Test {
         return node.color();
     }
 
-    ColorInput input{"rgb", nullptr};
+    TestColor input{"rgb", nullptr};
     TestNode node{descriptor("TexRGBToHSV")};
 };
 
@@ -72,7 +72,7 @@ TEST_F(RgbToHsvTest, BoundsAreEachConvertedByThemselves)
 
 TEST_F(RgbToHsvTest, BoundsThatTheInputLeavesUnwrittenAreConvertedAsTheyStand)
 {
-    struct Silent : ColorInput {
+    struct Silent : TestColor {
         void evalColorBounds(AColor*, AColor*) override {}
     } silent;
     node.connect("inRgb", silent);

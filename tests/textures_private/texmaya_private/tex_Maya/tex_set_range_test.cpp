@@ -16,13 +16,13 @@ struct SetRangeTest : testing::Test {
         node.connect("value", value).connect("oldMin", oldMin).connect("oldMax", oldMax);
         node.connect("newMin", newMin).connect("newMax", newMax);
     }
-    static void bound(ColorInput& input, float lower, float upper)
+    static void bound(TestColor& input, float lower, float upper)
     {
         input.lowerBound = grey(lower);
         input.upperBound = grey(upper);
     }
 
-    ColorInput value{"value", nullptr}, oldMin{"oldMin", nullptr}, oldMax{"oldMax", nullptr},
+    TestColor value{"value", nullptr}, oldMin{"oldMin", nullptr}, oldMax{"oldMax", nullptr},
         newMin{"newMin", nullptr}, newMax{"newMax", nullptr};
     TestNode node{descriptor("TexSetRange")};
 };

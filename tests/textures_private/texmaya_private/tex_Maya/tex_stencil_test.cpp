@@ -16,14 +16,14 @@ TEST_F(StencilTest, StencilWithCoordinatesAloneIsOpaqueWhite)
     TestNode bare(descriptor("TexStencil"));
     bare.connect("uvwgen", generator);
     EXPECT_SAME_COLOR(bare.color(), {1.0f, 1.0f, 1.0f, 1.0f});
-    FloatInput full(1.0f);
+    TestFloat full(1.0f);
     bare.connect("mask", full);
     EXPECT_SAME_COLOR(bare.color(), {0.0f, 0.0f, 0.0f, 1.0f});
 }
 
 TEST_F(StencilTest, StencilWithoutCoordinatesIsItsNoUVWColorAsItStands)
 {
-    ColorInput noUVW({2.0f, 3.0f, 4.0f, 5.0f});
+    TestColor noUVW({2.0f, 3.0f, 4.0f, 5.0f});
     generator.valid = 0;
     node.connect("nouvw_color", noUVW).set("compatibility_with", 1).set("invert", 1);
     node.set("alpha_from_intensity", 1);
@@ -74,7 +74,7 @@ TEST_F(StencilTest, StencilPrefersItsGeneratorAndIgnoresOneThatIsNone)
 
 TEST_F(StencilTest, StencilWithoutEdgeBlendShowsItsImageWithPostProcessing)
 {
-    ColorInput factor({2.0f, 3.0f, 4.0f, 5.0f});
+    TestColor factor({2.0f, 3.0f, 4.0f, 5.0f});
     at(0.0f, 0.0f);
     node.connect("color_mult", factor);
     EXPECT_SAME_COLOR(color(), {0.2f * 2.0f, 0.4f * 3.0f, 0.6f * 4.0f, 0.8f});
@@ -83,7 +83,7 @@ TEST_F(StencilTest, StencilWithoutEdgeBlendShowsItsImageWithPostProcessing)
 
 TEST_F(StencilTest, StencilShowsItsBackgroundWithoutPostProcessing)
 {
-    ColorInput factor({2.0f, 3.0f, 4.0f, 5.0f});
+    TestColor factor({2.0f, 3.0f, 4.0f, 5.0f});
     at(0.01f, 0.01f);
     node.set("edge_blend", 0.2f).set("invert", 1).set("alpha_from_intensity", 2);
     node.connect("color_mult", factor);
@@ -100,7 +100,7 @@ TEST_F(StencilTest, StencilBlendsAllFourChannelsAndPostProcessesTheBlend)
     EXPECT_NEAR(blend.g, 0.55, 1e-6);
     EXPECT_NEAR(blend.b, 0.55, 1e-6);
     EXPECT_NEAR(blend.a, 0.55, 1e-6);
-    ColorInput factor({2.0f, 3.0f, 4.0f, 5.0f});
+    TestColor factor({2.0f, 3.0f, 4.0f, 5.0f});
     node.connect("color_mult", factor);
     blend = color();
     EXPECT_NEAR(blend.r, 1.1, 1e-6);
@@ -174,8 +174,8 @@ TEST_F(StencilTest, StencilDoesNotAskForTheMaskWhereTheKeyTakesOut)
 
 TEST_F(StencilTest, StencilInvertsBeforeItTakesAlphaAndGain)
 {
-    ColorInput factor({0.5f, 0.5f, 0.5f, 9.0f}), offset({1.0f, 2.0f, 3.0f, 9.0f});
-    FloatInput alphaFactor(0.5f), alphaOffset(4.0f);
+    TestColor factor({0.5f, 0.5f, 0.5f, 9.0f}), offset({1.0f, 2.0f, 3.0f, 9.0f});
+    TestFloat alphaFactor(0.5f), alphaOffset(4.0f);
     node.set("invert", 1).set("alpha_from_intensity", 1).connect("color_mult", factor);
     node.connect("color_offset", offset).connect("alpha_mult", alphaFactor);
     node.connect("alpha_offset", alphaOffset);
@@ -212,7 +212,7 @@ TEST_F(StencilTest, StencilInvertsToZeroAtMostAndAlphaOnlyWhenAsked)
 
 TEST_F(StencilTest, StencilNegatesInARawLookUpAndDoesNothingElse)
 {
-    ColorInput factor({2.0f, 3.0f, 4.0f, 5.0f});
+    TestColor factor({2.0f, 3.0f, 4.0f, 5.0f});
     node.connect("color_mult", factor).set("alpha_from_intensity", 1);
     node.context.shadeFlags = OUtils::rawTextureLookup;
     EXPECT_SAME_COLOR(color(), {0.2f, 0.4f, 0.6f, 0.8f});
@@ -271,7 +271,7 @@ TEST_F(StencilTest, StencilBoundsAreThoseOfTheImageLimitedByTheBackgroundOnBothS
 
 TEST_F(StencilTest, StencilBoundsAreLimitedAgainAfterThePostProcessing)
 {
-    ColorInput factor;
+    TestColor factor;
     factor.lowerBound = factor.upperBound = {4.0f, 4.0f, 4.0f, 4.0f};
     image.lowerBound = {0.1f, 0.1f, 0.1f, 0.1f};
     image.upperBound = {0.5f, 0.5f, 0.5f, 0.5f};
@@ -323,7 +323,7 @@ TEST_F(StencilTest, StencilGradientWithoutCoordinatesOrInputsIsZero)
 
 TEST_F(StencilTest, StencilGradientOfAProductCountsTheImageAlsoInABlend)
 {
-    ColorInput factor({0.5f, 0.5f, 2.0f, 9.0f}); // intensity 1
+    TestColor factor({0.5f, 0.5f, 2.0f, 9.0f}); // intensity 1
     factor.gradient = {10.0f, 20.0f, 30.0f, 40.0f};
     image.value = {0.25f, 0.25f, 1.0f, 9.0f}; // intensity 0.5
     image.gradient = {1.0f, 2.0f, 3.0f, 4.0f};

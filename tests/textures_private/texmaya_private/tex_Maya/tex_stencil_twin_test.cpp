@@ -71,8 +71,8 @@ struct RandomStencil : StencilTest {
     }
 
     std::mt19937 random{7};
-    ColorInput factor, offset;
-    FloatInput alphaFactor, alphaOffset;
+    TestColor factor, offset;
+    TestFloat alphaFactor, alphaOffset;
 };
 
 TEST_F(RandomStencil, StencilAgreesWithItsTwin)

@@ -32,7 +32,7 @@ struct TemperatureTest : testing::Test {
     TemperatureTest() { input.value = {1.0f, 0.5f, 0.0f, 0.25f}; } // a half on average
 
     CallLog log;
-    ColorInput input{"input", &log};
+    TestColor input{"input", &log};
     TestNode node{descriptor("TexTemperatureToColor")};
 };
 

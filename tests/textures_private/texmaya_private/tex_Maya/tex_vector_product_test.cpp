@@ -35,8 +35,8 @@ struct VectorProductTest : testing::Test {
         return colorBounds(node);
     }
 
-    ColorInput input1{"input1", nullptr}, input2{"input2", nullptr};
-    TransformInput transform;
+    TestColor input1{"input1", nullptr}, input2{"input2", nullptr};
+    TestTransform transform;
     TestNode node{descriptor("TexVectorProduct")};
 };
 

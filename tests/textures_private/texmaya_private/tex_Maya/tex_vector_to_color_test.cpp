@@ -10,7 +10,7 @@ using OUtils::AColor;
 struct VectorToColorTest : testing::Test {
     VectorToColorTest() { input.label = "input"; }
 
-    VectorInput input{{0.25f, -2.0f, 3.0f}};
+    TestVector input{{0.25f, -2.0f, 3.0f}};
     TestNode node{descriptor("TexVectorToColor")};
 };
 

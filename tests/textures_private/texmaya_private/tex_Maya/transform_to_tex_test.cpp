@@ -39,7 +39,7 @@ struct TransformToTexTest : testing::Test {
         return result;
     }
 
-    TransformInput input;
+    TestTransform input;
     TestNode node{descriptor("TransformToTex")};
 };
 

@@ -106,7 +106,7 @@ TEST(PlaceInMotion, NoSamplesMeansTheGlobalNumber)
 
 TEST(PlaceInMotion, AnAnimatedNumberWinsOverItsTexture)
 {
-    FloatInput texture(8.0f);
+    TestFloat texture(8.0f);
     MovingPlace place;
     place.connect("offset_u_tex", texture);
     place.moveOffset(1);
@@ -123,7 +123,7 @@ TEST(PlaceInMotion, AnAnimatedNumberWinsOverItsTexture)
 
 TEST(PlaceInMotion, ATextureReplacesRestingNumbers)
 {
-    FloatInput texture(8.0f);
+    TestFloat texture(8.0f);
     MovingPlace place;
     place.connect("offset_v_tex", texture);
     place.moveOffset(2);

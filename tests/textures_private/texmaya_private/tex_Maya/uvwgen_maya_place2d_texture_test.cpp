@@ -168,7 +168,7 @@ TEST(UVWGenMayaPlace2dTexture, EveryTextureReplacesItsNumber)
     for (const char* name :
          {"coverage_u", "coverage_v", "translate_frame_u", "translate_frame_v", "rotate_frame", "repeat_u",
           "repeat_v", "offset_u", "offset_v", "rotate_uv", "noise_u", "noise_v"}) {
-        FloatInput texture(0.75f);
+        TestFloat texture(0.75f);
         PlaceNode plain, textured;
         plain.set(name, 0.75f);
         textured.connect((std::string(name) + "_tex").c_str(), texture);
