@@ -2,7 +2,7 @@
 # stands with it in lib/ombrix, and bin/ holds a link to it:
 #
 #   bin/nezaiva -> ../lib/ombrix/nezaiva
-#   lib/libombrix.so               the host's runtime
+#   lib/libombrix.so               the host's runtime, and libombrix_image.so, which it opens for images
 #   lib/ombrix/                    the program and libnezaiva.so
 #   lib/cmake/nezaiva/             find_package(nezaiva): nezaiva::ombrix_sdk, nezaiva::ombrix
 #   include/ombrix/                what a plug-in library includes
@@ -14,6 +14,7 @@ set(NEZAIVA_CMAKE_FOLDER "${CMAKE_INSTALL_LIBDIR}/cmake/nezaiva")
 
 set_target_properties(nezaiva nezaiva_module PROPERTIES INSTALL_RPATH "$ORIGIN/..")
 install(TARGETS ombrix ombrix_sdk EXPORT nezaivaTargets LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS ombrix_image LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS nezaiva nezaiva_module
         RUNTIME DESTINATION "${NEZAIVA_PLUGIN_FOLDER}" LIBRARY DESTINATION "${NEZAIVA_PLUGIN_FOLDER}")
 file(RELATIVE_PATH _program_from_bin "/${CMAKE_INSTALL_BINDIR}" "/${NEZAIVA_PLUGIN_FOLDER}/nezaiva")

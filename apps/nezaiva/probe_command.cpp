@@ -2,8 +2,8 @@
 
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/session.h"
+#include "host/files/output_file.h"
 #include "host/probe/probe_run.h"
-#include "host/report/output_file.h"
 #include "host/scene/json_text.h"
 
 #include <memory>
@@ -51,7 +51,7 @@ void runProbeCommand(CommandLine& commandLine, const ProbeOptions& options)
     if (options.file.empty())
         writeToStandardOutput(text);
     else
-        writeTextFile(options.file, text);
+        writeOutputFile(options.file, text);
     diagnostics.print();
     if (!answer.allAnswered) commandLine.exitCode = kWrongInput;
 }

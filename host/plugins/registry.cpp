@@ -1,5 +1,6 @@
 #include "host/plugins/registry.h"
 
+#include "host/image/image_formats.h"
 #include "host/log/log.h"
 #include "host/plugins/elf_symbols.h"
 
@@ -77,10 +78,11 @@ std::vector<std::filesystem::path> librariesIn(const std::filesystem::path& fold
     return found;
 }
 
-// Whether a file is the host's runtime, the library that this function stands in, or another copy of it: it
-// is no plug-in library and may well stand among them.
+// Whether a file is the host's runtime, the library that this function stands in, or another copy of it, or
+// the part of it that knows images: they are no plug-in libraries and may well stand among them.
 bool isRuntime(const std::filesystem::path& file)
 {
+    if (file.filename() == kImageLibraryFile) return true;
     Dl_info own{};
     return ::dladdr(reinterpret_cast<void*>(&isRuntime), &own) != 0 && own.dli_fname &&
            file.filename() == std::filesystem::path(own.dli_fname).filename();

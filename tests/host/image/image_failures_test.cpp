@@ -1,12 +1,10 @@
 #include "host/image/image.h"
 #include "host/scene/scene.h"
+#include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
-#include <csignal>
 #include <functional>
 
 using namespace ombrix;
@@ -42,29 +40,6 @@ bool holds(const std::string& text, const std::string& part)
     return text.find(part) != std::string::npos;
 }
 
-// While one lives, no file grows beyond a size: as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : earlierAction(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &earlier);
-        rlimit limited = earlier;
-        limited.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &limited);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &earlier);
-        std::signal(SIGXFSZ, earlierAction);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*earlierAction)(int);
-    rlimit earlier{};
-};
-
 const char* const kNames[] = {"a.exr", "a.png", "a.jpg", "a.tif", "a.hdr", "a.bmp", "a.webp", "a.sgi"};
 
 } // namespace
@@ -86,7 +61,7 @@ TEST(ImageFailures, AFullDiskNamesTheFileAndLeavesNothing)
         EXPECT_EQ(message, "");
         std::filesystem::remove(folder / name);
         {
-            const FileSizeLimit limit(10000);
+            const support::FileSizeLimit limit(10000);
             message = failureOf([&] { writeImage(folder / name, noise(256, 3), {}); });
         }
         EXPECT_TRUE(holds(message, (folder / name).string())) << message;
@@ -103,7 +78,7 @@ TEST(ImageFailures, AFullDiskAtTheLastByteIsNoticed)
         std::filesystem::remove(folder / name);
         std::string message;
         {
-            const FileSizeLimit limit(whole.size() - 1);
+            const support::FileSizeLimit limit(whole.size() - 1);
             message = failureOf([&] { writeImage(folder / name, noise(64, 3), {}); });
         }
         EXPECT_TRUE(holds(message, name)) << name;
@@ -116,7 +91,7 @@ TEST(ImageFailures, AFailureKeepsTheOlderFile)
     const TemporaryFolder folder;
     writeBytes(folder / "a.png", "older");
     {
-        const FileSizeLimit limit(1000);
+        const support::FileSizeLimit limit(1000);
         EXPECT_NE(failureOf([&] { writeImage(folder / "a.png", noise(256, 3), {}); }), "");
     }
     EXPECT_EQ(bytesOf(folder / "a.png"), "older");

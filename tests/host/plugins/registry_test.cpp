@@ -259,6 +259,8 @@ TEST_F(DefaultLibraries, TheHostsOwnRuntimeMayStandAmongThem)
     Dl_info runtime{};
     ASSERT_NE(::dladdr(reinterpret_cast<void*>(&exportsSymbol), &runtime), 0);
     fs::create_symlink(fs::absolute(runtime.dli_fname), folder.path / "libombrix.so");
+    fs::create_symlink(fs::absolute(runtime.dli_fname).parent_path() / "libombrix_image.so",
+                       folder.path / "libombrix_image.so");
     ::setenv("OMBRIX_PLUGIN_PATH", folder.path.c_str(), 1);
     EXPECT_EQ(refusalOf(registry, "."), "");
     EXPECT_EQ(namesOf(registry), std::vector<std::string>{"Lonely"});

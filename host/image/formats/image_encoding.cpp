@@ -1,22 +1,19 @@
-#include "host/image/image.h"
-#include "host/image/image_library.h"
+#include "host/image/formats/image_library.h"
 #include "host/image/srgb.h"
-#include "host/scene/scene.h"
 
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
 
-#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <iterator>
 #include <memory>
-#include <new>
 #include <system_error>
 
 namespace ombrix {
@@ -27,43 +24,27 @@ namespace fs = std::filesystem;
 
 constexpr float kHalfMax = 65504.0f;
 
-[[noreturn]] void fail(const fs::path& file, const std::string& reason)
+[[noreturn]] void fail(const std::string& reason)
 {
-    throw WorkError{"cannot write the image " + file.string() + ": " + reason};
-}
-
-std::string systemReason()
-{
-    return std::generic_category().message(errno);
+    throw ImageProblem{reason};
 }
 
 std::unique_ptr<OIIO::ImageOutput> writerFor(const fs::path& file)
 {
     prepareImageLibrary();
     if (!file.has_extension())
-        fail(file, "its name needs an extension that tells the format, such as .exr or .png");
+        fail("its name needs an extension that tells the format, such as .exr or .png");
     auto writer = OIIO::ImageOutput::create(file.string());
     if (!writer) {
         static_cast<void>(OIIO::geterror());
-        fail(file, "no image format that can be written has the extension \"" + file.extension().string() +
-                       "\"; use .exr, .png, .jpg, .tif or .hdr");
+        fail("no image format that can be written has the extension \"" + file.extension().string() +
+             "\"; use .exr, .png, .jpg, .tif or .hdr");
     }
     return writer;
 }
 
-// Where the bytes end up: a link stays, and what it points to is replaced or made.
-fs::path finalPlace(const fs::path& file)
-{
-    constexpr int kMaxLinks = 40; // as the system's own look-up
-    fs::path place = file;
-    std::error_code error;
-    for (int i = 0; i < kMaxLinks && fs::is_symlink(place, error); ++i)
-        place = place.parent_path() / fs::read_symlink(place, error);
-    return place;
-}
-
-// Formats that are written into memory, so that every failure to store the bytes is seen here: JPEG's
-// library would end the process, PNG's goes on. The writers of others want a file of their own.
+// Formats that are written through the image library's own sink in memory. JPEG's library would end the
+// process over a file that cannot grow.
 bool writesIntoMemory(const OIIO::ImageOutput& writer)
 {
     constexpr const char* kFormats[] = {"openexr", "png", "jpeg", "hdr", "webp"};
@@ -72,67 +53,37 @@ bool writesIntoMemory(const OIIO::ImageOutput& writer)
            std::any_of(std::begin(kFormats), std::end(kFormats), [&](const char* f) { return name == f; });
 }
 
-// A new file beside the final one, gone at the end unless it took that one's place. The name keeps the
-// extension, by which the image library chooses the format.
-class TemporaryFile {
+// A file without a place in any folder, for the formats whose writers want a file's name.
+class NamelessFile {
 public:
-    explicit TemporaryFile(const fs::path& file) : requested(file), target(finalPlace(file))
+    NamelessFile() : descriptor(::memfd_create("image", MFD_CLOEXEC))
     {
-        static std::atomic<unsigned> count{0};
-        const std::string unique = std::to_string(::getpid()) + "-" + std::to_string(count++);
-        name = target.parent_path() /
-               ("." + target.stem().string() + ".tmp-" + unique + target.extension().string());
-        descriptor = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor < 0) failToCreate();
+        if (descriptor < 0) failToStore();
     }
-    ~TemporaryFile()
-    {
-        if (descriptor >= 0) ::close(descriptor);
-        if (!name.empty()) ::unlink(name.c_str());
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~NamelessFile() { ::close(descriptor); }
+    NamelessFile(const NamelessFile&) = delete;
+    NamelessFile& operator=(const NamelessFile&) = delete;
 
-    const fs::path& path() const { return name; }
-    void write(const std::vector<unsigned char>& bytes)
+    std::string name() const { return "/proc/self/fd/" + std::to_string(descriptor); }
+    std::vector<unsigned char> bytes() const
     {
-        std::size_t done = 0;
-        while (done < bytes.size()) {
-            const ssize_t count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
-            if (count < 0 && errno == EINTR) continue;
-            if (count < 0) fail(requested, systemReason());
+        struct stat status {};
+        if (::fstat(descriptor, &status) != 0) failToStore();
+        std::vector<unsigned char> read(static_cast<std::size_t>(status.st_size));
+        for (std::size_t done = 0; done < read.size();) {
+            const ssize_t count =
+                ::pread(descriptor, read.data() + done, read.size() - done, static_cast<off_t>(done));
+            if (count <= 0) failToStore();
             done += static_cast<std::size_t>(count);
         }
-    }
-    void moveIntoPlace()
-    {
-        const int closed = ::close(descriptor);
-        descriptor = -1;
-        if (closed != 0 || ::rename(name.c_str(), target.c_str()) != 0) fail(requested, systemReason());
-        name.clear();
+        return read;
     }
 
 private:
-    [[noreturn]] void failToCreate() const
-    {
-        const int code = errno;
-        const fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
-        std::error_code error;
-        if (!fs::exists(folder, error)) fail(requested, "the folder " + folder.string() + " does not exist");
-        if (!fs::is_directory(folder, error)) fail(requested, folder.string() + " is not a folder");
-        fail(requested, std::generic_category().message(code));
-    }
+    [[noreturn]] static void failToStore() { fail(std::generic_category().message(errno)); }
 
-    fs::path requested, target, name;
-    int descriptor = -1;
+    int descriptor;
 };
-
-void checkTarget(const fs::path& file)
-{
-    std::error_code error;
-    if (fs::is_directory(file, error)) fail(file, "it is a folder");
-    if (fs::exists(file, error) && ::access(file.c_str(), W_OK) != 0) fail(file, systemReason());
-}
 
 OIIO::TypeDesc storageFor(const OIIO::ImageOutput& writer, const Image& image)
 {
@@ -253,45 +204,39 @@ std::string encode(OIIO::ImageOutput& writer, const std::string& name, const Ima
     return reason;
 }
 
-// Formats that write to a file themselves do not tell of every failure; reading the file back does.
-void checkReadsBack(const fs::path& file, const fs::path& written)
+// Writers of files do not tell of every failure; reading the file back does.
+bool readsBack(const OIIO::ImageOutput& writer, const std::string& name)
 {
-    try {
-        readImage(written, ColorSpace::Linear);
-    } catch (const WorkError&) {
-        fail(file, "the file did not come out whole (is the disk full?)");
-    }
+    const auto reader = OIIO::ImageInput::create(writer.format_name());
+    OIIO::ImageSpec spec;
+    if (!reader || !reader->open(name, spec)) return false;
+    std::vector<float> values(spec.image_pixels() * static_cast<std::size_t>(spec.nchannels));
+    return reader->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT, values.data()) &&
+           !reader->has_error();
 }
 
 } // namespace
 
-void checkImageCanBeWritten(const fs::path& file)
+void checkImageName(const fs::path& file)
 {
     writerFor(file);
-    checkTarget(file);
-    const TemporaryFile probe(file);
 }
 
-void writeImage(const fs::path& file, const Image& image, const ImageAttributes& attributes)
+std::vector<unsigned char> encodeImage(const fs::path& file, const Image& image,
+                                       const ImageAttributes& attributes)
 {
     const auto writer = writerFor(file);
-    checkTarget(file);
-    try {
-        TemporaryFile temporary(file);
-        if (writesIntoMemory(*writer)) {
-            std::vector<unsigned char> bytes;
-            const std::string reason = encode(*writer, file.string(), image, attributes, &bytes);
-            if (!reason.empty()) fail(file, reason);
-            temporary.write(bytes);
-        } else {
-            const std::string reason = encode(*writer, temporary.path().string(), image, attributes, nullptr);
-            if (!reason.empty()) fail(file, reason);
-            checkReadsBack(file, temporary.path());
-        }
-        temporary.moveIntoPlace();
-    } catch (const std::bad_alloc&) {
-        fail(file, "there is not enough memory for it");
+    if (writesIntoMemory(*writer)) {
+        std::vector<unsigned char> bytes;
+        const std::string reason = encode(*writer, file.string(), image, attributes, &bytes);
+        if (!reason.empty()) fail(reason);
+        return bytes;
     }
+    const NamelessFile stored;
+    const std::string reason = encode(*writer, stored.name(), image, attributes, nullptr);
+    if (!reason.empty()) fail(reason);
+    if (!readsBack(*writer, stored.name())) fail("it did not come out whole (is there memory for it?)");
+    return stored.bytes();
 }
 
 } // namespace ombrix

@@ -1,8 +1,6 @@
-#include "host/image/image.h"
-#include "host/image/image_library.h"
-#include "host/image/png_check.h"
+#include "host/image/formats/image_library.h"
+#include "host/image/formats/png_check.h"
 #include "host/image/srgb.h"
-#include "host/scene/scene.h"
 
 #include <OpenImageIO/imageio.h>
 
@@ -11,7 +9,6 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
-#include <new>
 #include <system_error>
 
 namespace ombrix {
@@ -23,9 +20,9 @@ namespace fs = std::filesystem;
 // A header that claims more than this is taken for damage rather than for a reason to fill the memory.
 constexpr std::int64_t kMaxPixels = std::int64_t{1} << 28;
 
-[[noreturn]] void fail(const fs::path& file, const std::string& reason)
+[[noreturn]] void fail(const std::string& reason)
 {
-    throw WorkError{"cannot read the image " + file.string() + ": " + reason};
+    throw ImageProblem{reason};
 }
 
 // The file as it is stored: all channels, and where its pixels stand in the whole picture.
@@ -39,17 +36,17 @@ void checkReadable(const fs::path& file)
 {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
-    if (error) fail(file, error.message());
-    if (fs::is_directory(status)) fail(file, "it is a folder");
+    if (error) fail(error.message());
+    if (fs::is_directory(status)) fail("it is a folder");
     std::ifstream stream(file, std::ios::binary);
-    if (!stream) fail(file, std::generic_category().message(errno));
+    if (!stream) fail(std::generic_category().message(errno));
     std::uint8_t first = 0;
-    if (!stream.read(reinterpret_cast<char*>(&first), 1)) fail(file, "the file is empty");
+    if (!stream.read(reinterpret_cast<char*>(&first), 1)) fail("the file is empty");
     if (first != 0x89) return;
     std::vector<std::uint8_t> bytes{first};
     bytes.insert(bytes.end(), std::istreambuf_iterator<char>(stream), {});
     const std::string damage = findPngDamage(bytes);
-    if (!damage.empty()) fail(file, damage);
+    if (!damage.empty()) fail(damage);
 }
 
 StoredImage readStored(const fs::path& file)
@@ -58,24 +55,24 @@ StoredImage readStored(const fs::path& file)
     OIIO::ImageSpec wishes;
     wishes.attribute("oiio:UnassociatedAlpha", 1);
     const auto input = OIIO::ImageInput::open(file.string(), &wishes);
-    if (!input) fail(file, firstLine(OIIO::geterror(), "no image format takes it"));
+    if (!input) fail(firstLine(OIIO::geterror(), "no image format takes it"));
 
     StoredImage stored;
     stored.spec = input->spec();
     const OIIO::ImageSpec& spec = stored.spec;
-    if (spec.deep) fail(file, "deep images are not supported");
+    if (spec.deep) fail("deep images are not supported");
     const std::int64_t pixels = static_cast<std::int64_t>(spec.width) * spec.height;
     const std::int64_t wholePixels = static_cast<std::int64_t>(spec.full_width) * spec.full_height;
-    if (spec.nchannels < 1 || pixels < 1 || wholePixels < 1) fail(file, "it holds no pixels");
+    if (spec.nchannels < 1 || pixels < 1 || wholePixels < 1) fail("it holds no pixels");
     if (std::max(pixels, wholePixels) > kMaxPixels || spec.depth > 1)
-        fail(file, "it is too large (" + std::to_string(spec.full_width) + " x " +
-                       std::to_string(spec.full_height) + " pixels)");
+        fail("it is too large (" + std::to_string(spec.full_width) + " x " +
+             std::to_string(spec.full_height) + " pixels)");
 
     stored.values.resize(static_cast<std::size_t>(pixels) * static_cast<std::size_t>(spec.nchannels));
     const bool read = input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT, stored.values.data());
     // Some formats fill the rest of a file that is cut short and say so in a message alone.
     const std::string message = input->geterror();
-    if (!read || !message.empty()) fail(file, firstLine(message, "the file is cut short or damaged"));
+    if (!read || !message.empty()) fail(firstLine(message, "the file is cut short or damaged"));
     stored.straightAlpha = spec.get_int_attribute("oiio:UnassociatedAlpha") != 0;
     return stored;
 }
@@ -170,14 +167,10 @@ Image wholePicture(const StoredImage& stored, ColorSpace colorSpace, AlphaKind a
 
 } // namespace
 
-Image readImage(const fs::path& file, ColorSpace colorSpace, AlphaKind alpha)
+Image decodeImage(const fs::path& file, ColorSpace colorSpace, AlphaKind alpha)
 {
     checkReadable(file);
-    try {
-        return wholePicture(readStored(file), colorSpace, alpha);
-    } catch (const std::bad_alloc&) {
-        fail(file, "there is not enough memory for it");
-    }
+    return wholePicture(readStored(file), colorSpace, alpha);
 }
 
 } // namespace ombrix

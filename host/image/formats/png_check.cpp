@@ -1,4 +1,4 @@
-#include "host/image/png_check.h"
+#include "host/image/formats/png_check.h"
 
 #include <algorithm>
 #include <array>
