@@ -5,6 +5,9 @@
 #include "loaded_library.h"
 
 #include "host/params/host_parameters.h"
+#include "support/host_doubles.h"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>

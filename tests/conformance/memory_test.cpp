@@ -1,11 +1,13 @@
 // What the library leaves behind, and what it does when memory is short.
 
+#include "kind_life.h"
 #include "loaded_library.h"
 #include "support/heap_hooks.h"
 
 #include <ombrix/exception_msg.h>
 
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -15,6 +17,28 @@ using namespace OUtils;
 std::int64_t liveBlocks()
 {
     return ombrix::allocationCounters().liveBlocks;
+}
+
+// What an instance shows that is made, connected, rendered and deleted.
+std::string liveOnce(PluginDesc* desc)
+{
+    KindLife life(desc);
+    static_cast<Plugin*>(life.base())->setPluginName("an instance");
+    life.connectAll(0.5f);
+    return life.render(ordinaryPoints(nullptr));
+}
+
+// Everything that a host does with a library between opening and closing it.
+void useLibrary(PluginLibDesc& library)
+{
+    AcceptingHost host;
+    const auto descriptors = support::descriptorsOf(library);
+    for (PluginDesc* desc : descriptors)
+        desc->registerPlugin(&host);
+    for (PluginDesc* desc : descriptors)
+        liveOnce(desc);
+    for (PluginDesc* desc : descriptors)
+        desc->unregisterPlugin(&host);
 }
 
 TEST(LibraryMemory, NothingIsLeftBehindByLoadingAndUnloading)
@@ -58,12 +82,16 @@ TEST(LibraryMemory, WorksOnAHeapThatIsNotMalloc)
     EXPECT_EQ(support::ArenaHeap::live, 0);
 }
 
-// Refuses one allocation, counted from 0.
+// How long memory is short: for one allocation, or for all that follow too.
+enum class Shortage { One, AllFromThere };
+
+// Refuses an allocation, counted from 0.
 class RefusingHeap {
 public:
-    explicit RefusingHeap(int refused) : previous(ombrix::setAllocatorHooks(hooks()))
+    RefusingHeap(int refused, Shortage length) : previous(ombrix::setAllocatorHooks(hooks()))
     {
         remaining = refused;
+        shortage = length;
         reached = false;
     }
     RefusingHeap(const RefusingHeap&) = delete;
@@ -77,47 +105,76 @@ private:
     {
         ombrix::AllocatorHooks refusing = ombrix::defaultAllocatorHooks();
         refusing.alloc = alloc;
+        refusing.realloc = realloc;
         return refusing;
     }
-    static void* alloc(std::size_t size)
+    static bool refuses()
     {
-        if (remaining-- != 0) return std::malloc(size);
-        reached = true;
-        return nullptr;
+        const int place = remaining--;
+        const bool refused = place == 0 || (place < 0 && shortage == Shortage::AllFromThere);
+        reached = reached || refused;
+        return refused;
+    }
+    static void* alloc(std::size_t size) { return refuses() ? nullptr : std::malloc(size); }
+    static void* realloc(void* block, std::size_t size)
+    {
+        return refuses() ? nullptr : std::realloc(block, size);
     }
 
     static inline int remaining = 0;
+    static inline Shortage shortage = Shortage::One;
     ombrix::AllocatorHooks previous;
 };
 
-// Makes, names and deletes an instance; whatever it meets on the way, the host can go on.
-void makeAndDelete(PluginDesc* desc)
+// Takes a step that may meet the shortage. False when it was left by the message of an allocation.
+template <class Step>
+bool survives(Step step)
 {
-    PluginBase* plugin = nullptr;
     try {
-        plugin = desc->newPlugin(nullptr);
-        if (plugin) static_cast<Plugin*>(plugin)->setPluginName("named");
+        step();
     } catch (const ExceptionMsg& message) {
         EXPECT_EQ(std::string(message.what()).rfind("Memory allocation failure; ", 0), 0u) << message.what();
+        return false;
     }
-    desc->deletePlugin(plugin);
+    return true;
 }
 
-TEST(LibraryMemory, AnyAllocationOfANewInstanceMayFail)
+// A whole life in which an allocation fails, led on as far as a host does. The same instance then renders
+// as if nothing had been.
+void liveShort(PluginDesc* desc, int refused, Shortage shortage, const std::string& expected)
+{
+    const std::vector<ShadedPoint> points = ordinaryPoints(nullptr);
+    std::unique_ptr<KindLife> life;
+    {
+        const RefusingHeap heap(refused, shortage);
+        if (!survives([&] { life = std::make_unique<KindLife>(desc); }) || !life->made()) return;
+        survives([&] { static_cast<Plugin*>(life->base())->setPluginName("an instance"); });
+        survives([&] { life->connectAll(0.5f); });
+        if (survives([&] { life->begin(); })) {
+            if (survives([&] { life->life()->frameBegin(&life->renderer); })) life->evaluations(points);
+            life->life()->frameEnd(&life->renderer);
+        }
+        life->end();
+    }
+    life->connectAll(0.5f);
+    EXPECT_EQ(life->render(points), expected);
+}
+
+TEST(LibraryMemory, AnyAllocationOfALifeMayFail)
 {
     LoadedLibrary library;
     for (PluginDesc* desc : support::descriptorsOf(library.desc())) {
-        makeAndDelete(desc);
+        const std::string expected = liveOnce(desc);
         const std::int64_t before = liveBlocks();
-        bool reached = true;
-        for (int refused = 0; reached; ++refused) {
-            {
-                RefusingHeap heap(refused);
-                makeAndDelete(desc);
+        for (Shortage shortage : {Shortage::One, Shortage::AllFromThere}) {
+            bool reached = true;
+            for (int refused = 0; reached; ++refused) {
+                liveShort(desc, refused, shortage, expected);
                 reached = RefusingHeap::reached;
+                EXPECT_EQ(liveBlocks(), before) << desc->getName() << ", allocation " << refused;
             }
-            EXPECT_EQ(liveBlocks(), before) << desc->getName() << ", allocation " << refused;
         }
+        EXPECT_EQ(liveOnce(desc), expected) << desc->getName();
     }
 }
 
