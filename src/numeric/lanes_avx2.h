@@ -220,6 +220,10 @@ inline Int4 toInt(Double4 a)
     return _mm256_cvttpd_epi32(a.v);
 }
 
+inline Float8 select(Mask8 first, float a, float b)
+{
+    return select(first, Float8(a), Float8(b));
+}
 inline Float8 loadTwice(const float* four)
 {
     return _mm256_broadcast_ps(reinterpret_cast<const __m128*>(four));

@@ -129,6 +129,10 @@ inline Int4 toInt(Double4 a)
     return _mm_unpacklo_epi64(_mm_cvttpd_epi32(a.low.v), _mm_cvttpd_epi32(a.high.v));
 }
 
+inline Float8 select(Mask8 first, float a, float b)
+{
+    return select(first, Float8(a), Float8(b));
+}
 inline Float8 loadTwice(const float* four)
 {
     return {Float4::load(four), Float4::load(four)};

@@ -229,6 +229,11 @@ inline Float4 floatOfBits(Int4 a)
     return _mm_castsi128_ps(a.v);
 }
 
+inline Float4 select(Mask4 first, float a, float b)
+{
+    return select(first, Float4(a), Float4(b));
+}
+
 template <int Lane>
 float lane(Float4 a)
 {

@@ -1,7 +1,6 @@
 #include "kernels/noises/simplex_noise.h"
 
-#include "kernels/noises/simplex_lanes.h"
-#include "kernels/noises/simplex_noise_avx2.h"
+#include "kernels/noises/simplex_body.h"
 #include "numeric/simd_dispatch.h"
 
 #include <cmath>
@@ -9,7 +8,14 @@
 
 namespace nezaiva {
 
+constinit const SimplexKernels simplexBase = kSimplexKernels;
+
 namespace {
+
+const SimplexKernels& kernels()
+{
+    return chosen(simplexBase, simplexAvx2);
+}
 
 constexpr float kSmallestScale = 0.0001f;
 constexpr int kLanes = 4;
@@ -19,28 +25,23 @@ constexpr int kLanes = 4;
 // down: gathered in memory, the registers would have to wait for the stores.
 class OctaveBlock {
 public:
-    void add(float pointX, float pointY)
+    void add(float x, float y)
     {
-        x = pushed(x, pointX);
-        y = pushed(y, pointY);
+        m_x = pushed(m_x, x);
+        m_y = pushed(m_y, y);
     }
-    // The noise of the points added, in their order. To be called once.
-    const float* evaluate(int added)
-    {
-        _mm_store_ps(noise, hasAvx2() ? simplexNoiseFourAvx2(x, y) : simplexFour(x, y));
-        return noise + (kLanes - added);
-    }
+    // The noise of the points, that of the last one in the last lane.
+    void evaluate(float (&noise)[kLanes]) const { Float4(kernels().noiseOfFour(m_x.v, m_y.v)).store(noise); }
 
 private:
-    static __m128 pushed(__m128 lanes, float last)
+    static Float4 pushed(Float4 lanes, float last)
     {
-        const __m128 replaced = _mm_move_ss(lanes, _mm_set_ss(last));
-        return _mm_shuffle_ps(replaced, replaced, _MM_SHUFFLE(0, 3, 2, 1));
+        const Float4 replaced = _mm_move_ss(lanes.v, _mm_set_ss(last));
+        return shuffled<1, 2, 3, 0>(replaced, replaced);
     }
 
-    __m128 x = _mm_setzero_ps();
-    __m128 y = _mm_setzero_ps();
-    alignas(16) float noise[kLanes];
+    Float4 m_x = 0.0f;
+    Float4 m_y = 0.0f;
 };
 
 // powf without the call where every argument gives 1, which the usual parameters often hit.
@@ -101,7 +102,7 @@ int blockLength(std::int64_t remaining)
 
 float simplexNoise(float x, float y)
 {
-    return hasAvx2() ? simplexNoiseAvx2(x, y) : simplexOne(x, y);
+    return kernels().noise(x, y);
 }
 
 float simplexFractal(float x, float y, const SimplexOctaves& octaves)
@@ -124,7 +125,9 @@ float simplexFractal(float x, float y, const SimplexOctaves& octaves)
             x = swapped;
             frequency *= octaves.frequencyRatio;
         }
-        const float* noise = block.evaluate(length);
+        float noises[kLanes];
+        block.evaluate(noises);
+        const float* const noise = noises + (kLanes - length);
         for (int lane = 0; lane < length; ++lane) {
             const float weight = power(base, -amplitude * static_cast<float>(first + lane));
             sum += noise[lane] * amplitude * weight;
@@ -158,7 +161,9 @@ float simplexRidged(float x, float y, const SimplexOctaves& octaves)
             block.add(x + distortion.u(), y + distortion.v());
             frequency *= octaves.frequencyRatio;
         }
-        const float* noise = block.evaluate(length);
+        float noises[kLanes];
+        block.evaluate(noises);
+        const float* const noise = noises + (kLanes - length);
         for (int lane = 0; lane < length; ++lane) {
             const float q = 1.0f - std::fabs(noise[lane]);
             if (first + lane == 0) {
@@ -176,8 +181,7 @@ float simplexRidged(float x, float y, const SimplexOctaves& octaves)
 
 float simplexCellular(float x, float y, float amplitude, float frequency)
 {
-    const float smallest = hasAvx2() ? simplexCellularAvx2(x, y, frequency) : cellularOne(x, y, frequency);
-    return smallest * amplitude;
+    return kernels().nearestFeature(x, y, frequency) * amplitude;
 }
 
 float simplexTexture(float u, float v, const SimplexTextureValues& values)
