@@ -24,10 +24,17 @@
 //   a + b  -  *  /  -a         of integers too, which wrap; they have no /
 //   min(a, b)  max(a, b)       a < b ? a : b  and  a > b ? a : b, so b where either is NaN
 //   abs  sqrt  floor           of floats and doubles; floor keeps -0, NaN and the infinities
+//   truncated(a)               of floats in 0..2^31, and of no others, a without its fraction: sooner than
+//   floor
+//                              where the processor has no instruction for that
+//   narrowed(a)                doubles rounded to float. Not by casts of plain numbers, which g++ 12 drops:
+//                              Double2(double(float(x)), double(float(y))) becomes Double2(x, y)
 //   sumOfLanes(a)              of four floats (0 + 2) + (1 + 3); of two doubles 0 + 1; of twice as many, that
 //                              of lowHalf + highHalf
 //   &  |  ^  ~  <<  >>         of integers; >> keeps the sign, shiftedRightUnsigned(a, bits) brings in zeros
 //   bitsOf(a)  floatOfBits(i)  the bits of floats as integers, and back
+//   keepBits(a, bits)          doubles with the bits that are set in `bits` alone
+//   lowWords(a)                the lower 32 bits of doubles; those of Double2 twice
 //
 // Comparisons give masks. None with a NaN holds but !=, which does.
 //
@@ -39,7 +46,7 @@
 //
 // Conversions and cells. A coordinate that is not finite lies in cell 0 with the fraction 0.
 //
-//   toFloat(a)                 of Int4, Int8, Double4
+//   toFloat(a)                 of Int4, Int8, Double4; of Double2, with 0 in the upper lanes
 //   toDouble(a)                of Float4, Int4
 //   toInt(a)                   truncates; what lies beyond 32 bits, or is NaN, gives the lowest integer
 //   cellIndex(a)               truncates; what lies beyond 32 bits gives the nearest end, what is not finite
@@ -53,7 +60,11 @@
 // Order among four lanes; eight floats keep it in either half.
 //
 //   spread<I>(a)               lane I in all lanes
+//   spreadTwice<I>(a)          lane I of Float4 in all lanes of a Float8
 //   shuffled<A, B, C, D>(a, b) lanes A and B of a, then C and D of b; of floats
+//
+// Lanes are kept in variables and small structs. g++ leaves an array of them in memory, even where a loop
+// over it is unrolled, which costs more than the lanes gain.
 //
 // A kernel `foo` for both instruction sets is four files:
 //
@@ -95,6 +106,20 @@ template <class Lanes>
 using MaskOf = decltype(Lanes() < Lanes());
 template <class Floats>
 using IntOf = decltype(toInt(Floats()));
+
+inline Int4 lowWords(Double2 a)
+{
+    return _mm_shuffle_epi32(_mm_castpd_si128(a.v), _MM_SHUFFLE(2, 0, 2, 0));
+}
+inline Float4 toFloat(Double2 a)
+{
+    return _mm_cvtpd_ps(a.v);
+}
+inline Int4 lowWords(Double4 a)
+{
+    return bitsOf(
+        shuffled<0, 2, 0, 2>(Float4(_mm_castpd_ps(lowHalf(a).v)), Float4(_mm_castpd_ps(highHalf(a).v))));
+}
 
 inline Int4 cellIndex(Double4 a)
 {

@@ -114,6 +114,7 @@ struct Float8 {
     friend Float8 abs(Float8 a) { return _mm256_andnot_ps(_mm256_set1_ps(-0.0f), a.v); }
     friend Float8 sqrt(Float8 a) { return _mm256_sqrt_ps(a.v); }
     friend Float8 floor(Float8 a) { return _mm256_floor_ps(a.v); }
+    friend Float8 truncated(Float8 a) { return _mm256_round_ps(a.v, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC); }
     // The maximum of a NaN and 0 is its second operand.
     friend Float8 fraction(Float8 a) { return max(a - floor(a), 0.0f); }
     friend Float8 finiteOrZero(Float8 a) { return a & (abs(a) <= Float8(kLargestFloat)); }
@@ -192,6 +193,11 @@ struct Double4 {
         const Double4 finite = finiteOrZero(a);
         return finite - floor(finite);
     }
+    friend Double4 narrowed(Double4 a) { return _mm256_cvtps_pd(_mm256_cvtpd_ps(a.v)); }
+    friend Double4 keepBits(Double4 a, std::int64_t bits)
+    {
+        return _mm256_and_pd(a.v, _mm256_castsi256_pd(_mm256_set1_epi64x(bits)));
+    }
     friend Double4 finiteOrZero(Double4 a) { return a & (abs(a) <= Double4(kLargestDouble)); }
 };
 
@@ -238,6 +244,11 @@ template <int Lane>
 Double4 spread(Double4 a)
 {
     return _mm256_permute4x64_pd(a.v, Lane * 0x55);
+}
+template <int Lane>
+Float8 spreadTwice(Float4 a)
+{
+    return _mm256_broadcastss_ps(spread<Lane>(a).v);
 }
 template <int A, int B, int C, int D>
 Float8 shuffled(Float8 first, Float8 second)

@@ -71,7 +71,13 @@ struct Pair {
     friend Pair abs(Pair a) { return {abs(a.low), abs(a.high)}; }
     friend Pair sqrt(Pair a) { return {sqrt(a.low), sqrt(a.high)}; }
     friend Pair floor(Pair a) { return {floor(a.low), floor(a.high)}; }
+    friend Pair truncated(Pair a) { return {truncated(a.low), truncated(a.high)}; }
     friend Pair fraction(Pair a) { return {fraction(a.low), fraction(a.high)}; }
+    friend Pair narrowed(Pair a) { return {narrowed(a.low), narrowed(a.high)}; }
+    friend Pair keepBits(Pair a, std::int64_t bits)
+    {
+        return {keepBits(a.low, bits), keepBits(a.high, bits)};
+    }
     friend Pair finiteOrZero(Pair a) { return {finiteOrZero(a.low), finiteOrZero(a.high)}; }
 
     friend int laneBits(Pair a) { return laneBits(a.low) | laneBits(a.high) << Lanes::kLanes; }
@@ -148,6 +154,11 @@ Double4 spread(Double4 a)
 {
     const Double2 two = spread<Lane % 2>(Lane < 2 ? a.low : a.high);
     return {two, two};
+}
+template <int Lane>
+Float8 spreadTwice(Float4 a)
+{
+    return {spread<Lane>(a), spread<Lane>(a)};
 }
 template <int A, int B, int C, int D>
 Float8 shuffled(Float8 first, Float8 second)

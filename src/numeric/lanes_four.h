@@ -196,6 +196,14 @@ struct Float4 {
         return select(abs(a) < Float4(kWholeFromFloat), whole, a);
 #endif
     }
+    friend Float4 truncated(Float4 a)
+    {
+#ifdef __AVX2__
+        return _mm_round_ps(a.v, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+#else
+        return _mm_cvtepi32_ps(toInt(a).v);
+#endif
+    }
     friend Float4 fraction(Float4 a)
     {
 #ifdef __AVX2__

@@ -82,6 +82,14 @@ struct Double2 {
         const Double2 finite = finiteOrZero(a);
         return finite - floor(finite);
     }
+    friend Double2 narrowed(Double2 a)
+    {
+        return _mm_cvtps_pd(_mm_cvtpd_ps(a.v));
+    }
+    friend Double2 keepBits(Double2 a, std::int64_t bits)
+    {
+        return _mm_and_pd(a.v, _mm_castsi128_pd(_mm_set1_epi64x(bits)));
+    }
     friend Double2 finiteOrZero(Double2 a)
     {
         return a & (abs(a) <= Double2(kLargestDouble));

@@ -75,6 +75,8 @@ void floatRows(const float* a, const float* b, FloatRows& rows)
     floatOfBits(bitsOf(x)).store(rows[row]);
     toFloat(bitsOf(x)).store(rows[row + 1]);
     placeOf(x).fraction.store(rows[row + 2]);
+    truncated(x).store(rows[row + 3]);
+    select(x < 1.0f, 2.0f, 3.0f).store(rows[row + 4]);
 }
 
 template <class Lanes>
@@ -122,7 +124,10 @@ void intRows(const std::int32_t* a, const std::int32_t* b, IntRows& rows)
 template <class Lanes>
 void doubleRows(const double* a, const double* b, DoubleRows& rows)
 {
-    realRows(Lanes::load(a), Lanes::load(b), rows);
+    const Lanes x = Lanes::load(a);
+    const int row = realRows(x, Lanes::load(b), rows);
+    narrowed(x).store(rows[row]);
+    keepBits(x, ~std::int64_t{0xFFFF}).store(rows[row + 1]);
 }
 
 inline void doubleToIntRows(const double* a, IntRows& rows)
@@ -135,6 +140,9 @@ inline void doubleToIntRows(const double* a, IntRows& rows)
     bitsOf(toFloat(toDouble(toFloat(x)))).store(rows[4]);
     toInt(toDouble(toInt(x))).store(rows[5]);
     bitsOf(toFloat(placeOf(x).fraction)).store(rows[6]);
+    lowWords(x).store(rows[7]);
+    lowWords(highHalf(x)).store(rows[8]);
+    bitsOf(toFloat(highHalf(x))).store(rows[9]);
 }
 
 inline void orderRows(const float* a, const float* b, FloatRows& rows)
@@ -156,6 +164,7 @@ inline void orderRows(const float* a, const float* b, FloatRows& rows)
     spread<2>(both).store(rows[8]);
     shuffled<3, 1, 2, 0>(both, Float8(highHalf(both), lowHalf(both))).store(rows[9]);
     loadTwice(a).store(rows[10]);
+    spreadTwice<3>(x).store(rows[11]);
 }
 
 inline void laneSums(const float* floats, const double* doubles, float (&two)[2], double (&alsoTwo)[2])

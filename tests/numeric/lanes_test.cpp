@@ -246,6 +246,10 @@ TEST(Lanes, FloatsBecomeCellsByTheRuleForOneNumber)
                     EXPECT_EQ(std::bit_cast<std::int32_t>(floats[kBehindReals][lane]), bits);
                     EXPECT_EQ(floats[kBehindReals + 1][lane], static_cast<float>(bits));
                     EXPECT_EQ(floats[kBehindReals + 2][lane], plainFraction(a[lane])) << a[lane];
+                    if (a[lane] >= 0.0f && a[lane] < 2147483648.0f) {
+                        EXPECT_EQ(floats[kBehindReals + 3][lane], std::floor(a[lane])) << a[lane];
+                    }
+                    EXPECT_EQ(floats[kBehindReals + 4][lane], a[lane] < 1.0f ? 2.0f : 3.0f) << a[lane];
                 }
             }
 }
@@ -267,15 +271,42 @@ TEST(Lanes, DoublesBecomeCellsByTheRuleForOneNumber)
                 EXPECT_TRUE(sameBits(std::bit_cast<float>(rows[4][lane]), narrow)) << a;
                 EXPECT_EQ(rows[5][lane], plainToInt(a)) << a;
                 EXPECT_EQ(std::bit_cast<float>(rows[6][lane]), static_cast<float>(plainFraction(a))) << a;
+                const auto lowWord = [](double d) {
+                    return static_cast<std::int32_t>(std::bit_cast<std::int64_t>(d));
+                };
+                const double ofHighHalf = operands.a[first + 2 + lane % 2];
+                EXPECT_EQ(rows[7][lane], lowWord(a));
+                EXPECT_EQ(rows[8][lane], lowWord(ofHighHalf));
+                const float expected = lane < 2 ? static_cast<float>(ofHighHalf) : 0.0f;
+                EXPECT_TRUE(sameBits(std::bit_cast<float>(rows[9][lane]), expected)) << ofHighHalf;
             }
         }
+}
+
+TEST(Lanes, DoublesAreNarrowedAndMasked)
+{
+    const Operands<double> operands;
+    constexpr int kBehindReals = 25;
+    for (const LanesUnderTest* set : sets())
+        for (std::size_t first = 0; first < operands.a.size(); first += 4)
+            for (const std::size_t lanes : {2u, 4u}) {
+                DoubleRows rows;
+                (lanes == 2 ? set->doubles2 : set->doubles4)(&operands.a[first], &operands.b[first], rows);
+                for (std::size_t lane = 0; lane < lanes; ++lane) {
+                    const double a = operands.a[first + lane];
+                    const volatile float narrow = static_cast<float>(a);
+                    EXPECT_TRUE(sameBits(rows[kBehindReals][lane], static_cast<double>(narrow))) << a;
+                    const std::int64_t bits = std::bit_cast<std::int64_t>(a) & ~std::int64_t{0xFFFF};
+                    EXPECT_EQ(std::bit_cast<std::int64_t>(rows[kBehindReals + 1][lane]), bits) << a;
+                }
+            }
 }
 
 TEST(Lanes, KeepAndChangeTheirOrder)
 {
     const float a[] = {0, 1, 2, 3};
     const float b[] = {4, 5, 6, 7};
-    constexpr float kExpected[11][8] = {
+    constexpr float kExpected[12][8] = {
         {2, 2, 2, 2},
         {3, 1, 6, 4},
         {0, 1, 2, 3},
@@ -287,11 +318,12 @@ TEST(Lanes, KeepAndChangeTheirOrder)
         {2, 2, 2, 2, 6, 6, 6, 6},
         {3, 1, 6, 4, 7, 5, 2, 0},
         {0, 1, 2, 3, 0, 1, 2, 3},
+        {3, 3, 3, 3, 3, 3, 3, 3},
     };
     for (const LanesUnderTest* set : sets()) {
         FloatRows rows;
         set->order(a, b, rows);
-        for (int row = 0; row < 11; ++row)
+        for (int row = 0; row < 12; ++row)
             for (int lane = 0; lane < (row < 8 ? 4 : 8); ++lane)
                 EXPECT_EQ(rows[row][lane], kExpected[row][lane]) << row << ", " << lane;
     }

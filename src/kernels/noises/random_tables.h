@@ -16,6 +16,11 @@ constexpr int kLatticeCells = 32;                   // cells of the periodic lat
 constexpr int kLatticeSide = kLatticeCells + 2;     // with the wrapped neighbour on either side
 constexpr int kLatticeRowStride = kLatticeSide + 2; // reads of four floats end within the row
 
+// Where time is an axis of the lattice, a random number r and the value v of a grid point give the fraction
+// of (r + 1) * kAnimationRange * (v + 2); the unit of time has as many steps as its period, up to a limit.
+constexpr float kAnimationRange = 21568.16f;
+constexpr std::int32_t kLargestTimePeriod = 60000;
+
 // One random table with the layouts that the lattice noises read. Position p + 1 of an axis holds
 // grid position p & 31, for p from -1 to 32; the rest of a row is zero.
 struct NoiseTables {
