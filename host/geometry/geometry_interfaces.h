@@ -14,7 +14,8 @@ inline constexpr OUtils::InterfaceId kMapChannelSourceId = 0x4F4D4202;
 // A plugin that is a triangle mesh. Valid between frameBegin and frameEnd.
 class MeshGeometryInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kMeshGeometryId; }
+    static constexpr OUtils::InterfaceId kId = kMeshGeometryId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Null when there is nothing to show.
     virtual const MeshData* getMesh() = 0;
@@ -23,7 +24,8 @@ public:
 // A plugin that gives a mesh a further mapping channel.
 class MapChannelSourceInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kMapChannelSourceId; }
+    static constexpr OUtils::InterfaceId kId = kMapChannelSourceId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // The channel at a time for a mesh whose triangles are known. Returns what is wrong, or an empty text.
     virtual std::string makeChannel(const MeshData& mesh, double time, MapChannel* result) = 0;

@@ -25,7 +25,8 @@ inline constexpr OUtils::InterfaceId kSurfaceLightingId = 0x4F4D4207;
 // What is instanced.
 class SceneNodeInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kSceneNodeId; }
+    static constexpr OUtils::InterfaceId kId = kSceneNodeId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     virtual bool isVisible() = 0;
     virtual const MeshData* getMesh() = 0;                // null: nothing to show
@@ -38,7 +39,8 @@ public:
 // through.
 class SurfaceMaterialInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kSurfaceMaterialId; }
+    static constexpr OUtils::InterfaceId kId = kSurfaceMaterialId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Whether no point of it lets anything through.
     virtual bool isOpaque() = 0;
@@ -55,7 +57,8 @@ struct SurfaceSample {
 // surfaces unlit.
 class SurfaceLightingInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kSurfaceLightingId; }
+    static constexpr OUtils::InterfaceId kId = kSurfaceLightingId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Fills the record with what leaves the context's point towards the eye. Call on the context's thread.
     virtual void shadeSurface(const OUtils::OmbrixContext& context, const SurfaceSample& surface,
@@ -80,7 +83,8 @@ struct LightDescription {
 
 class SceneLightInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kSceneLightId; }
+    static constexpr OUtils::InterfaceId kId = kSceneLightId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     virtual LightDescription describe() = 0;
 };
@@ -94,7 +98,8 @@ struct CameraPose {
 
 class SceneCameraInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kSceneCameraId; }
+    static constexpr OUtils::InterfaceId kId = kSceneCameraId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Evenly spread over the shutter interval; at least one.
     virtual std::span<const CameraPose> getPoses() = 0;

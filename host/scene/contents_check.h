@@ -20,7 +20,8 @@ struct ContentsProblem {
 // a probe. What is wrong then is an error of the file.
 class ContentsCheckInterface : public OUtils::PluginInterface {
 public:
-    OUtils::InterfaceId getInterfaceID() override { return kContentsCheckId; }
+    static constexpr OUtils::InterfaceId kId = kContentsCheckId;
+    OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // The first thing that is wrong with the written values at any time. Throws WorkError when a file that
     // they name cannot be read.

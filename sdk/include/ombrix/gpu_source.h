@@ -52,7 +52,8 @@ public:
 
 class RTTexInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_RTTEX; }
+    static constexpr InterfaceId kId = EXT_RTTEX;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_RTTEX"; }
 
     virtual int reservedOperation1() { return 0; }

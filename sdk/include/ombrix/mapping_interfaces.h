@@ -11,7 +11,8 @@ namespace OUtils {
 // Channel -1 is the lowest one that the surface has. Name ids come from MapChannelNames.
 class MappedSurface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_MAPPED_SURFACE; }
+    static constexpr InterfaceId kId = EXT_MAPPED_SURFACE;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_MAPPED_SURFACE"; }
 
     // The affine map from the position relative to the context's referencePoint to UVW. Returns
@@ -32,7 +33,8 @@ public:
 // A surface that can tell the point of its reference pose.
 class ReferencedSurface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_REFERENCED_SURFACE; }
+    static constexpr InterfaceId kId = EXT_REFERENCED_SURFACE;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_REFERENCED_SURFACE"; }
 
     // Returns non-zero when the surface has a reference pose, else 0 with the result untouched.
@@ -43,7 +45,8 @@ public:
 // delivered in either case.
 class UVWGenInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_UVWGEN; }
+    static constexpr InterfaceId kId = EXT_UVWGEN;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_UVWGEN"; }
 
     // Writes result->uvw alone.

@@ -27,7 +27,8 @@ class BSDFSampler;
 
 class MaterialInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_MATERIAL; }
+    static constexpr InterfaceId kId = EXT_MATERIAL;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_MATERIAL"; }
 
     virtual void shade(ShadeRequest& request, const OmbrixContext& context) = 0;
@@ -35,7 +36,8 @@ public:
 
 class BSDFInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_BSDF; }
+    static constexpr InterfaceId kId = EXT_BSDF;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_BSDF"; }
 
     // A sampler for this point, owned by the material and given back to it on the same thread before

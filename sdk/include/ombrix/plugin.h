@@ -54,7 +54,8 @@ public:
         paramList = nullptr;
     }
 
-    InterfaceId getInterfaceID() override { return EXT_OMBRIX_PLUGIN; }
+    static constexpr InterfaceId kId = EXT_OMBRIX_PLUGIN;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_OMBRIX_PLUGIN"; }
 
     virtual void renderBegin(OmbrixRenderer* /*renderer*/) {}

@@ -17,6 +17,7 @@ public:
     PluginInterface& operator=(const PluginInterface&) = delete;
 
     virtual ~PluginInterface() = default;
+    // The class's constant kId.
     virtual InterfaceId getInterfaceID() = 0;
     // The object that holds this interface; may be null for an interface that stands alone.
     virtual PluginBase* getPlugin() = 0;
@@ -96,6 +97,14 @@ private:
 inline void PluginInterface::releaseInterface()
 {
     if (PluginBase* holder = getPlugin()) holder->releaseInterface(this);
+}
+
+// The interface of a plugin, or null: there is no plugin, or it lacks the interface. Interface has its id as
+// kId.
+template <class Interface>
+Interface* find(PluginBase* plugin)
+{
+    return plugin ? static_cast<Interface*>(plugin->getInterface(Interface::kId)) : nullptr;
 }
 
 } // namespace OUtils

@@ -81,7 +81,8 @@ struct SequenceData {
 // the interface. It has no EXT name.
 class UnitSettings : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return kColorSpaceSettingsId; }
+    static constexpr InterfaceId kId = kColorSpaceSettingsId;
+    InterfaceId getInterfaceID() override { return kId; }
 
     // Index of the colour space in which temperatures are given; 1 when the scene names none.
     virtual int getColorSpace() = 0;

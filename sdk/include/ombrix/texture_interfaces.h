@@ -10,7 +10,8 @@ namespace OUtils {
 
 class TextureInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_TEXTURE; }
+    static constexpr InterfaceId kId = EXT_TEXTURE;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_TEXTURE"; }
 
     // Writes the colour at the context's point and returns result.
@@ -27,7 +28,8 @@ public:
 
 class TextureFloatInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_TEXTURE_FLOAT; }
+    static constexpr InterfaceId kId = EXT_TEXTURE_FLOAT;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_TEXTURE_FLOAT"; }
 
     virtual float evalFloat(const OmbrixContext& context) = 0;
@@ -41,7 +43,8 @@ public:
 
 class TextureIntInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_TEXTURE_INT; }
+    static constexpr InterfaceId kId = EXT_TEXTURE_INT;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_TEXTURE_INT"; }
 
     virtual int evalInt(const OmbrixContext& context) = 0;
@@ -49,7 +52,8 @@ public:
 
 class TextureTransformInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_TEXTURE_TRANSFORM; }
+    static constexpr InterfaceId kId = EXT_TEXTURE_TRANSFORM;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_TEXTURE_TRANSFORM"; }
 
     virtual void evalTransform(Transform* result, const OmbrixContext& context) = 0;
@@ -57,7 +61,8 @@ public:
 
 class TextureVectorInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_TEXTURE_VECTOR; }
+    static constexpr InterfaceId kId = EXT_TEXTURE_VECTOR;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_TEXTURE_VECTOR"; }
 
     virtual void evalVector(Vector* result, const OmbrixContext& context) = 0;

@@ -10,7 +10,8 @@ namespace OUtils {
 // An object that stands somewhere: an instance of a geometry, or a bare transform.
 class WorldMatrixInterface : public PluginInterface {
 public:
-    InterfaceId getInterfaceID() override { return EXT_WORLD_MATRIX; }
+    static constexpr InterfaceId kId = EXT_WORLD_MATRIX;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_WORLD_MATRIX"; }
 
     // The object's local-to-world transform at the context's time, relative to the scene origin as the

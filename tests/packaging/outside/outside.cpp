@@ -5,22 +5,20 @@ using namespace OUtils;
 
 namespace {
 
-class OutsideParams : public OmbrixParameterListDesc {
-public:
-    OutsideParams()
-    {
-        addParamColor("color", Color{0.25f, 0.5f, 0.75f}, -1, "The color", nullptr);
-        addParamFloat("gain", 2.0f, -1, "What the color is multiplied by", nullptr);
-    }
-};
-
 class OutsideTexture : public OmbrixTexture {
 public:
-    explicit OutsideTexture(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
+    using OmbrixTexture::OmbrixTexture;
+
+    static constexpr Identity kIdentity{
+        990000001, "OutsideTexture", "A color times a number [gpuSupport=(none)]", {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("color", &color);
-        paramList->setParamCache("gain", &gain);
+        p("color", &OutsideTexture::color, Color{0.25f, 0.5f, 0.75f}, "The color");
+        p("gain", &OutsideTexture::gain, 2.0f, "What the color is multiplied by");
     }
+
     AColor* evalColor(AColor* result, const OmbrixContext& /*context*/) override
     {
         *result = {color.r * gain, color.g * gain, color.b * gain, 1.0f};
@@ -36,30 +34,6 @@ private:
     float gain = 0.0f;
 };
 
-class OutsideDesc : public OmbrixPluginDesc {
-public:
-    OutsideDesc() { parameterDesc = &parameters; }
-    PluginId getPluginID() override { return 990000001; }
-    PluginBase* newPlugin(OmbrixPluginHost* /*host*/) override { return new OutsideTexture(this); }
-    void deletePlugin(PluginBase* plugin) override { delete plugin; }
-    int supportsInterface(InterfaceId id) override { return id == EXT_OMBRIX_PLUGIN || id == EXT_TEXTURE; }
-    const char* getName() override { return "OutsideTexture"; }
-    void registerPlugin(OmbrixPluginHost* host) override
-    {
-        if (!host) return;
-        host->addPlugin(this);
-        parameters.registerParameters(host, this);
-    }
-    void unregisterPlugin(OmbrixPluginHost* host) override
-    {
-        if (host) host->removePlugin(this);
-    }
-    const char* getDescription() override { return "A color times a number [gpuSupport=(none)]"; }
-
-private:
-    OutsideParams parameters;
-};
-
 class OutsideLibrary : public PluginLibDesc {
 public:
     const char* getName() override { return "outside"; }
@@ -71,7 +45,7 @@ public:
     }
 
 private:
-    OutsideDesc desc;
+    PluginKindDesc<OutsideTexture> desc;
 };
 
 } // namespace
