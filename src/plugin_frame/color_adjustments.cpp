@@ -2,16 +2,9 @@
 
 #include "plugin_frame/common_texture.h"
 
-#include <ombrix/gpu_source.h>
-
 namespace nezaiva {
 
 namespace {
-
-constexpr int kMultiplyColorsOperator = -980;
-constexpr int kAddColorsOperator = -979;
-constexpr int kMultiplyAlphasOperator = -982;
-constexpr int kAddAlphasOperator = -981;
 
 // The parameters are read from the list, where a plain value shows as such.
 class ParameterReader {
@@ -28,7 +21,7 @@ public:
             if (type == ParameterType::Color) color.a = 1.0f;
             return color;
         }
-        auto* texture = static_cast<TextureInterface*>(interfaceOf(parameter, EXT_TEXTURE));
+        auto* texture = interfaceOf<TextureInterface>(parameter);
         if (!texture) return kNoUVWColor;
         AColor lower{0.0f, 0.0f, 0.0f, 1.0f};
         AColor upper{1.0f, 1.0f, 1.0f, 1.0f};
@@ -42,15 +35,15 @@ public:
     PluginInterface* sourceOf(const char* name) const
     {
         OmbrixPluginParameter* parameter = owner.getParameter(name);
-        return parameter ? interfaceOf(parameter, EXT_RTTEX) : nullptr;
+        return parameter ? interfaceOf<RTTexInterface>(parameter) : nullptr;
     }
 
 private:
-    PluginInterface* interfaceOf(OmbrixPluginParameter* parameter, InterfaceId id) const
+    template <class Interface>
+    Interface* interfaceOf(OmbrixPluginParameter* parameter) const
     {
         if (parameter->getType() != ParameterType::Plugin) return nullptr;
-        PluginBase* plugin = parameter->getPlugin(-1, time);
-        return plugin ? plugin->getInterface(id) : nullptr;
+        return find<Interface>(parameter->getPlugin(-1, time));
     }
 
     OmbrixPluginInterface& owner;
@@ -59,36 +52,34 @@ private:
 
 } // namespace
 
-int CommonTexture::writeColorAdjustments(const char* descriptor, ShaderSource& source, OCLData& data)
+int CommonTexture::writeColorAdjustments(SourceText& text)
 {
     const ParameterReader parameters(*this, frameTime);
-    const AColor fallback = parameters.noUVWColor("nouvw_color");
-    source.printf("color %f %f %f %f\n", static_cast<double>(fallback.r), static_cast<double>(fallback.g),
-                  static_cast<double>(fallback.b), static_cast<double>(fallback.a));
+    text.color(parameters.noUVWColor("nouvw_color"));
 
     const auto writeFlags = [&] {
-        if (invert) source.append("invert_color\n");
-        if (invert_alpha) source.append("invert_alpha\n");
-        if (alpha_from_intensity) source.printf("alpha_from_intensity %i\n", alpha_from_intensity);
+        if (invert) text.line("invert_color\n");
+        if (invert_alpha) text.line("invert_alpha\n");
+        if (alpha_from_intensity) text.source.printf("alpha_from_intensity %i\n", alpha_from_intensity);
     };
-    const auto writeGain = [&](const char* name, int operation) {
+    const auto writeGain = [&](const char* name, GpuOperator operation) {
         PluginInterface* texture = parameters.sourceOf(name);
         if (!texture) return;
-        source.append("subtex\n");
-        RTTexInterface::getRTTexSource(texture, "", "", descriptor, source, data);
-        source.append("subtex\n");
-        source.printf("bitmap %i\n", operation);
+        text.endSlot();
+        text.input(texture, "", "");
+        text.endSlot();
+        text.op(operation);
     };
 
     // The two modes differ in the order of inversion and gain.
     if (compatibility_with == kCompatibleWithMaya) {
-        source.append("compatibility_with 1\n");
+        text.line("compatibility_with 1\n");
         writeFlags();
     }
-    writeGain("color_mult", kMultiplyColorsOperator);
-    writeGain("color_offset", kAddColorsOperator);
-    writeGain("alpha_mult", kMultiplyAlphasOperator);
-    writeGain("alpha_offset", kAddAlphasOperator);
+    writeGain("color_mult", GpuOperator::MultiplyColors);
+    writeGain("color_offset", GpuOperator::AddColors);
+    writeGain("alpha_mult", GpuOperator::MultiplyAlphas);
+    writeGain("alpha_offset", GpuOperator::AddAlphas);
     if (compatibility_with == kCompatibleWithMax) writeFlags();
     return 1;
 }

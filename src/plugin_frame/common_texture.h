@@ -2,11 +2,12 @@
 // textures stand; and OmbrixCachedTexture, the memo alone.
 #pragma once
 
+#include "kernels/color/post_process.h"
 #include "plugin_frame/common_texture_outputs.h"
 #include "plugin_frame/noise_interface.h"
 #include "plugin_frame/thread_memo.h"
 
-#include <ombrix/plugin.h>
+#include <ombrix/plugin_kind.h>
 
 namespace nezaiva {
 
@@ -17,34 +18,17 @@ enum BaseFlags : std::uint32_t {
     kDeclaresWrap = 8, // declares and caches wrap; otherwise wrap is 1
 };
 
-// compatibility_with: whose order of post-processing a texture follows. Other values follow neither.
-enum CompatibilityWith : int {
-    kCompatibleWithMax = 0,
-    kCompatibleWithMaya = 1,
-};
-
-enum AlphaFromIntensity : int {
-    kAlphaFromBitmap = 0,
-    kAlphaFromIntensity = 1,
-    kAlphaOpaque = 2,
-};
-
 // What a texture shows where it has no coordinates and nouvw_color is not connected.
 inline constexpr AColor kNoUVWColor{0.5f, 0.5f, 0.5f, 1.0f};
 
-class CommonTextureParams : public OmbrixParameterListDesc {
-public:
-    CommonTextureParams();
-
-    // Indices of the parameters, for CommonTexture's constructor.
-    int compatibility_with, alpha_from_intensity, invert, invert_alpha, color_mult, color_offset, alpha_mult,
-        alpha_offset, nouvw_color;
-};
-
 class CommonTexture : public OmbrixTexture {
 public:
-    // desc's parameterDesc is a CommonTextureParams. flags: BaseFlags.
+    // flags: BaseFlags.
     CommonTexture(OmbrixPluginDesc* desc, std::uint32_t flags);
+
+    // The parameters that all common textures begin with; a kind's own follow.
+    template <class Table>
+    static void parameters(Table& p);
 
     void renderBegin(OmbrixRenderer* renderer) override;
     void renderEnd(OmbrixRenderer* renderer) override;
@@ -61,23 +45,26 @@ public:
 
 protected:
     // Appends the colour adjustments that close the source of a mapped texture; returns 1.
-    int writeColorAdjustments(const char* descriptor, ShaderSource& source, OCLData& data);
+    int writeColorAdjustments(SourceText& text);
 
-    // nouvw_color at the context as it stands, or kNoUVWColor.
-    AColor noUVWColor(const OmbrixContext& context) const;
+    // The gains at the context, in memory of the caller's.
+    struct GainValues {
+        AColor mult, offset;
+        float alphaMult, alphaOffset;
+    };
+    ColorGains gainsAt(const OmbrixContext& context, GainValues& values) const;
 
     CommonTransparencyTex transparencyOutput;
     CommonAlphaTex alphaOutput;
     CommonIntensTex intensityOutput;
 
-    TextureInterface* color_mult = nullptr;
-    TextureInterface* color_offset = nullptr;
-    TextureFloatInterface* alpha_mult = nullptr;
-    TextureFloatInterface* alpha_offset = nullptr;
+    // Unset, these four have no effect.
+    ColorInput color_mult, color_offset;
+    FloatInput alpha_mult, alpha_offset;
     int alpha_from_intensity = 0;
     int invert = 0;
     int invert_alpha = 0;
-    TextureInterface* nouvw_color = nullptr;
+    ColorInput nouvw_color;
     TexCacheTable memo;
     int compatibility_with = 0;
     const std::uint32_t baseFlags;
@@ -87,9 +74,46 @@ protected:
 private:
     // Whether the post-processing does anything.
     bool isAdjusted() const;
-    void postProcess(AColor& color, const OmbrixContext& context) const;
-    void invertChannels(AColor& color) const;
+    AColor finished(const AColor& color, const OmbrixContext& context) const;
 };
+
+template <class Table>
+void CommonTexture::parameters(Table& p)
+{
+    auto&& common = p.byIndex();
+    common("compatibility_with", &CommonTexture::compatibility_with, 0,
+           "This is used to differentiate between textures exported from different applications. The value "
+           "means : 0 - 3ds Max (this is also the default), 1 - Maya, ...",
+           "enum=(0:Max;1:Maya); startRollout=(Common), gpuSupport=(full)");
+    common("alpha_from_intensity", &CommonTexture::alpha_from_intensity, 0,
+           "If 2 - the alpha is forced to 1.0f; 1 - the resulting alpha is the color intensity (if "
+           "compatibility_with is 0) or the color luminance (if compatibility_with is 1); 0 - the alpha is "
+           "taken from the bitmap alpha",
+           "enum=(0:Bitmap alpha;1:Color intensity/luminance;2:Force opaque), gpuSupport=(full)");
+    common("invert", &CommonTexture::invert, false,
+           "If true, the resulting texture color will be inverted (complementary)", "gpuSupport=(full)");
+    common("invert_alpha", &CommonTexture::invert_alpha, true,
+           "If true and invert is on, the resulting texture alpha will be inverted too. If false, just the "
+           "color will be inverted",
+           "enable=(::invert=1), gpuSupport=(none)");
+    common("color_mult", &CommonTexture::color_mult, AColor{1.0f, 1.0f, 1.0f, 1.0f},
+           "A multiplier for the texture color", "gpuSupport=(full)");
+    common("color_offset", &CommonTexture::color_offset, AColor{},
+           "An additional offset for the texture color", "gpuSupport=(full)");
+    common("alpha_mult", &CommonTexture::alpha_mult, 1.0f, "A multiplier for the texture alpha",
+           "gpuSupport=(full)");
+    common("alpha_offset", &CommonTexture::alpha_offset, 0.0f, "An additional offset for the texture alpha",
+           "gpuSupport=(full)");
+    common("nouvw_color", &CommonTexture::nouvw_color, kNoUVWColor,
+           "The color when there are no valid uvw coordinates",
+           "displayName=(No UVs Color), gpuSupport=(partial)");
+    common.output("color", itself, "The resulting color", "gpuSupport=(none)");
+    common.output("out_transparency", &CommonTexture::transparencyOutput, "The resulting transparency",
+                  "gpuSupport=(none)");
+    common.output("out_alpha", &CommonTexture::alphaOutput, "The resulting alpha", "gpuSupport=(none)");
+    common.output("out_intensity", &CommonTexture::intensityOutput, "The resulting intensity",
+                  "startRollout=(<EndRollout>), gpuSupport=(none)");
+}
 
 // A texture with the memo and no post-processing.
 class OmbrixCachedTexture : public OmbrixTexture {

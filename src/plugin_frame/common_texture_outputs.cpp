@@ -1,20 +1,8 @@
 #include "plugin_frame/common_texture_outputs.h"
 
-#include "plugin_frame/gpu_text.h"
+#include "kernels/color/brightness.h"
 
 namespace nezaiva {
-
-namespace {
-constexpr int kAlphaAsColorOperator = -974;
-constexpr int kColorMatrixOperator = -999;
-} // namespace
-
-PluginInterface* CommonTransparencyTex::getInterface(InterfaceId id)
-{
-    if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-    if (id == EXT_TEXTURE) return static_cast<TextureInterface*>(this);
-    return PluginBase::getInterface(id);
-}
 
 AColor* CommonTransparencyTex::evalColor(AColor* result, const OmbrixContext& context)
 {
@@ -38,25 +26,15 @@ AColor* CommonTransparencyTex::evalColorGradient(AColor* result, const OmbrixCon
     return result;
 }
 
-int CommonTransparencyTex::getSource(const char* name, const char* tag, const char* descriptor,
-                                     ShaderSource& source, OCLData& data)
+int CommonTransparencyTex::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor)) return 0;
-    RTTexInterface::getRTTexSource(parent, name, tag, descriptor, source, data);
-    source.append("subtex\n");
-    source.printf("bitmap %i\n", kAlphaAsColorOperator);
-    source.append("subtex\n");
-    source.printf("%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f\n", 1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0,
-                  0.0, 0.0);
-    source.printf("bitmap %i\n", kColorMatrixOperator);
+    text.slot(parent);
+    text.op(GpuOperator::AlphaAsColor);
+    text.endSlot();
+    // Kept as is: the operands of the matrix stand without the word that names them.
+    text.bareOperands({1.0f});
+    text.op(GpuOperator::ColorMatrix);
     return 1;
-}
-
-PluginInterface* CommonAlphaTex::getInterface(InterfaceId id)
-{
-    if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-    if (id == EXT_TEXTURE_FLOAT) return static_cast<TextureFloatInterface*>(this);
-    return PluginBase::getInterface(id);
 }
 
 float CommonAlphaTex::evalFloat(const OmbrixContext& context)
@@ -74,24 +52,14 @@ void CommonAlphaTex::evalFloatBounds(float* lower, float* upper)
     *upper = colorUpper.a;
 }
 
-int CommonAlphaTex::getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                              OCLData& data)
+int CommonAlphaTex::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor)) return 0;
     if (parent)
-        RTTexInterface::getRTTexSource(parent, name, tag, descriptor, source, data);
+        text.slot(parent);
     else
-        source.append("color 0.0 0.0 0.0 1.0\n");
-    source.append("subtex\n");
-    source.printf("bitmap %i\n", kAlphaAsColorOperator);
+        text.line("color 0.0 0.0 0.0 1.0\nsubtex\n");
+    text.op(GpuOperator::AlphaAsColor);
     return 1;
-}
-
-PluginInterface* CommonIntensTex::getInterface(InterfaceId id)
-{
-    if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-    if (id == EXT_TEXTURE_FLOAT) return static_cast<TextureFloatInterface*>(this);
-    return PluginBase::getInterface(id);
 }
 
 float CommonIntensTex::evalFloat(const OmbrixContext& context)
@@ -114,13 +82,11 @@ AColor* CommonIntensTex::evalFloatGradient(AColor* result, const OmbrixContext& 
     return parent->evalColorGradient(result, context);
 }
 
-int CommonIntensTex::getSource(const char* name, const char* tag, const char* descriptor,
-                               ShaderSource& source, OCLData& data)
+int CommonIntensTex::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor)) return 0;
     if (!parent) return 1;
-    RTTexInterface::getRTTexSource(parent, name, tag, descriptor, source, data);
-    source.append("intens2AColor\n");
+    text.input(parent);
+    text.line("intens2AColor\n");
     return 1;
 }
 

@@ -74,6 +74,15 @@ public:
         if (context.rayDepth >= row->count && !grow(*row, context.rayDepth + 1)) return;
         row->entries[context.rayDepth] = {context.sampleStamp, color};
     }
+    // The colour for the context's point: the one that was stored, or what make() gives, which is stored.
+    template <class Make>
+    AColor getOr(const OmbrixContext& context, const Make& make)
+    {
+        if (const AColor* known = find(context)) return *known;
+        const AColor made = make();
+        store(context, made);
+        return made;
+    }
 
 private:
     // A stamp of 0 marks an empty entry.

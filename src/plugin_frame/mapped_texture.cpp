@@ -3,6 +3,7 @@
 #include "kernels/placement/gradient_transform.h"
 #include "kernels/placement/sector_jitter.h"
 #include "numeric/cell_index.h"
+#include "plugin_frame/mapped_surface.h"
 
 #include <atomic>
 #include <cmath>
@@ -16,11 +17,6 @@ constexpr float kWrapLimit = 1.000001f;
 constexpr int kUVNoiseLevelLimit = 64;
 constexpr const char* kNoGeneratorWarning =
     "[CommonMappedTexture] No uvw generator specified. Plugin name '%s'.\n";
-
-Vector4 asVector4(const Vector& v)
-{
-    return {v.x, v.y, v.z, 0.0f};
-}
 
 void scale(Vector4& vector, float x, float y)
 {
@@ -64,33 +60,8 @@ void storeShared(float& field, float value)
 } // namespace
 
 MappedTexture::MappedTexture(OmbrixPluginDesc* desc, std::uint32_t flags)
-    : CommonTexture(desc, flags | kFetchesNoise)
+    : Offers(desc, flags | kFetchesNoise)
 {
-    const auto& params = static_cast<const MappedTextureParams&>(*desc->parameterDesc);
-    const auto bind = [this](int index, void* field) { paramList->setParamCacheByIndex(index, field, 0); };
-    bind(params.uvwgen, &uvwgen);
-    if (flags & kDeclaresTile) bind(params.tile, &tile);
-    if (flags & kDeclaresWrap) bind(params.wrap, &wrap);
-    bind(params.placement_type, &placement_type);
-    bind(params.u, &u);
-    bind(params.v, &v);
-    bind(params.w, &w);
-    bind(params.h, &h);
-    bind(params.jitter, &jitter);
-    bind(params.tile_u, &tile_u);
-    bind(params.tile_v, &tile_v);
-    bind(params.uv_noise_on, &uv_noise_on);
-    bind(params.uv_noise_animate, &uv_noise_animate);
-    bind(params.uv_noise_amount, &uv_noise_amount);
-    bind(params.uv_noise_levels, &uv_noise_levels);
-    bind(params.uv_noise_size, &uv_noise_size);
-    bind(params.un_noise_phase, &un_noise_phase);
-}
-
-PluginInterface* MappedTexture::getInterface(InterfaceId id)
-{
-    if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-    return CommonTexture::getInterface(id);
 }
 
 void MappedTexture::renderBegin(OmbrixRenderer* newRenderer)
@@ -110,8 +81,8 @@ void MappedTexture::frameBegin(OmbrixRenderer* frameRenderer)
 {
     CommonTexture::frameBegin(frameRenderer);
     noiseParams.frequency = 1.0f / uv_noise_size;
-    uvwgenInterface = uvwgen ? static_cast<UVWGenInterface*>(uvwgen->getInterface(EXT_UVWGEN)) : nullptr;
-    if (uvwgenInterface) return;
+    uvwgen.resolve();
+    if (uvwgen) return;
     if (RendererLogger* logger = frameRenderer->getLogger())
         logger->warning(kNoGeneratorWarning, getPluginName() ? getPluginName() : "");
     if (uvwMemo.empty()) uvwMemo.build(frameRenderer->getThreadCount());
@@ -145,7 +116,7 @@ AColor* MappedTexture::evalRawGradient(AColor* result, const OmbrixContext& cont
     }
     evalGradientFiltered(result, context, sample, sample.du, sample.dv);
     Transform transform;
-    if (uvwgenInterface && uvwgenInterface->evalUVWTransform(context, &transform))
+    if (uvwgen && uvwgen->evalUVWTransform(context, &transform))
         *result = gradientInPointSpace(*result, transform.matrix);
     return result;
 }
@@ -168,16 +139,22 @@ AColor* MappedTexture::evalGradientFiltered(AColor* result, const OmbrixContext&
     return evalGradientWidth(result, context, sample, footprint(du, dv));
 }
 
-int MappedTexture::getSource(const char* /*name*/, const char* /*tag*/, const char* /*descriptor*/,
-                             ShaderSource& /*source*/, OCLData& /*data*/)
+AColor* MappedTexture::evalGradientWidth(AColor* result, const OmbrixContext& /*context*/,
+                                         const UVWSample& /*sample*/, const Vector4& /*width*/)
+{
+    *result = AColor{};
+    return result;
+}
+
+int MappedTexture::writeSource(SourceText& /*text*/)
 {
     return 0;
 }
 
 bool MappedTexture::buildSample(const OmbrixContext& context, bool withDerivatives, UVWSample& sample)
 {
-    const bool mapped = uvwgenInterface ? mapFromGenerator(context, withDerivatives, sample)
-                                        : mapFromSurface(context, withDerivatives, sample);
+    const bool mapped = uvwgen ? mapFromGenerator(context, withDerivatives, sample)
+                               : mapFromSurface(context, withDerivatives, sample);
     if (!mapped) return false;
     if (placement_type == kPlaceCrop) crop(sample);
     if (placement_type == kPlaceSector && !placeInSector(sample)) return false;
@@ -187,8 +164,8 @@ bool MappedTexture::buildSample(const OmbrixContext& context, bool withDerivativ
 
 bool MappedTexture::mapFromGenerator(const OmbrixContext& context, bool withDerivatives, UVWSample& sample)
 {
-    const int valid = withDerivatives ? uvwgenInterface->evalUVWDerivs(context, &sample)
-                                      : uvwgenInterface->evalUVW(context, &sample);
+    const int valid =
+        withDerivatives ? uvwgen->evalUVWDerivs(context, &sample) : uvwgen->evalUVW(context, &sample);
     if (!valid) return false;
     if (wrap) return true;
     return !outsideWrapRange(sample.uvw.x) && !outsideWrapRange(sample.uvw.y) &&
@@ -197,31 +174,22 @@ bool MappedTexture::mapFromGenerator(const OmbrixContext& context, bool withDeri
 
 bool MappedTexture::mapFromSurface(const OmbrixContext& context, bool withDerivatives, UVWSample& sample)
 {
-    Transform transform;
-    bool valid = false;
+    UVWMap found;
     UVWCacheEntry* entry = uvwMemo.entryFor(context, noUVWCache);
     if (entry && entry->sampleStamp == context.sampleStamp) {
-        const Vector4* c = entry->columns;
-        for (int i = 0; i < 3; ++i)
-            transform.matrix.columns[i] = {c[i].x, c[i].y, c[i].z};
-        transform.offset = {c[3].x, c[3].y, c[3].z};
-        valid = entry->valid;
+        found = entry->value;
     } else {
-        auto* surface =
-            context.surfaceObject
-                ? static_cast<MappedSurface*>(context.surfaceObject->getInterface(EXT_MAPPED_SURFACE))
-                : nullptr;
+        // What a surface answers is kept, that there is none is not.
+        MappedSurface* surface = mappedSurface(context);
         if (!surface) return false;
-        valid = surface->getLocalUVWTransform(context, -1, &transform) != 0;
+        found.valid = surface->getLocalUVWTransform(context, -1, &found.map) != 0;
         if (entry) {
+            entry->value = found;
             entry->sampleStamp = context.sampleStamp;
-            for (int i = 0; i < 3; ++i)
-                entry->columns[i] = asVector4(transform.matrix.columns[i]);
-            entry->columns[3] = asVector4(transform.offset);
-            entry->valid = valid;
         }
     }
-    if (!valid) return false;
+    if (!found.valid) return false;
+    const Transform& transform = found.map;
     const Vector d = context.shadePoint - context.referencePoint;
     sample.uvw = asVector4(transform.matrix * d + transform.offset);
     if (withDerivatives) {

@@ -4,7 +4,7 @@ namespace nezaiva {
 
 NoiseInterface* acquireSharedNoise(OmbrixRenderer& renderer)
 {
-    auto* noise = static_cast<NoiseInterface*>(renderer.getInterface(EXT_COMMON_TEXTURE_NOISE));
+    auto* noise = find<NoiseInterface>(&renderer);
     if (!noise) {
         noise = new NoiseInterface;
         renderer.addInterface(noise, 0);

@@ -15,7 +15,8 @@ class NoiseInterface : public PluginInterface, public PerlinNoise {
 public:
     NoiseInterface() { fillTables(); }
 
-    InterfaceId getInterfaceID() override { return EXT_COMMON_TEXTURE_NOISE; }
+    static constexpr InterfaceId kId = EXT_COMMON_TEXTURE_NOISE;
+    InterfaceId getInterfaceID() override { return kId; }
     const char* getInterfaceName() override { return "EXT_COMMON_TEXTURE_NOISE"; }
     // The shared object stands alone.
     PluginBase* getPlugin() override { return nullptr; }

@@ -8,6 +8,7 @@
 #include <ombrix/memory.h>
 #include <ombrix/types.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -16,21 +17,15 @@ namespace nezaiva {
 
 using namespace OUtils;
 
-// A stamp of 0 marks an empty entry. The entry's size keeps one thread's data off another's cache lines.
-struct alignas(128) TexCacheEntry {
-    std::int32_t sampleStamp = 0;
-    AColor color;
-    std::uint32_t word = 0; // only ever reset
-};
-static_assert(sizeof(TexCacheEntry) == 128);
+// A thread's value for a stamp; a stamp of 0 marks an empty entry. The size keeps one thread's data off
+// another's cache lines.
+template <class MemoValue, std::size_t size>
+struct alignas(size) MemoEntry {
+    using Value = MemoValue;
 
-struct alignas(256) UVWCacheEntry {
     std::int32_t sampleStamp = 0;
-    Vector4 columns[4]; // the surface's transform; the last column is its offset
-    bool valid = false;
-    std::uint32_t word = 0;
+    Value value;
 };
-static_assert(sizeof(UVWCacheEntry) == 256);
 
 template <class Entry>
 class ThreadMemo {
@@ -45,7 +40,6 @@ public:
     void build(int threadCount)
     {
         free();
-        reserved = 0;
         count = threadCount;
         if (threadCount <= 0) return;
         const std::size_t size = static_cast<std::size_t>(threadCount) * sizeof(Entry);
@@ -62,13 +56,12 @@ public:
         free();
         count = 0;
     }
-    bool empty() const { return reserved == 0 && !entries; }
+    bool empty() const { return !entries; }
+    // Forgets every value.
     void reset()
     {
-        for (int i = 0; entries && i < count; ++i) {
+        for (int i = 0; entries && i < count; ++i)
             entries[i].sampleStamp = 0;
-            entries[i].word = 0;
-        }
     }
 
     // The calling thread's entry, or null when the memo may not be used: there are no entries, the
@@ -81,6 +74,22 @@ public:
         return entries + thread;
     }
 
+    // The value for the context's point: the thread's own, or what make() gives, which is kept. Where the
+    // memo may not be used it is made in own. make() evaluates all that it needs before it makes its value,
+    // because an evaluation within it may use the same entry for another point.
+    template <class Make>
+    const typename Entry::Value& getOr(const OmbrixContext& context, std::uint32_t barredBy,
+                                       typename Entry::Value& own, const Make& make) const
+    {
+        using Value = typename Entry::Value;
+        Entry* entry = entryFor(context, barredBy);
+        if (!entry) return *new (&own) Value(make());
+        if (entry->sampleStamp == context.sampleStamp) return entry->value;
+        new (&entry->value) Value(make()); // made in its place: no copy
+        entry->sampleStamp = context.sampleStamp;
+        return entry->value;
+    }
+
 private:
     void free()
     {
@@ -89,13 +98,22 @@ private:
         entries = nullptr;
     }
 
-    std::int64_t reserved = 0; // tested for zero, never set to anything else
     Entry* entries = nullptr;
     std::int32_t count = 0;
     void* block = nullptr; // what entries were aligned in
 };
 
+using TexCacheEntry = MemoEntry<AColor, 128>;
+static_assert(sizeof(TexCacheEntry) == 128);
 using TexCacheTable = ThreadMemo<TexCacheEntry>;
+
+// A surface's map from positions to coordinates, and whether the surface has it.
+struct UVWMap {
+    Transform map;
+    bool valid = false;
+};
+using UVWCacheEntry = MemoEntry<UVWMap, 256>;
+static_assert(sizeof(UVWCacheEntry) == 256);
 using UVWCacheTable = ThreadMemo<UVWCacheEntry>;
 
 } // namespace nezaiva

@@ -15,7 +15,8 @@ public:
     {
         TextSink sink;
         NoData data;
-        EXPECT_EQ(texture.writeColorAdjustments("MaterialDescriptor", sink, data), 1);
+        nezaiva::SourceText source("name", "tag", "MaterialDescriptor", sink, data);
+        EXPECT_EQ(texture.writeColorAdjustments(source), 1);
         return sink.text;
     }
 };

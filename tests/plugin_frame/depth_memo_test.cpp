@@ -1,6 +1,7 @@
 #include "plugin_frame/depth_memo.h"
 
-#include "arithmetic_test.h"
+#include "support/test_node.h"
+#include "support/tolerances.h"
 
 namespace {
 
@@ -117,6 +118,21 @@ TEST_F(DepthMemoTest, IsUnusableBeforeBuildAndAfterClear)
     EXPECT_EQ(findAt(0, 5), nullptr);
     memo.build(1);
     EXPECT_EQ(findAt(0, 5), nullptr);
+}
+
+TEST_F(DepthMemoTest, MakesAColorOncePerPointAndDepth)
+{
+    int made = 0;
+    const auto make = [&] {
+        ++made;
+        return kRed;
+    };
+    for (const int depth : {0, 1, 0, 1}) {
+        context.rayDepth = depth;
+        context.sampleStamp = 5;
+        EXPECT_SAME_COLOR(memo.getOr(context, make), kRed);
+    }
+    EXPECT_EQ(made, 2);
 }
 
 } // namespace

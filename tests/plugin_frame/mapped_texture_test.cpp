@@ -67,7 +67,7 @@ TEST(MappedTexture, CountsAPluginThatGeneratesNothingAsNoGenerator)
     EXPECT_TRUE(living.renderer.logger.messages.empty());
     generator.generates = false;
     living.nextFrame();
-    EXPECT_EQ(living.texture.uvwgenInterface, nullptr);
+    EXPECT_EQ(living.texture.uvwgen, nullptr);
     ASSERT_EQ(living.renderer.logger.messages.size(), 1u);
     EXPECT_EQ(living.renderer.logger.messages[0].second, kWarning);
     EXPECT_SAME_COLOR(living.color(), {0.125f, 0.375f, 0.0f, 1.0f});
@@ -291,7 +291,7 @@ TEST(MappedTexture, GradientOfAGeneratorGoesBackToThePoint)
 
 TEST(MappedTexture, KeepsTheRendererForTheRender)
 {
-    nezaiva::MappedTextureParams params(0);
+    MappedProbeParams params(0);
     LocalDesc desc(&params);
     RecordingRenderer renderer;
     MappedProbe texture(&desc, 0);

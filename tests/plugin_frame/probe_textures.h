@@ -11,7 +11,10 @@ namespace support {
 // A texture over CommonTexture alone, between frameBegin and frameEnd.
 class RawTexture final : public nezaiva::CommonTexture {
 public:
-    RawTexture(OUtils::OmbrixPluginDesc* desc, std::uint32_t flags) : CommonTexture(desc, flags) {}
+    RawTexture(OUtils::OmbrixPluginDesc* desc, std::uint32_t flags) : CommonTexture(desc, flags)
+    {
+        OUtils::bindParameters(*this);
+    }
 
     OUtils::AColor* evalRawColor(OUtils::AColor* result, const OUtils::OmbrixContext&, bool* isValid) override
     {
@@ -47,7 +50,11 @@ public:
 // A mapped texture that gives U, V, W as its colour and keeps its samples.
 class MappedProbe final : public nezaiva::MappedTexture {
 public:
-    MappedProbe(OUtils::OmbrixPluginDesc* desc, std::uint32_t flags) : MappedTexture(desc, flags) {}
+    MappedProbe(OUtils::OmbrixPluginDesc* desc, std::uint32_t flags) : MappedTexture(desc, flags)
+    {
+        OUtils::ParameterBinder<MappedProbe> table(*this, *paramList);
+        MappedTexture::parameters(table, flags);
+    }
 
     OUtils::AColor* evalTexture(OUtils::AColor* result, const OUtils::OmbrixContext&,
                                 const OUtils::UVWSample& sample) override
@@ -81,12 +88,22 @@ public:
     using MappedTexture::noiseParams;
     using MappedTexture::renderer;
     using MappedTexture::sharedNoise;
-    using MappedTexture::uvwgenInterface;
+    using MappedTexture::uvwgen;
 
     OUtils::UVWSample last;
     OUtils::Vector4 lastWidth;
     OUtils::AColor gradient{1.0f, 2.0f, 3.0f, 4.0f};
     int calls = 0, widthCalls = 0;
+};
+
+// The declarations of MappedProbe, which depend on its flags.
+class MappedProbeParams : public OUtils::OmbrixParameterListDesc {
+public:
+    explicit MappedProbeParams(std::uint32_t flags)
+    {
+        OUtils::ParameterDeclarer<MappedProbe> table(*this);
+        nezaiva::MappedTexture::parameters(table, flags);
+    }
 };
 
 // A texture with its declarations and its renderer, in its first frame.
@@ -167,7 +184,7 @@ public:
     TestContext context;
 };
 
-using LivingRaw = Living<RawTexture, nezaiva::CommonTextureParams>;
-using LivingMapped = Living<MappedProbe, nezaiva::MappedTextureParams>;
+using LivingRaw = Living<RawTexture, OUtils::KindParams<RawTexture>>;
+using LivingMapped = Living<MappedProbe, MappedProbeParams>;
 
 } // namespace support

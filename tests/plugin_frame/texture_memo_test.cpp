@@ -120,7 +120,7 @@ TEST(TextureMemo, IsMissingAfterAFailedAllocationUntilTheNextFrame)
 
 TEST(TextureMemo, ComesWithTheFrameWhenTheRenderDidNotBringIt)
 {
-    nezaiva::CommonTextureParams params;
+    OUtils::KindParams<RawTexture> params;
     LocalDesc desc(&params);
     RecordingRenderer renderer;
     TestContext context;
@@ -189,7 +189,7 @@ TEST(SharedNoise, IsFetchedByTheFlagAlone)
 
 TEST(SharedNoise, LivesAsLongAsTheLastTexture)
 {
-    nezaiva::CommonTextureParams params;
+    OUtils::KindParams<RawTexture> params;
     LocalDesc desc(&params);
     RecordingRenderer renderer;
     RawTexture first(&desc, 4), second(&desc, 12);
@@ -214,7 +214,7 @@ TEST(SharedNoise, LivesAsLongAsTheLastTexture)
 
 TEST(TextureMemo, NothingIsLeftBehindByARender)
 {
-    nezaiva::MappedTextureParams params(0);
+    MappedProbeParams params(0);
     LocalDesc desc(&params);
     RecordingRenderer renderer(8);
     renderer.hasLog = false; // a log keeps its messages

@@ -53,26 +53,45 @@ TEST(ThreadMemo, NewEntriesAreEmpty)
     memo.build(1);
     EXPECT_FALSE(memo.empty());
     EXPECT_EQ(memo.entryFor(context, 0)->sampleStamp, 0);
-    EXPECT_EQ(memo.entryFor(context, 0)->word, 0u);
 }
 
-TEST(ThreadMemo, ResetEmptiesStampAndWordAlone)
+TEST(ThreadMemo, ResetEmptiesTheStampAlone)
 {
     TestContext context;
     TexCacheTable memo;
     memo.build(2);
     for (int thread = 0; thread < 2; ++thread) {
         context.threadRecord->threadIndex = thread;
-        *memo.entryFor(context, 0) = {7, {1.0f, 2.0f, 3.0f, 4.0f}, 9};
+        *memo.entryFor(context, 0) = {7, {1.0f, 2.0f, 3.0f, 4.0f}};
     }
     memo.reset();
     for (int thread = 0; thread < 2; ++thread) {
         context.threadRecord->threadIndex = thread;
         const TexCacheEntry* entry = memo.entryFor(context, 0);
         EXPECT_EQ(entry->sampleStamp, 0);
-        EXPECT_EQ(entry->word, 0u);
-        EXPECT_EQ(entry->color.a, 4.0f);
+        EXPECT_EQ(entry->value.a, 4.0f);
     }
+}
+
+TEST(ThreadMemo, MakesAValueOncePerPoint)
+{
+    TestContext context;
+    TexCacheTable memo;
+    memo.build(1);
+    int made = 0;
+    const auto make = [&] { return OUtils::AColor{static_cast<float>(++made), 0.0f, 0.0f, 0.0f}; };
+    OUtils::AColor own;
+    EXPECT_EQ(memo.getOr(context, OUtils::noTexCache, own, make).r, 1.0f);
+    EXPECT_EQ(memo.getOr(context, OUtils::noTexCache, own, make).r, 1.0f);
+    ++context.sampleStamp;
+    EXPECT_EQ(memo.getOr(context, OUtils::noTexCache, own, make).r, 2.0f);
+    EXPECT_EQ(own.r, 0.0f);
+    // Where the memo may not be used, the value is the caller's and nothing is kept.
+    context.shadeFlags = OUtils::noTexCache;
+    EXPECT_EQ(&memo.getOr(context, OUtils::noTexCache, own, make), &own);
+    EXPECT_EQ(own.r, 3.0f);
+    context.shadeFlags = 0;
+    EXPECT_EQ(memo.getOr(context, OUtils::noTexCache, own, make).r, 2.0f);
 }
 
 TEST(ThreadMemo, HasNoEntryOutsideItsThreadsOrUnderItsFlag)

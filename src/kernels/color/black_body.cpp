@@ -1,5 +1,6 @@
 #include "kernels/color/black_body.h"
 
+#include "kernels/color/brightness.h"
 #include "kernels/color/color_matching.h"
 
 #include <algorithm>
@@ -100,7 +101,7 @@ Color fromXyz(const Xyz& c, int space)
 
 Color dividedByMean(const Color& c)
 {
-    const float mean = (c.r + c.g + c.b) * 0.33333334f;
+    const float mean = intensity(c);
     return mean == 0.0f ? c : Color{c.r / mean, c.g / mean, c.b / mean};
 }
 

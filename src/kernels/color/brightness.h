@@ -3,11 +3,14 @@
 
 namespace nezaiva {
 
+// What sums of three are multiplied by for their mean.
+inline constexpr float kThird = 0.33333334f;
+
 // The mean of red, green and blue.
 template <class AnyColor>
 float intensity(const AnyColor& color)
 {
-    return (color.r + color.g + color.b) * 0.33333334f;
+    return (color.r + color.g + color.b) * kThird;
 }
 
 // Maya's luminance, by the weights of broadcast television.

@@ -9,6 +9,9 @@ namespace nezaiva {
 
 using namespace OUtils;
 
+inline constexpr AColor kWhite{1.0f, 1.0f, 1.0f, 1.0f};
+inline constexpr AColor kZero{0.0f, 0.0f, 0.0f, 0.0f};
+
 inline Color rgbOf(const AColor& color)
 {
     return {color.r, color.g, color.b};

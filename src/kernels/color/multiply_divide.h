@@ -10,8 +10,8 @@ namespace nezaiva {
 
 // The scene's numbers. Any other number passes the first colour on.
 enum MultiplyDivideOperation : int {
-    kMultiply = 1,
-    kDivide = 2,
+    kProduct = 1,
+    kQuotient = 2,
     kPower = 3,
 };
 
@@ -45,11 +45,11 @@ inline float channelPower(float a, float b)
 inline Color multiplyDivide(const Color& a, const Color& b, int operation)
 {
     switch (operation) {
-    case kMultiply:
-    case kDivide:
+    case kProduct:
+    case kQuotient:
         // Kept as is: products too are black where the second colour is small as a whole.
         if (b.r * b.r + b.g * b.g + b.b * b.b < kMultiplyDivideThreshold) return {0.0f, 0.0f, 0.0f};
-        return operation == kMultiply ? eachChannel(channelProduct, a, b) : eachChannel(cutOffQuotient, a, b);
+        return operation == kProduct ? eachChannel(channelProduct, a, b) : eachChannel(cutOffQuotient, a, b);
     case kPower:
         return eachChannel(channelPower, a, b);
     default:
@@ -63,9 +63,9 @@ using ChannelFormula = float (*)(float a, float b);
 inline ChannelFormula multiplyDivideFormula(int operation)
 {
     switch (operation) {
-    case kMultiply:
+    case kProduct:
         return channelProduct;
-    case kDivide:
+    case kQuotient:
         return channelQuotient;
     case kPower:
         return channelPower;

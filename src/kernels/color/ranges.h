@@ -7,6 +7,23 @@
 
 namespace nezaiva {
 
+// What bounds say of a value that has none.
+inline constexpr float kUnbounded = 1e18f;
+inline constexpr AColor kUnboundedBelow{-kUnbounded, -kUnbounded, -kUnbounded, -kUnbounded};
+inline constexpr AColor kUnboundedAbove{kUnbounded, kUnbounded, kUnbounded, kUnbounded};
+
+// The lesser, and the greater, of two colours in each channel, alpha too. A NaN of a stays, one of b is
+// passed over.
+inline AColor lesserChannels(const AColor& a, const AColor& b)
+{
+    return {std::min(a.r, b.r), std::min(a.g, b.g), std::min(a.b, b.b), std::min(a.a, b.a)};
+}
+
+inline AColor greaterChannels(const AColor& a, const AColor& b)
+{
+    return {std::max(a.r, b.r), std::max(a.g, b.g), std::max(a.b, b.b), std::max(a.a, b.a)};
+}
+
 // The least and the greatest value of a function over the four pairs of a bound of a with a bound of b. A
 // NaN of the first pair, the two lower bounds, stays; any other is passed over.
 template <class Function>
@@ -55,7 +72,7 @@ float middleIntensity(const Range& range)
 {
     const float sum =
         range.lower.r + range.lower.g + range.lower.b + range.upper.r + range.upper.g + range.upper.b;
-    return sum * 0.5f * 0.33333334f;
+    return sum * 0.5f * kThird;
 }
 
 } // namespace nezaiva

@@ -4,23 +4,22 @@ namespace nezaiva {
 
 namespace {
 
-inline void readFloat(TextureFloatInterface* input, const OmbrixContext& context, float& value)
+inline void readFloat(const FloatInput& input, const OmbrixContext& context, float& value)
 {
     if (input) value = input->evalFloat(context);
 }
 
-inline bool readPoint(TextureInterface* input, const OmbrixContext& context, VolumePoint& value)
+inline bool readPoint(const ColorInput& input, const OmbrixContext& context, VolumePoint& value)
 {
     if (!input) return false;
-    AColor color;
-    input->evalColor(&color, context);
+    const AColor color = input(context);
     value = {color.r, color.g, color.b};
     return true;
 }
 
 // The numbers of a placement, each read from its input when it is wanted.
 struct PlacementInputs {
-    const MayaVolumeTexture& texture;
+    const VolumeTextureInputs& inputs;
     const OmbrixContext& context;
     float (*factorOf)(float); // what the class makes of a connected frequency
     float unsetFactor;
@@ -28,43 +27,46 @@ struct PlacementInputs {
     float readImplode() const
     {
         float value = 0.0f;
-        readFloat(texture.implode, context, value);
+        readFloat(inputs.implode, context, value);
         return value;
     }
     float readFrequencyFactor() const
     {
-        return texture.frequency ? factorOf(texture.frequency->evalFloat(context)) : unsetFactor;
+        return inputs.frequency ? factorOf(inputs.frequency(context)) : unsetFactor;
     }
     bool readImplodeCenter(VolumePoint& value) const
     {
-        return readPoint(texture.implodeCenter, context, value);
+        if (!inputs.implodeCenter && !inputs.hasUnsetCenter) return false;
+        const AColor center = inputs.implodeCenter(context);
+        value = {center.r, center.g, center.b};
+        return true;
     }
-    bool readScale(VolumePoint& value) const { return readPoint(texture.scale, context, value); }
-    bool readOrigin(VolumePoint& value) const { return readPoint(texture.origin, context, value); }
+    bool readScale(VolumePoint& value) const { return readPoint(inputs.scale, context, value); }
+    bool readOrigin(VolumePoint& value) const { return readPoint(inputs.origin, context, value); }
 };
 
-inline PlacementInputs perlinPlacement(const MayaVolumeTexture& texture, const OmbrixContext& context)
+inline PlacementInputs perlinPlacement(const VolumeTextureInputs& inputs, const OmbrixContext& context)
 {
-    return {texture, context, perlinFrequencyFactor, kPerlinUnsetFrequencyFactor};
+    return {inputs, context, perlinFrequencyFactor, kPerlinUnsetFrequencyFactor};
 }
-inline PlacementInputs billowPlacement(const MayaVolumeTexture& texture, const OmbrixContext& context)
+inline PlacementInputs billowPlacement(const VolumeTextureInputs& inputs, const OmbrixContext& context)
 {
-    return {texture, context, billowFrequencyFactor, kBillowUnsetFrequencyFactor};
+    return {inputs, context, billowFrequencyFactor, kBillowUnsetFrequencyFactor};
 }
-inline PlacementInputs cosinePlacement(const MayaVolumeTexture& texture, const OmbrixContext& context)
+inline PlacementInputs cosinePlacement(const VolumeTextureInputs& inputs, const OmbrixContext& context)
 {
-    return {texture, context, cosineFrequencyFactor, kCosineUnsetFrequencyFactor};
+    return {inputs, context, cosineFrequencyFactor, kCosineUnsetFrequencyFactor};
 }
 
 // Fills a record where it stands: one that is copied has to wait for its parts. Amplitude and threshold
 // follow in an order of the class's own.
-inline void readFractal(const MayaVolumeTexture& texture, const OmbrixContext& context,
+inline void readFractal(const VolumeTextureInputs& inputs, const OmbrixContext& context,
                         VolumeFractal& fractal)
 {
-    readFloat(texture.frequencyRatio, context, fractal.frequencyRatio);
-    readFloat(texture.ratio, context, fractal.ratio);
-    fractal.depthMax = texture.depthMax;
-    fractal.inflection = texture.inflection;
+    readFloat(inputs.frequencyRatio, context, fractal.frequencyRatio);
+    readFloat(inputs.ratio, context, fractal.ratio);
+    fractal.depthMax = inputs.depthMax;
+    fractal.inflection = inputs.inflection != 0;
 }
 
 } // namespace
@@ -82,21 +84,21 @@ PerlinVolume MayaPerlinTexture::settings() const
 PerlinVolume MayaPerlinTexture::read(const OmbrixContext& context) const
 {
     PerlinVolume noise = settings();
-    readFractal(*this, context, noise.fractal);
-    readFloat(amplitude, context, noise.fractal.amplitude);
-    readFloat(threshold, context, noise.fractal.threshold);
+    readFractal(inputs, context, noise.fractal);
+    readFloat(inputs.amplitude, context, noise.fractal.amplitude);
+    readFloat(inputs.threshold, context, noise.fractal.threshold);
     return noise;
 }
 
 float MayaPerlinTexture::eval3d(const OmbrixContext& context, float x, float y, float z, float time) const
 {
-    const VolumePoint point = placeVolumePoint3d(perlinPlacement(*this, context), {x, y, z});
+    const VolumePoint point = placeVolumePoint3d(perlinPlacement(inputs, context), {x, y, z});
     return evalPerlin3d(read(context), point, time);
 }
 
 float MayaPerlinTexture::eval2d(const OmbrixContext& context, float x, float y, float time) const
 {
-    const VolumePoint point = placeVolumePoint2d(perlinPlacement(*this, context), {x, y, 0.0f});
+    const VolumePoint point = placeVolumePoint2d(perlinPlacement(inputs, context), {x, y, 0.0f});
     return evalPerlin2d(read(context), point.x, point.y, time);
 }
 
@@ -124,47 +126,47 @@ float MayaSpaceTimeTexture::noise2d(float x, float y, float time, int level) con
 BillowVolume MayaBillowTexture::read(const OmbrixContext& context) const
 {
     BillowVolume noise;
-    readFractal(*this, context, noise.fractal);
+    readFractal(inputs, context, noise.fractal);
     readFloat(density, context, noise.density);
     readFloat(spottyness, context, noise.spottyness);
     readFloat(randomness, context, noise.randomness);
     readFloat(sizeRand, context, noise.sizeRand);
-    readFloat(threshold, context, noise.fractal.threshold);
-    readFloat(amplitude, context, noise.fractal.amplitude);
+    readFloat(inputs.threshold, context, noise.fractal.threshold);
+    readFloat(inputs.amplitude, context, noise.fractal.amplitude);
     noise.falloff = falloff;
     return noise;
 }
 
 float MayaBillowTexture::eval3d(const OmbrixContext& context, float x, float y, float z, float time) const
 {
-    const VolumePoint point = placeVolumePoint3d(billowPlacement(*this, context), {x, y, z});
+    const VolumePoint point = placeVolumePoint3d(billowPlacement(inputs, context), {x, y, z});
     return evalBillow3d(read(context), point, time);
 }
 
 float MayaBillowTexture::eval2d(const OmbrixContext& context, float x, float y, float time) const
 {
-    const VolumePoint point = placeVolumePoint2d(billowPlacement(*this, context), {x, y, 0.0f});
+    const VolumePoint point = placeVolumePoint2d(billowPlacement(inputs, context), {x, y, 0.0f});
     return evalBillow2d(read(context), point.x, point.y, time);
 }
 
 float MayaCosineTexture::eval3d(const OmbrixContext& context, float x, float y, float z, float time) const
 {
-    const VolumePoint point = placeVolumePoint3d(cosinePlacement(*this, context), {x, y, z});
+    const VolumePoint point = placeVolumePoint3d(cosinePlacement(inputs, context), {x, y, z});
     CosineVolume noise;
-    readFractal(*this, context, noise.fractal);
-    readFloat(threshold, context, noise.fractal.threshold);
-    readFloat(amplitude, context, noise.fractal.amplitude);
+    readFractal(inputs, context, noise.fractal);
+    readFloat(inputs.threshold, context, noise.fractal.threshold);
+    readFloat(inputs.amplitude, context, noise.fractal.amplitude);
     noise.numWaves = numWaves;
     return evalCosine3d(noise, point, time);
 }
 
 float MayaCosineTexture::eval2d(const OmbrixContext& context, float x, float y, float time) const
 {
-    const VolumePoint point = placeVolumePoint2d(cosinePlacement(*this, context), {x, y, 0.0f});
+    const VolumePoint point = placeVolumePoint2d(cosinePlacement(inputs, context), {x, y, 0.0f});
     CosineVolume noise;
-    readFractal(*this, context, noise.fractal);
-    readFloat(amplitude, context, noise.fractal.amplitude);
-    readFloat(threshold, context, noise.fractal.threshold);
+    readFractal(inputs, context, noise.fractal);
+    readFloat(inputs.amplitude, context, noise.fractal.amplitude);
+    readFloat(inputs.threshold, context, noise.fractal.threshold);
     noise.numWaves = numWaves;
     return evalCosine2d(noise, point.x, point.y, time);
 }

@@ -2,11 +2,10 @@
 //
 // This file is the choice of the noise and the blend; the arithmetic of the noises is in volume_noise.h.
 
-#include "plugin_frame/gpu_text.h"
+#include "kernels/color/channels.h"
+#include "plugin_frame/kind_desc.h"
 #include "plugin_frame/mapped_texture.h"
-#include "plugin_frame/plugin_desc_of.h"
 #include "textures_private/texmaya_private/noises/maya_volume_texture.h"
-#include "textures_private/texmaya_private/noises/tex_noise_maya_params.h"
 
 #include <algorithm>
 
@@ -15,8 +14,8 @@ namespace nezaiva {
 namespace {
 
 constexpr std::uint32_t kBaseFlags = kDeclaresWrap | kFetchesNoise;
+constexpr std::uint32_t kParamsFlags = kDeclaresWrap;
 constexpr int kTimePeriod = 100;
-constexpr int kMayaNoiseOperator = -968;
 // A smaller multiplier switches a colour's texture off.
 constexpr float kSmallestMultiplier = 1e-12f;
 
@@ -26,18 +25,6 @@ enum NoiseType : int {
     kWaveNoise = 2,
     kWispyNoise = 3,
     kSpaceTimeNoise = 4, // not among the labels: scene exports alone use it
-};
-
-// The centre of the warp while none is connected.
-class DefaultImplodeCenter final : public TextureInterface {
-public:
-    PluginBase* getPlugin() override { return nullptr; }
-    AColor* evalColor(AColor* result, const OmbrixContext& /*context*/) override
-    {
-        *result = kDefaultImplodeCenter;
-        return result;
-    }
-    void evalColorBounds(AColor* lower, AColor* upper) override { *lower = *upper = kDefaultImplodeCenter; }
 };
 
 // Scales the filter widths of a context while it lives. The context belongs to the evaluating thread.
@@ -67,8 +54,8 @@ private:
 // One of the two colours: a plain one, and a texture that may cover it.
 struct BlendColor {
     Color3f plain;
-    TextureInterface* texture = nullptr;
-    float multiplier = 0.0f;
+    const ColorInput& texture;
+    float multiplier;
 
     Color at(const OmbrixContext& context) const
     {
@@ -76,7 +63,7 @@ struct BlendColor {
         AColor textured;
         {
             const ScaledFilterWidths scaled(context, multiplier);
-            texture->evalColor(&textured, context);
+            texture.evalColor(&textured, context);
         }
         float alpha = textured.a;
         if (alpha < 0.0f) alpha = 0.0f;
@@ -90,11 +77,9 @@ struct BlendColor {
     {
         lower = upper = plain;
         if (!texture) return;
-        AColor textureLower{0.0f, 0.0f, 0.0f, 0.0f};
-        AColor textureUpper{1.0f, 1.0f, 1.0f, 1.0f};
-        texture->evalColorBounds(&textureLower, &textureUpper);
-        lower = mixed(textureLower);
-        upper = mixed(textureUpper);
+        const ColorRange range = texture.bounds();
+        lower = mixed(range.lower);
+        upper = mixed(range.upper);
     }
 
 private:
@@ -106,13 +91,11 @@ private:
     }
 };
 
-// 0 for an unset input. An input that leaves its bounds unwritten counts as anything from 0 to 1.
-double meanOfBounds(TextureFloatInterface* input)
+// 0 for an unset input.
+float meanOfBounds(const FloatInput& input)
 {
-    if (!input) return 0.0;
-    float lower = 0.0f, upper = 1.0f;
-    input->evalFloatBounds(&lower, &upper);
-    return static_cast<double>((lower + upper) * 0.5f);
+    const FloatRange range = input.boundsOr({0.0f, 0.0f});
+    return (range.lower + range.upper) * 0.5f;
 }
 
 float smaller(float a, float b)
@@ -126,7 +109,123 @@ float larger(float a, float b)
 
 class TexNoiseMaya final : public MappedTexture {
 public:
-    explicit TexNoiseMaya(OmbrixPluginDesc* desc) : MappedTexture(desc, kBaseFlags) { bindParameters(); }
+    explicit TexNoiseMaya(OmbrixPluginDesc* desc) : MappedTexture(desc, kBaseFlags)
+    {
+        inputs.hasUnsetCenter = true;
+    }
+
+    static constexpr Identity kIdentity{
+        2011050401,
+        "TexNoiseMaya",
+        "Ombrix implementation of the Maya procedural noise texture [gpuSupport=(partial)]",
+        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        constexpr VolumeFractal kFractal;
+        constexpr BillowVolume kBillow;
+        // Straight into what the noises read.
+        const auto shared = [](auto member) { return within(&TexNoiseMaya::inputs, member); };
+        const auto billow = [](auto member) { return within(&TexNoiseMaya::billowNoise, member); };
+
+        MappedTexture::parameters(p, kParamsFlags);
+        p("color1", &TexNoiseMaya::color1, Color{0.0f, 0.0f, 0.0f}, "First color", "gpuSupport=(full)");
+        p("color2", &TexNoiseMaya::color2, Color{1.0f, 1.0f, 1.0f}, "Second color", "gpuSupport=(full)");
+        p("color1_tex", &TexNoiseMaya::color1_tex, noDefault, "Texture for the first color",
+          "gpuSupport=(full)");
+        p("color2_tex", &TexNoiseMaya::color2_tex, noDefault, "Texture for the second color",
+          "gpuSupport=(full)");
+        p("color1_tex_mult", &TexNoiseMaya::color1_tex_mult, 1.0f, "Texture multiplier for the first color",
+          "gpuSupport=(none)");
+        p("color2_tex_mult", &TexNoiseMaya::color2_tex_mult, 1.0f, "Texture multiplier for the second color",
+          "gpuSupport=(none)");
+        p("dimensions", &TexNoiseMaya::dimensions, 3, "Two or Three dimensional noise", "gpuSupport=(full)");
+        p("amplitude", shared(&VolumeTextureInputs::amplitude), kFractal.amplitude,
+          "Amplitude is a scaling factor applied to all the values in the texture, centered around the "
+          "texture's average value.  This means that when you increase Amplitude, the light areas get "
+          "lighter and the dark areas get darker. If the Noise is being used as a bump map, then increasing "
+          "Amplitude will make the bumps higher and the valleys deeper. If you set Amplitude to a value "
+          "greater than 1.0, then those parts of the texture that scale out of range will be clipped. On a "
+          "bump map, this will show up as plateau regions.",
+          "gpuSupport=(full)");
+        p("ratio", shared(&VolumeTextureInputs::ratio), kFractal.ratio,
+          "Controls the frequency of the fractal noise.  Increase this value to increase the fineness of "
+          "detail in the fractal.",
+          "gpuSupport=(full)");
+        p("threshold", shared(&VolumeTextureInputs::threshold), kFractal.threshold,
+          "Threshold is a number that is added to the whole fractal, making it uniformly brighter.  If some "
+          "parts of the fractal are pushed up out of range (greater than 1.0), then they will be clipped to "
+          "1.0.  If the Noise is being used as a bump map, this will show up as plateau regions. ",
+          "gpuSupport=(full)");
+        p("depth_max", shared(&VolumeTextureInputs::depthMax), 3,
+          "Controls how much calculation is done by the Noise texture", "gpuSupport=(full)");
+        p("frequency", shared(&VolumeTextureInputs::frequency), 8.0f,
+          "Determines the fundamental frequency for the noise. As this value increases the noise becomes "
+          "more detailed. It has the inverse effect of the scale parameter.",
+          "gpuSupport=(full)");
+        p("frequency_ratio", shared(&VolumeTextureInputs::frequencyRatio), kFractal.frequencyRatio,
+          "Determines the relative spacial scale of the noise frequencies. If this ratio is not a whole "
+          "integer then the fractal will not repeat  at the integer uv boundaries.",
+          "gpuSupport=(full)");
+        p("inflection", shared(&VolumeTextureInputs::inflection), false,
+          "If true applies a kink in the noise function. This is useful for creating puffy or bumpy effects. "
+          "It is equivalent to abs(noise) * 2 - 1",
+          "gpuSupport=(full)");
+        p("time", &TexNoiseMaya::time, 0.0f,
+          "Animate the Noise texture. Control the rate and amount of change of the texture.",
+          "gpuSupport=(full)");
+        p("noise_type", &TexNoiseMaya::noise_type, 1,
+          " 0 - Perlin Noise; 1 - Billow; 2 - Wave; 3 - Wispy. Determines which noise to use during the "
+          "fractal iteration.",
+          "enum=(0:Perlin Noise; 1:Billow; 2:Wave; 3:Wispy), gpuSupport=(full)");
+        p("density", billow(&MayaBillowTexture::density), kBillow.density,
+          "Controls how many cells there are imbedded in the medium used by the Billow noise type. At 1.0, "
+          "the medium is completely packed with cells. Reduce this value to make the cells more sparse. If "
+          "the texture is being used as a bump map, then low values for Density will make it look like a "
+          "smooth surface with occasional bumps on it.",
+          "gpuSupport=(full)");
+        p("spottyness", billow(&MayaBillowTexture::spottyness), kBillow.spottyness,
+          "Controls the randomization of the density\tof the individual cells used by the Billow noise type. "
+          "When Spottyness is close to 0, all the cells will be the same density.  As you increase "
+          "Spottyness, some cells will be denser or thinner than others, in a random fashion.",
+          "gpuSupport=(full)");
+        p("size_rand", billow(&MayaBillowTexture::sizeRand), kBillow.sizeRand,
+          "Controls the randomization of the size of the individual blobs used by the Billow noise type. "
+          "When it is close to 0, all the cells will be the same size.  As you increase size_rand, some "
+          "cells will be smaller than others,\tin a random fashion.",
+          "gpuSupport=(full)");
+        p("randomness", billow(&MayaBillowTexture::randomness), kBillow.randomness,
+          "Controls how the cells for the Billow noise type are arranged relative to one another. Set "
+          "randomness to 1.0 to get a realistic random distribution of cells, as would be found in nature. "
+          "If you set Randomness to 0, all the spots are laid out in a completely regular pattern.  This can "
+          "provide interesting effects when used as a bump map;  you can make things like insect eyes, or "
+          "machine-tooled raspy surfaces.",
+          "gpuSupport=(full)");
+        p("falloff", billow(&MayaBillowTexture::falloff), 2,
+          "0 - Linear; 1 - Smooth; 2 - Fast; 3 - Bubble Controls the way intensity falls off for individual "
+          "blobs for the Billow noise type. Linear is a uniform falloff from the center to a value of zero "
+          "at the edges of the blobs. Smooth is more natural looking, using a gaussian falloff. Fast focuses "
+          "the intensity more towards the center of the blobs. Bubble uses a reverse falloff, fading to zero "
+          "at the blob center.",
+          "gpuSupport=(full)");
+        p("num_waves", within(&TexNoiseMaya::cosineNoise, &MayaCosineTexture::numWaves), 5,
+          "Determines how many waves to generate for the Wave noise type. The larger this number the more "
+          "random looking and slower the texture.",
+          "gpuSupport=(full)");
+        p("implode", shared(&VolumeTextureInputs::implode), 0.0f,
+          "Implode warps the noise function in a concentric fashion about a point defined by the "
+          "implode_center. At a value of zero there is no effect, while at a value of 1.0 it is a spherical "
+          "projection of the noise function, creating a starburst effect. Negative values can be used to "
+          "skew the noise outward instead of inward.",
+          "gpuSupport=(full)");
+        p("implode_center", shared(&VolumeTextureInputs::implodeCenter), AColor{0.5f, 0.5f, 0.5f, 1.0f},
+          "Implode center in UVW coordinates.", "gpuSupport=(full)");
+        p("scale", shared(&VolumeTextureInputs::scale), kWhite, "Scale for the noise UVW coordinates.",
+          "gpuSupport=(full)");
+        p("origin", shared(&VolumeTextureInputs::origin), AColor{0.0f, 0.0f, 0.0f, 1.0f},
+          "Translation for the noise UVW coordinates.", "gpuSupport=(full)");
+    }
 
     // Every interface of this plugin reports the id and the name of EXT_TEXTURE.
     InterfaceId getInterfaceID() override { return EXT_TEXTURE; }
@@ -137,26 +236,12 @@ public:
         MappedTexture::frameBegin(frameRenderer);
         prepareVolumeNoise();
         activeNoise = chooseNoise();
-        if (!activeNoise) return;
-        activeNoise->amplitude = amplitude;
-        activeNoise->threshold = threshold;
-        activeNoise->depthMax = depth_max;
-        activeNoise->frequencyRatio = frequency_ratio;
-        activeNoise->frequency = frequency;
-        activeNoise->ratio = ratio;
-        activeNoise->inflection = inflection != 0;
-        activeNoise->implode = implode;
-        activeNoise->implodeCenter = implode_center ? implode_center : &defaultImplodeCenter;
-        activeNoise->scale = scale;
-        activeNoise->origin = origin;
     }
 
     AColor* evalTexture(AColor* result, const OmbrixContext& context, const UVWSample& sample) override
     {
-        if (!activeNoise || (dimensions != 2 && dimensions != 3)) {
-            *result = noUVWColor(context);
-            return result;
-        }
+        if (!activeNoise || (dimensions != 2 && dimensions != 3))
+            return nouvw_color.evalColor(result, context);
         const Vector4& uvw = sample.uvw;
         const float n = dimensions == 2 ? activeNoise->eval2d(context, uvw.x, uvw.y, time)
                                         : activeNoise->eval3d(context, uvw.x, uvw.y, uvw.z, time);
@@ -185,53 +270,25 @@ public:
         *upper = {larger(upper1.r, upper2.r), larger(upper1.g, upper2.g), larger(upper1.b, upper2.b), 1.0f};
     }
 
-    AColor* evalGradientWidth(AColor* result, const OmbrixContext& /*context*/, const UVWSample& /*sample*/,
-                              const Vector4& /*width*/) override
-    {
-        *result = AColor{};
-        return result;
-    }
-
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override;
+    int writeSource(SourceText& text) override;
 
 private:
     bool hasGpuForm() const;
     BlendColor firstColor() const { return {color1, color1_tex, color1_tex_mult}; }
     BlendColor secondColor() const { return {color2, color2_tex, color2_tex_mult}; }
     MayaVolumeTexture* chooseNoise();
-    void bindParameters();
 
     Color3f color1, color2;
-    TextureInterface* color1_tex = nullptr;
-    TextureInterface* color2_tex = nullptr;
+    ColorInput color1_tex, color2_tex;
     float color1_tex_mult = 0.0f, color2_tex_mult = 0.0f;
-    int dimensions = 0;
-    TextureFloatInterface* amplitude = nullptr;
-    TextureFloatInterface* ratio = nullptr;
-    TextureFloatInterface* threshold = nullptr;
-    int depth_max = 0;
-    TextureFloatInterface* frequency = nullptr;
-    TextureFloatInterface* frequency_ratio = nullptr;
-    int inflection = 0;
+    int dimensions = 0, noise_type = 0;
     float time = 0.0f;
-    int noise_type = 0;
-    TextureFloatInterface* density = nullptr;
-    TextureFloatInterface* spottyness = nullptr;
-    TextureFloatInterface* size_rand = nullptr;
-    TextureFloatInterface* randomness = nullptr;
-    int falloff = 0;
-    int num_waves = 0;
-    TextureFloatInterface* implode = nullptr;
-    TextureInterface* implode_center = nullptr;
-    TextureInterface* scale = nullptr;
-    TextureInterface* origin = nullptr;
+    VolumeTextureInputs inputs;
 
-    DefaultImplodeCenter defaultImplodeCenter;
-    MayaPerlinTexture perlinNoise;
-    MayaSpaceTimeTexture spaceTimeNoise;
-    MayaBillowTexture billowNoise;
-    MayaCosineTexture cosineNoise;
+    MayaPerlinTexture perlinNoise{inputs};
+    MayaSpaceTimeTexture spaceTimeNoise{inputs};
+    MayaBillowTexture billowNoise{inputs};
+    MayaCosineTexture cosineNoise{inputs};
     MayaVolumeTexture* activeNoise = nullptr; // chosen at frame begin; null for an unknown noise_type
 };
 
@@ -245,14 +302,8 @@ MayaVolumeTexture* TexNoiseMaya::chooseNoise()
         perlinNoise.timePeriod = kTimePeriod;
         return &perlinNoise;
     case kBillowNoise:
-        billowNoise.density = density;
-        billowNoise.spottyness = spottyness;
-        billowNoise.randomness = randomness;
-        billowNoise.sizeRand = size_rand;
-        billowNoise.falloff = falloff;
         return &billowNoise;
     case kWaveNoise:
-        cosineNoise.numWaves = num_waves;
         return &cosineNoise;
     case kSpaceTimeNoise:
         spaceTimeNoise.wispy = false;
@@ -271,107 +322,63 @@ bool TexNoiseMaya::hasGpuForm() const
     return noise_type != kSpaceTimeNoise;
 }
 
-int TexNoiseMaya::getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                            OCLData& data)
+int TexNoiseMaya::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor)) return 0;
-    if (!hasGpuForm()) return MappedTexture::getSource(name, tag, descriptor, source, data);
+    if (!hasGpuForm()) return MappedTexture::writeSource(text);
 
-    source.append("maya_noise\n");
+    text.line("maya_noise\n");
     const auto writeBlock = [&](PluginInterface* texture, const char* constantLine) {
-        if (!texture || !RTTexInterface::getRTTexSource(texture, "color", tag, descriptor, source, data))
-            source.append(constantLine);
-        source.append("subtex\n");
+        if (!text.input(texture, "color", text.tag)) text.line(constantLine);
+        text.endSlot();
     };
     const auto writeColorBlock = [&](PluginInterface* texture, const Color3f& color) {
-        if (!texture || !RTTexInterface::getRTTexSource(texture, "color", tag, descriptor, source, data))
-            source.printf("color %f %f %f %f\n", static_cast<double>(color.r), static_cast<double>(color.g),
-                          static_cast<double>(color.b), 1.0);
-        source.append("subtex\n");
+        if (!text.input(texture, "color", text.tag)) text.color(withAlpha(color, 1.0f));
+        text.endSlot();
     };
     writeColorBlock(color1_tex, color1);
     writeColorBlock(color2_tex, color2);
-    writeBlock(threshold, "color 0 0 0 0\n");
-    writeBlock(implode_center, "color 0 0 0 0\n");
-    writeBlock(implode, "color 0 0 0 0\n");
-    writeBlock(origin, "color 0 0 0 0\n");
-    writeBlock(scale, "color 1 1 1 1\n");
-    RTTexInterface::getRTTexSource(uvwgenInterface, "", tag, descriptor, source, data);
-    source.printf("bitmap %i\n", kMayaNoiseOperator);
-    source.append("subtex\n");
+    writeBlock(inputs.threshold, "color 0 0 0 0\n");
+    writeBlock(inputs.implodeCenter, "color 0 0 0 0\n");
+    writeBlock(inputs.implode, "color 0 0 0 0\n");
+    writeBlock(inputs.origin, "color 0 0 0 0\n");
+    writeBlock(inputs.scale, "color 1 1 1 1\n");
+    text.input(uvwgen, "", text.tag);
+    text.op(GpuOperator::MayaNoise);
+    text.endSlot();
 
     // The values as the scene has them decide these two lines, the clamped ones go into the packed word.
     const bool lattice = noise_type == kPerlinNoise || noise_type == kWispyNoise;
-    if (lattice && dimensions == 2) source.append("maya_noise_2d\n");
-    if (lattice && dimensions == 3) source.append("maya_noise_3d\n");
+    if (lattice && dimensions == 2) text.line("maya_noise_2d\n");
+    if (lattice && dimensions == 3) text.line("maya_noise_3d\n");
     switch (noise_type) {
     case kPerlinNoise:
-        source.append("maya_perlin\n");
+        text.line("maya_perlin\n");
         break;
     case kWispyNoise:
-        source.append("maya_wispy\n");
+        text.line("maya_wispy\n");
         break;
     case kBillowNoise:
-        source.append("maya_billow\n");
+        text.line("maya_billow\n");
         break;
     case kWaveNoise:
-        source.append("maya_wave\n");
+        text.line("maya_wave\n");
         break;
     default:
         break;
     }
     const int packed = std::clamp(noise_type, 0, 7) | std::clamp(dimensions, 0, 3) << 3 |
-                       std::clamp(falloff, 0, 3) << 5 | std::clamp(inflection, 0, 1) << 7;
+                       std::clamp(billowNoise.falloff, 0, 3) << 5 | std::clamp(inputs.inflection, 0, 1) << 7;
     // A carrier of parameters, not a transform: the GPU sees no value of these at a point.
-    source.printf("uvw_transform %f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f\n",
-                  static_cast<double>(static_cast<float>(packed)), meanOfBounds(amplitude),
-                  meanOfBounds(ratio), meanOfBounds(frequency), meanOfBounds(frequency_ratio),
-                  meanOfBounds(density), meanOfBounds(spottyness), meanOfBounds(size_rand),
-                  meanOfBounds(randomness), static_cast<double>(num_waves), static_cast<double>(depth_max),
-                  static_cast<double>(time));
-    return writeColorAdjustments(descriptor, source, data);
+    text.operands({static_cast<float>(packed), meanOfBounds(inputs.amplitude), meanOfBounds(inputs.ratio),
+                   meanOfBounds(inputs.frequency), meanOfBounds(inputs.frequencyRatio),
+                   meanOfBounds(billowNoise.density), meanOfBounds(billowNoise.spottyness),
+                   meanOfBounds(billowNoise.sizeRand), meanOfBounds(billowNoise.randomness),
+                   static_cast<float>(cosineNoise.numWaves), static_cast<float>(inputs.depthMax), time});
+    return writeColorAdjustments(text);
 }
 
-void TexNoiseMaya::bindParameters()
-{
-    paramList->setParamCache("color1", &color1);
-    paramList->setParamCache("color2", &color2);
-    paramList->setParamCache("color1_tex", &color1_tex);
-    paramList->setParamCache("color2_tex", &color2_tex);
-    paramList->setParamCache("color1_tex_mult", &color1_tex_mult);
-    paramList->setParamCache("color2_tex_mult", &color2_tex_mult);
-    paramList->setParamCache("dimensions", &dimensions);
-    paramList->setParamCache("amplitude", &amplitude);
-    paramList->setParamCache("ratio", &ratio);
-    paramList->setParamCache("threshold", &threshold);
-    paramList->setParamCache("depth_max", &depth_max);
-    paramList->setParamCache("frequency", &frequency);
-    paramList->setParamCache("frequency_ratio", &frequency_ratio);
-    paramList->setParamCache("inflection", &inflection);
-    paramList->setParamCache("time", &time);
-    paramList->setParamCache("noise_type", &noise_type);
-    paramList->setParamCache("density", &density);
-    paramList->setParamCache("spottyness", &spottyness);
-    paramList->setParamCache("size_rand", &size_rand);
-    paramList->setParamCache("randomness", &randomness);
-    paramList->setParamCache("falloff", &falloff);
-    paramList->setParamCache("num_waves", &num_waves);
-    paramList->setParamCache("implode", &implode);
-    paramList->setParamCache("implode_center", &implode_center);
-    paramList->setParamCache("scale", &scale);
-    paramList->setParamCache("origin", &origin);
-}
-
-class TexNoiseMayaDesc : public DescOf<TexNoiseMaya, TexNoiseMayaParams> {
-public:
-    TexNoiseMayaDesc()
-        : DescOf({2011050401,
-                  "TexNoiseMaya",
-                  "Ombrix implementation of the Maya procedural noise texture [gpuSupport=(partial)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexNoiseMayaParams = KindParams<TexNoiseMaya>;
+using TexNoiseMayaDesc = KindDesc<TexNoiseMaya, TexNoiseMayaParams>;
 TexNoiseMayaDesc texNoiseMayaDesc;
 
 } // namespace

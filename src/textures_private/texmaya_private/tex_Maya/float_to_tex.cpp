@@ -1,68 +1,49 @@
 // FloatToTex: passes a float on, as a texture that an output parameter can be connected to.
 
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr float kDefaultInput = 0.0f; // also what an unset input reads as
-
-class FloatToTexParams : public OmbrixParameterListDesc {
+class FloatToTex final : public Offers<OmbrixTextureFloat, GpuTexture> {
 public:
-    FloatToTexParams() { addParamTextureFloat("input", kDefaultInput, -1, nullptr, nullptr); }
-};
+    using Offers::Offers;
 
-class FloatToTex final : public OmbrixTextureFloat, public RTTexInterface {
-public:
-    explicit FloatToTex(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    // Kept as is: declared as a colour texture, while an instance is a float texture. The description ends
+    // in the middle of a word.
+    static constexpr Identity kIdentity{
+        2009021002,
+        "FloatToTex",
+        "Converts a single scalar or scalar output parameter to a scalar texture. For passing to "
+        "parameters that won't work other",
+        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("input", &input);
+        p("input", &FloatToTex::input, 0.0f);
     }
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
-    {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTextureFloat::getInterface(id);
-    }
-
-    float evalFloat(const OmbrixContext& context) override { return floatOr(input, kDefaultInput, context); }
+    float evalFloat(const OmbrixContext& context) override { return input(context); }
 
     void evalFloatBounds(float* lower, float* upper) override
     {
         if (input)
             input->evalFloatBounds(lower, upper);
         else
-            *lower = *upper = kDefaultInput;
+            *lower = *upper = input.unset;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
-    {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        return RTTexInterface::getRTTexSource(input, name, tag, descriptor, source, data);
-    }
+    int writeSource(SourceText& text) override { return text.passOn(input); }
 
 private:
-    TextureFloatInterface* input = nullptr;
+    FloatInput input;
 };
 
-class FloatToTexDesc : public DescOf<FloatToTex, FloatToTexParams> {
-public:
-    // Kept as is: declared as a colour texture, while an instance is a float texture. The description ends
-    // in the middle of a word.
-    FloatToTexDesc()
-        : DescOf({2009021002,
-                  "FloatToTex",
-                  "Converts a single scalar or scalar output parameter to a scalar texture. For passing to "
-                  "parameters that won't work other",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using FloatToTexParams = KindParams<FloatToTex>;
+using FloatToTexDesc = KindDesc<FloatToTex, FloatToTexParams>;
 FloatToTexDesc floatToTexDesc;
 
 } // namespace

@@ -1,13 +1,18 @@
 // The GPU form that the logic textures share.
 #pragma once
 
-#include <ombrix/gpu_source.h>
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
-// The body of getSource. a and b may be null.
-int writeLogicSource(OUtils::PluginInterface* a, OUtils::PluginInterface* b, int operation, const char* name,
-                     const char* tag, const char* descriptor, OUtils::ShaderSource& source,
-                     OUtils::OCLData& data);
+// Kept as is: an unset input leaves its slot empty, the declared default does not reach the GPU.
+inline int writeLogicSource(SourceText& text, PluginInterface* a, PluginInterface* b, int operation)
+{
+    text.slot(a);
+    text.slot(b);
+    text.op(GpuOperator::Compare);
+    text.operands({static_cast<float>(operation)});
+    return 1;
+}
 
 } // namespace nezaiva

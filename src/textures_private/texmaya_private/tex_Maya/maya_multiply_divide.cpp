@@ -3,54 +3,27 @@
 #include "kernels/color/multiply_divide.h"
 #include "kernels/color/ranges.h"
 #include "plugin_frame/depth_memo.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/operator_source.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
 constexpr AColor kDefaultColor{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr Color kUnsetColor{1.0f, 1.0f, 1.0f};
-constexpr ColorRange kUnsetRange{{1.0f, 1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f, 1.0f}};
 // Kept as is: on the GPU an unset colour is black, not white.
 constexpr const char* kUnsetSlot = "color 0.0 0.0 0.0 0.0\n";
-constexpr int kMultiplyDivideOperator = -956; // consumes two slots
 
-class MultiplyDivideParams : public OmbrixParameterListDesc {
+// Does the work of the plugin, and answers its output parameter. The fields are the plugin's.
+class MultiplyDivideTex : public Offers<PluginBase, TextureInterface, GpuTexture> {
 public:
-    MultiplyDivideParams()
-    {
-        addParamTexture("color1", kDefaultColor, -1, "First color", nullptr);
-        addParamTexture("color2", kDefaultColor, -1, "Second color", nullptr);
-        addParamInt("operation", kMultiply, -1, "Operation (1 - multiply, 2 - divide, 3 - power)",
-                    "enum=(1:Multiply; 2:Divide; 3:Power)");
-        addOutputParamTexture("color", "The resulting color", nullptr);
-    }
-};
-
-// Does the work of the plugin, and answers its output parameter.
-class MultiplyDivideTex : public PluginBase, public TextureInterface, public RTTexInterface {
-public:
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
-    {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        if (id == EXT_TEXTURE) return static_cast<TextureInterface*>(this);
-        return PluginBase::getInterface(id);
-    }
-
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        if (const AColor* known = memo.find(context)) {
-            *result = *known;
-            return result;
-        }
-        const Color a = rgbOr(color1, kUnsetColor, context);
-        const Color b = rgbOr(color2, kUnsetColor, context);
-        *result = withAlpha(multiplyDivide(a, b, operation), 1.0f);
-        memo.store(context, *result);
+        *result = memo.getOr(context, [&] {
+            const Color a = color1.rgb(context);
+            const Color b = color2.rgb(context);
+            return withAlpha(multiplyDivide(a, b, operation), 1.0f);
+        });
         return result;
     }
 
@@ -59,47 +32,50 @@ public:
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
         if (const ChannelFormula formula = multiplyDivideFormula(operation)) {
-            const ColorRange a = rangeOr(color1, kUnsetRange);
-            const ColorRange b = rangeOr(color2, kUnsetRange);
+            const ColorRange a = color1.bounds();
+            const ColorRange b = color2.bounds();
             *lower = withAlpha(leastOfPairs(formula, a, b), 1.0f);
             *upper = withAlpha(greatestOfPairs(formula, a, b), 1.0f);
         }
         lower->a = upper->a = 1.0f;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        OperatorSource text(name, tag, descriptor, source, data);
-        text.inputSlotOr(color1, kUnsetSlot);
-        text.inputSlotOr(color2, kUnsetSlot);
-        text.builtin(kMultiplyDivideOperator);
-        text.operands(static_cast<float>(operation), 0.0f);
+        text.slotOr(color1, kUnsetSlot);
+        text.slotOr(color2, kUnsetSlot);
+        text.op(GpuOperator::MultiplyDivide);
+        text.operands({static_cast<float>(operation)});
         return 1;
     }
 
-    TextureInterface* color1 = nullptr;
-    TextureInterface* color2 = nullptr;
+    ColorInput color1, color2;
     int operation = 0;
     DepthMemo memo;
 };
 
-class MultiplyDivide final : public OmbrixTexture, public RTTexInterface {
+class MultiplyDivide final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    explicit MultiplyDivide(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("color1", &tex.color1);
-        paramList->setParamCache("color2", &tex.color2);
-        paramList->setParamCache("operation", &tex.operation);
-        paramList->setOutputParamCache("color", static_cast<TextureInterface*>(&tex));
-    }
+    using Offers::Offers;
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    static constexpr Identity kIdentity{
+        2006072902,
+        "MayaMultiplyDivide",
+        "Provides multiplication/division of two input textures. Subset of TexAColorOp. "
+        "[gpuSupport=(full)]",
+        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        const auto color1 = [](MultiplyDivide& node) -> ColorInput& { return node.tex.color1; };
+        const auto color2 = [](MultiplyDivide& node) -> ColorInput& { return node.tex.color2; };
+        const auto operation = [](MultiplyDivide& node) -> int& { return node.tex.operation; };
+        p("color1", color1, kDefaultColor, "First color");
+        p("color2", color2, kDefaultColor, "Second color");
+        p("operation", operation, kProduct, "Operation (1 - multiply, 2 - divide, 3 - power)",
+          "enum=(1:Multiply; 2:Divide; 3:Power)");
+        p.output("color", &MultiplyDivide::tex, "The resulting color");
     }
 
     void renderBegin(OmbrixRenderer* renderer) override
@@ -123,27 +99,14 @@ public:
         return tex.evalColor(result, context);
     }
     void evalColorBounds(AColor* lower, AColor* upper) override { tex.evalColorBounds(lower, upper); }
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
-    {
-        return tex.getSource(name, tag, descriptor, source, data);
-    }
+    int writeSource(SourceText& text) override { return tex.writeSource(text); }
 
 private:
     MultiplyDivideTex tex;
 };
 
-class MultiplyDivideDesc : public DescOf<MultiplyDivide, MultiplyDivideParams> {
-public:
-    MultiplyDivideDesc()
-        : DescOf({2006072902,
-                  "MayaMultiplyDivide",
-                  "Provides multiplication/division of two input textures. Subset of TexAColorOp. "
-                  "[gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using MultiplyDivideParams = KindParams<MultiplyDivide>;
+using MultiplyDivideDesc = KindDesc<MultiplyDivide, MultiplyDivideParams>;
 MultiplyDivideDesc multiplyDivideDesc;
 
 } // namespace

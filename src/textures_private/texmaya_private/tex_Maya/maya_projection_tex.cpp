@@ -3,54 +3,31 @@
 //
 // Its second output is the transparency outside the projected image.
 
-#include "plugin_frame/gpu_text.h"
+#include "kernels/color/channels.h"
+#include "plugin_frame/kind_desc.h"
 #include "plugin_frame/mapped_texture.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
 
 namespace nezaiva {
 
 namespace {
 
 constexpr std::uint32_t kBaseFlags = kDeclaresWrap;
-constexpr AColor kOpaqueWhite{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr ColorRange kZeroToOne{{0.0f, 0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f, 1.0f}};
+constexpr ColorRange kZeroToOne{kZero, kWhite};
 constexpr ColorRange kAlwaysZero{};
-constexpr int kAlphaAsColorOperator = -974;
-constexpr int kColorMatrixOperator = -999;
 constexpr const char* kNoBaseWarning = "MayaProjectionTex %s is missing its base texture parameter !";
 constexpr const char* kGpuSupported = "gpuSupport=(full)";
-
-class MayaProjectionTexParams : public MappedTextureParams {
-public:
-    MayaProjectionTexParams() : MappedTextureParams(kBaseFlags)
-    {
-        addParamTexture("base_texture", -1, nullptr, kGpuSupported);
-        addParamTexture("nouvw_transparency", -1, nullptr, kGpuSupported);
-        addParamTexture("transparency_mult", -1, nullptr, kGpuSupported);
-        addParamTexture("transparency_offset", -1, nullptr, kGpuSupported);
-    }
-};
 
 class MayaProjectionTex;
 
 // The output that tells where the projection lands outside its image.
-class MayaProjectionOutTransparencyTex : public PluginBase, public TextureInterface, public RTTexInterface {
+class MayaProjectionOutTransparencyTex : public Offers<PluginBase, TextureInterface, GpuTexture> {
 public:
     explicit MayaProjectionOutTransparencyTex(MayaProjectionTex& projection) : owner(projection) {}
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
-    {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        if (id == EXT_TEXTURE) return static_cast<TextureInterface*>(this);
-        return PluginBase::getInterface(id);
-    }
     AColor* evalColor(AColor* result, const OmbrixContext& context) override;
     void evalColorBounds(AColor* lower, AColor* upper) override;
     AColor* evalColorGradient(AColor* result, const OmbrixContext& context) override;
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override;
+    int writeSource(SourceText& text) override;
 
 private:
     MayaProjectionTex& owner;
@@ -58,13 +35,21 @@ private:
 
 class MayaProjectionTex final : public MappedTexture {
 public:
-    explicit MayaProjectionTex(OmbrixPluginDesc* desc) : MappedTexture(desc, kBaseFlags)
+    explicit MayaProjectionTex(OmbrixPluginDesc* desc) : MappedTexture(desc, kBaseFlags) {}
+
+    static constexpr Identity kIdentity{
+        2008052101, "MayaProjectionTex", "<PLEASE ADD A DESCRIPTION> [gpuSupport=(partial)]", {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("base_texture", &base_texture);
-        paramList->setParamCache("nouvw_transparency", &nouvw_transparency);
-        paramList->setParamCache("transparency_mult", &transparency_mult);
-        paramList->setParamCache("transparency_offset", &transparency_offset);
-        paramList->setOutputParamCache("out_transparency", static_cast<TextureInterface*>(&outTransparency));
+        MappedTexture::parameters(p, kBaseFlags);
+        p("base_texture", &MayaProjectionTex::base_texture, noDefault, nullptr, kGpuSupported);
+        p("nouvw_transparency", &MayaProjectionTex::nouvw_transparency, noDefault, unsetReads(kWhite),
+          nullptr, kGpuSupported);
+        p("transparency_mult", &MayaProjectionTex::transparency_mult, noDefault, nullptr, kGpuSupported);
+        p("transparency_offset", &MayaProjectionTex::transparency_offset, noDefault, nullptr, kGpuSupported);
+        p.answeredBy("out_transparency", &MayaProjectionTex::outTransparency);
     }
 
     void frameBegin(OmbrixRenderer* frameRenderer) override
@@ -79,30 +64,19 @@ public:
     // The base finds its coordinates itself; those of the projection are not handed on.
     AColor* evalTexture(AColor* result, const OmbrixContext& context, const UVWSample& /*sample*/) override
     {
-        if (base_texture)
-            base_texture->evalColor(result, context);
-        else
-            *result = noUVWColor(context);
-        return result;
+        return (base_texture ? base_texture : nouvw_color).evalColor(result, context);
     }
 
     void getTextureBounds(AColor* lower, AColor* upper) override
     {
-        if (TextureInterface* shown = base_texture ? base_texture : nouvw_color)
+        const ColorInput& shown = base_texture ? base_texture : nouvw_color;
+        if (shown)
             shown->evalColorBounds(lower, upper);
         else
-            *lower = *upper = kNoUVWColor;
+            *lower = *upper = nouvw_color.unset;
     }
 
-    AColor* evalGradientWidth(AColor* result, const OmbrixContext& /*context*/, const UVWSample& /*sample*/,
-                              const Vector4& /*width*/) override
-    {
-        *result = AColor{};
-        return result;
-    }
-
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override;
+    int writeSource(SourceText& text) override;
 
     AColor transparency(const OmbrixContext& context);
 
@@ -116,10 +90,7 @@ private:
     Color typicalTransparency() const;
 
     MayaProjectionOutTransparencyTex outTransparency{*this};
-    TextureInterface* base_texture = nullptr;
-    TextureInterface* nouvw_transparency = nullptr;
-    TextureInterface* transparency_mult = nullptr;
-    TextureInterface* transparency_offset = nullptr;
+    ColorInput base_texture, nouvw_transparency, transparency_mult, transparency_offset;
 };
 
 // From the raw colour: the owner's memo and post-processing have no part in it.
@@ -128,15 +99,15 @@ AColor MayaProjectionTex::transparency(const OmbrixContext& context)
     bool valid = true;
     AColor color;
     evalRawColor(&color, context, &valid);
-    if (!valid) return colorOr(nouvw_transparency, kOpaqueWhite, context);
+    if (!valid) return nouvw_transparency(context);
     const float through = 1.0f - color.a;
     AColor result{through, through, through, 1.0f};
     if (transparency_mult) {
-        const AColor factor = colorOr(transparency_mult, AColor{}, context);
+        const AColor factor = transparency_mult(context);
         result = {result.r * factor.r, result.g * factor.g, result.b * factor.b, 1.0f};
     }
     if (transparency_offset) {
-        const AColor offset = colorOr(transparency_offset, AColor{}, context);
+        const AColor offset = transparency_offset(context);
         result = {result.r + offset.r, result.g + offset.g, result.b + offset.b, 1.0f};
     }
     return result;
@@ -145,27 +116,23 @@ AColor MayaProjectionTex::transparency(const OmbrixContext& context)
 // The constant that stands for the transparency on the GPU, which has no form of it for a point.
 Color MayaProjectionTex::typicalTransparency() const
 {
-    const ColorRange n = rangeOr(nouvw_transparency, kZeroToOne);
-    const ColorRange m = rangeOr(transparency_mult, kZeroToOne);
-    const ColorRange o = rangeOr(transparency_offset, kAlwaysZero);
+    const ColorRange n = nouvw_transparency.boundsOr(kZeroToOne);
+    const ColorRange m = transparency_mult.boundsOr(kZeroToOne);
+    const ColorRange o = transparency_offset.boundsOr(kAlwaysZero);
     const auto typical = [](float nl, float nh, float ml, float mh, float ol, float oh) {
         return ((nl + nh) * (ml + mh) * 0.5f + ol + oh) * 0.5f;
     };
     return eachChannel(typical, n.lower, n.upper, m.lower, m.upper, o.lower, o.upper);
 }
 
-int MayaProjectionTex::getSource(const char* /*name*/, const char* tag, const char* descriptor,
-                                 ShaderSource& source, OCLData& data)
+int MayaProjectionTex::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor)) return 0;
-    const bool constant = isConstant(rangeOr(base_texture, kZeroToOne));
-    const int answer = RTTexInterface::getRTTexSource(base_texture, "", tag, descriptor, source, data);
+    const bool constant = isConstant(base_texture.boundsOr(kZeroToOne));
+    const int answer = text.input(base_texture, "", text.tag);
     if (constant) return answer;
     const Color t = typicalTransparency();
-    const float mean = (t.r + t.g + t.b) * 0.33333334f;
-    source.printf("color %f %f %f %f\n", static_cast<double>(t.r), static_cast<double>(t.g),
-                  static_cast<double>(t.b), static_cast<double>(mean));
-    if (wrap) source.append("tex_projection_wrap\n");
+    text.color(withAlpha(t, intensity(t)));
+    if (wrap) text.line("tex_projection_wrap\n");
     // Kept as is: refused when the base is, with the lines above written.
     return answer;
 }
@@ -190,30 +157,18 @@ AColor* MayaProjectionOutTransparencyTex::evalColorGradient(AColor* result, cons
     return result;
 }
 
-int MayaProjectionOutTransparencyTex::getSource(const char* /*name*/, const char* /*tag*/,
-                                                const char* descriptor, ShaderSource& source, OCLData& data)
+int MayaProjectionOutTransparencyTex::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor)) return 0;
-    PluginInterface* projection = owner.getInterface(EXT_RTTEX);
-    if (!projection) return 1;
-    RTTexInterface::getRTTexSource(projection, "color", "", descriptor, source, data);
-    source.append("subtex\n");
-    source.printf("bitmap %i\n", kAlphaAsColorOperator);
-    source.append("subtex\n");
-    source.printf("bitmap %i\n", kColorMatrixOperator);
+    text.input(static_cast<TextureInterface*>(&owner), "color", "");
+    text.endSlot();
+    text.op(GpuOperator::AlphaAsColor);
+    text.endSlot();
+    text.op(GpuOperator::ColorMatrix);
     return 1;
 }
 
-class MayaProjectionTexDesc : public DescOf<MayaProjectionTex, MayaProjectionTexParams> {
-public:
-    MayaProjectionTexDesc()
-        : DescOf({2008052101,
-                  "MayaProjectionTex",
-                  "<PLEASE ADD A DESCRIPTION> [gpuSupport=(partial)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using MayaProjectionTexParams = KindParams<MayaProjectionTex>;
+using MayaProjectionTexDesc = KindDesc<MayaProjectionTex, MayaProjectionTexParams>;
 MayaProjectionTexDesc mayaProjectionTexDesc;
 
 } // namespace

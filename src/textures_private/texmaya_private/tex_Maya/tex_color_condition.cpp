@@ -1,8 +1,8 @@
 // TexColorCondition: one of two colours, chosen by a float. The input that is not taken is not evaluated.
 
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/condition.h"
+#include "kernels/color/channels.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 #include <algorithm>
 
@@ -10,46 +10,31 @@ namespace nezaiva {
 
 namespace {
 
-// Also what unset inputs read as.
-constexpr AColor kDefaultColor{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr float kDefaultAlpha = 1.0f;
-constexpr float kDefaultCondition = 0.0f;
-
-class TexColorConditionParams : public OmbrixParameterListDesc {
+class TexColorCondition final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexColorConditionParams()
-    {
-        addParamTexture("color_a", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_a", kDefaultAlpha, -1, nullptr, nullptr);
-        addParamTexture("color_b", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_b", kDefaultAlpha, -1, nullptr, nullptr);
-        addParamTextureFloat("condition", kDefaultCondition, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexColorCondition final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexColorCondition(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("color_a", &color_a);
-        paramList->setParamCache("alpha_a", &alpha_a);
-        paramList->setParamCache("color_b", &color_b);
-        paramList->setParamCache("alpha_b", &alpha_b);
-        paramList->setParamCache("condition", &condition);
-    }
+    static constexpr Identity kIdentity{
+        2015101514,
+        "TexColorCondition",
+        "Output either color A or B depending on condition [gpuSupport=(full)]",
+        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("color_a", &TexColorCondition::color_a, kWhite);
+        p("alpha_a", &TexColorCondition::alpha_a, 1.0f);
+        p("color_b", &TexColorCondition::color_b, kWhite);
+        p("alpha_b", &TexColorCondition::alpha_b, 1.0f);
+        p("condition", &TexColorCondition::condition, 0.0f);
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        const bool takeA = choosesA(condition, context);
-        writeColorOr(result, takeA ? color_a : color_b, kDefaultColor, context);
-        result->a = floatOr(takeA ? alpha_a : alpha_b, kDefaultAlpha, context);
+        const bool takeA = condition.isOn(context);
+        (takeA ? color_a : color_b).evalColor(result, context);
+        result->a = (takeA ? alpha_a : alpha_b)(context);
         return result;
     }
 
@@ -58,63 +43,36 @@ public:
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
         if (!color_a || !color_b) {
-            *lower = {0.0f, 0.0f, 0.0f, 0.0f};
-            *upper = {1.0f, 1.0f, 1.0f, 1.0f};
+            *lower = kZero;
+            *upper = kWhite;
         } else {
-            AColor lowerA, lowerB;
-            AColor upperA{1.0f, 1.0f, 1.0f, 1.0f}, upperB{1.0f, 1.0f, 1.0f, 1.0f};
-            color_a->evalColorBounds(&lowerA, &upperA);
-            color_b->evalColorBounds(&lowerB, &upperB);
-            lower->r = std::max(upperA.r, upperB.r);
-            lower->g = std::max(upperA.g, upperB.g);
-            lower->b = std::max(upperA.b, upperB.b);
+            const AColor a = color_a.bounds().upper;
+            const AColor b = color_b.bounds().upper;
+            lower->r = std::max(a.r, b.r);
+            lower->g = std::max(a.g, b.g);
+            lower->b = std::max(a.b, b.b);
         }
-        lower->a = upperAlphaBound();
+        lower->a = alpha_a && alpha_b ? std::max(alpha_a.bounds().upper, alpha_b.bounds().upper) : 1.0f;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        SlotText slots(name, tag, descriptor, source, data);
-        slots.inputOr(condition, kUnsetConditionSlot);
-        slots.inputOr(color_b, kUnsetInputSlot);
-        slots.inputOr(alpha_b, kUnsetInputSlot);
-        slots.inputOr(color_a, kUnsetInputSlot);
-        slots.inputOr(alpha_a, kUnsetInputSlot);
-        slots.builtin(kConditionOperator);
+        text.slotOrUnset(condition, kZero);
+        text.slotOrUnset(color_b, kWhite);
+        text.slotOrUnset(alpha_b, kWhite);
+        text.slotOrUnset(color_a, kWhite);
+        text.slotOrUnset(alpha_a, kWhite);
+        text.op(GpuOperator::Condition);
         return 1;
     }
 
 private:
-    // The larger upper bound of both alphas, 1 unless both are connected.
-    float upperAlphaBound()
-    {
-        if (!alpha_a || !alpha_b) return 1.0f;
-        float lowerA = 0.0f, upperA = 1.0f;
-        float lowerB = 0.0f, upperB = 1.0f;
-        alpha_a->evalFloatBounds(&lowerA, &upperA);
-        alpha_b->evalFloatBounds(&lowerB, &upperB);
-        return std::max(upperA, upperB);
-    }
-
-    TextureInterface* color_a = nullptr;
-    TextureFloatInterface* alpha_a = nullptr;
-    TextureInterface* color_b = nullptr;
-    TextureFloatInterface* alpha_b = nullptr;
-    TextureFloatInterface* condition = nullptr;
+    ColorInput color_a, color_b;
+    FloatInput alpha_a, alpha_b, condition;
 };
 
-class TexColorConditionDesc : public DescOf<TexColorCondition, TexColorConditionParams> {
-public:
-    TexColorConditionDesc()
-        : DescOf({2015101514,
-                  "TexColorCondition",
-                  "Output either color A or B depending on condition [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexColorConditionParams = KindParams<TexColorCondition>;
+using TexColorConditionDesc = KindDesc<TexColorCondition, TexColorConditionParams>;
 TexColorConditionDesc texColorConditionDesc;
 
 } // namespace

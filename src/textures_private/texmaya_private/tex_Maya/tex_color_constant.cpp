@@ -1,47 +1,32 @@
 // TexColorConstant: passes a colour on with an alpha of its own. The alpha that the input colour carries
 // is dropped, also when no alpha is connected.
 
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures/expr/gpu_source_helper.h"
+#include "kernels/color/channels.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_expressions.h"
 
 namespace nezaiva {
 
 namespace {
 
-// Also what unset inputs read as.
-constexpr AColor kDefaultColor{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr float kDefaultAlpha = 1.0f;
-
-class TexColorConstantParams : public OmbrixParameterListDesc {
+class TexColorConstant final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexColorConstantParams()
-    {
-        addParamTexture("color", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha", kDefaultAlpha, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexColorConstant final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexColorConstant(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("color", &color);
-        paramList->setParamCache("alpha", &alpha);
-    }
+    static constexpr Identity kIdentity{
+        2015101513, "TexColorConstant", "Yield a constant color [gpuSupport=(full)]", {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("color", &TexColorConstant::color, kWhite);
+        p("alpha", &TexColorConstant::alpha, 1.0f);
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        writeColorOr(result, color, kDefaultColor, context);
-        result->a = floatOr(alpha, kDefaultAlpha, context);
+        color.evalColor(result, context);
+        result->a = alpha(context);
         return result;
     }
 
@@ -50,39 +35,29 @@ public:
         if (color)
             color->evalColorBounds(lower, upper);
         else
-            *lower = *upper = kDefaultColor;
+            *lower = *upper = color.unset;
         if (alpha)
             alpha->evalFloatBounds(&lower->a, &upper->a);
         else
-            lower->a = upper->a = kDefaultAlpha;
+            lower->a = upper->a = alpha.unset;
     }
 
     // The alpha input does not reach the GPU.
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        GPUSourceHelper helper(name, tag, descriptor, source, data);
+        SourceExpressions helper(text);
         helper.addPluginVariable("inputColor", color);
         helper.evaluate("inputColor");
         return 1;
     }
 
 private:
-    TextureInterface* color = nullptr;
-    TextureFloatInterface* alpha = nullptr;
+    ColorInput color;
+    FloatInput alpha;
 };
 
-class TexColorConstantDesc : public DescOf<TexColorConstant, TexColorConstantParams> {
-public:
-    TexColorConstantDesc()
-        : DescOf({2015101513,
-                  "TexColorConstant",
-                  "Yield a constant color [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexColorConstantParams = KindParams<TexColorConstant>;
+using TexColorConstantDesc = KindDesc<TexColorConstant, TexColorConstantParams>;
 TexColorConstantDesc texColorConstantDesc;
 
 } // namespace

@@ -2,105 +2,65 @@
 // then the alpha by a chain of its own. Steps that change nothing cost nothing.
 //
 // Kept as is: most unset inputs read as another value than their declared default, so that a node with
-// nothing set passes its colour on. The two stand side by side below.
+// nothing set passes its colour on. The two stand side by side in the table.
 
 #include "kernels/color/correct.h"
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures/expr/gpu_source_helper.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_expressions.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr float kDeclaredInAlpha = 1.0f;
-constexpr float kDeclaredFloat = 0.0f; // of all other floats
-constexpr Color kDeclaredColor{0.0f, 0.0f, 0.0f};
-
-constexpr Color kUnsetInColor{0.0f, 0.0f, 0.0f};
-constexpr float kUnsetInAlpha = 1.0f;
-constexpr float kUnsetHueShift = 0.0f;
-constexpr float kUnsetGain = 1.0f; // of saturation, value and alpha
-constexpr Color kUnsetColGain{1.0f, 1.0f, 1.0f};
-constexpr Color kUnsetColOffset{0.0f, 0.0f, 0.0f};
-constexpr Color kUnsetColGamma{1.0f, 1.0f, 1.0f};
-constexpr Color kUnsetClampMin{0.0f, 0.0f, 0.0f};
-constexpr Color kUnsetClampMax{1.0f, 1.0f, 1.0f};
-constexpr float kUnsetAlphaOffset = 1.0f;
-constexpr float kUnsetAlphaClampMin = 0.0f;
-constexpr float kUnsetAlphaClampMax = 1.0f;
+constexpr Color kBlack{0.0f, 0.0f, 0.0f};
+constexpr UnsetReads<Color> kUnsetReadsWhite{{1.0f, 1.0f, 1.0f}};
 
 // What every unset input contributes to the bounds, the gains too.
 constexpr ColorRange kUnsetRange{{0.0f, 0.0f, 0.0f, 1.0f}, {0.0f, 0.0f, 0.0f, 1.0f}};
 
-class TexColorCorrectParams : public OmbrixParameterListDesc {
+class TexColorCorrect final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexColorCorrectParams()
-    {
-        addParamTexture("in_color", kDeclaredColor, -1, nullptr, nullptr);
-        addParamTextureFloat("in_alpha", kDeclaredInAlpha, -1, nullptr, nullptr);
-        addParamTextureFloat("unpremultiply_input", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("premultiply_result", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("hue_shift", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("sat_gain", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("val_gain", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTexture("col_gain", kDeclaredColor, -1, nullptr, nullptr);
-        addParamTexture("col_offset", kDeclaredColor, -1, nullptr, nullptr);
-        addParamTexture("col_gamma", kDeclaredColor, -1, nullptr, nullptr);
-        addParamTextureFloat("col_clamp", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTexture("col_clamp_min", kDeclaredColor, -1, nullptr, nullptr);
-        addParamTexture("col_clamp_max", kDeclaredColor, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_gain", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_offset", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_gamma", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_clamp", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_clamp_min", kDeclaredFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_clamp_max", kDeclaredFloat, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexColorCorrect final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexColorCorrect(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("in_color", &in_color);
-        paramList->setParamCache("in_alpha", &in_alpha);
-        paramList->setParamCache("unpremultiply_input", &unpremultiply_input);
-        paramList->setParamCache("premultiply_result", &premultiply_result);
-        paramList->setParamCache("hue_shift", &hue_shift);
-        paramList->setParamCache("sat_gain", &sat_gain);
-        paramList->setParamCache("val_gain", &val_gain);
-        paramList->setParamCache("col_gain", &col_gain);
-        paramList->setParamCache("col_offset", &col_offset);
-        paramList->setParamCache("col_gamma", &col_gamma);
-        paramList->setParamCache("col_clamp", &col_clamp);
-        paramList->setParamCache("col_clamp_min", &col_clamp_min);
-        paramList->setParamCache("col_clamp_max", &col_clamp_max);
-        paramList->setParamCache("alpha_gain", &alpha_gain);
-        paramList->setParamCache("alpha_offset", &alpha_offset);
-        paramList->setParamCache("alpha_gamma", &alpha_gamma);
-        paramList->setParamCache("alpha_clamp", &alpha_clamp);
-        paramList->setParamCache("alpha_clamp_min", &alpha_clamp_min);
-        paramList->setParamCache("alpha_clamp_max", &alpha_clamp_max);
-    }
+    static constexpr Identity kIdentity{2015101613,
+                                        "TexColorCorrect",
+                                        "Correct a color by specifying HSV and RGB gains, offset, gamma "
+                                        "correction and clamping [gpuSupport=(none)]",
+                                        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("in_color", &TexColorCorrect::in_color, kBlack);
+        p("in_alpha", &TexColorCorrect::in_alpha, 1.0f);
+        p("unpremultiply_input", &TexColorCorrect::unpremultiply_input, 0.0f);
+        p("premultiply_result", &TexColorCorrect::premultiply_result, 0.0f);
+        p("hue_shift", &TexColorCorrect::hue_shift, 0.0f);
+        p("sat_gain", &TexColorCorrect::sat_gain, 0.0f, unsetReads(1.0f));
+        p("val_gain", &TexColorCorrect::val_gain, 0.0f, unsetReads(1.0f));
+        p("col_gain", &TexColorCorrect::col_gain, kBlack, kUnsetReadsWhite);
+        p("col_offset", &TexColorCorrect::col_offset, kBlack);
+        p("col_gamma", &TexColorCorrect::col_gamma, kBlack, kUnsetReadsWhite);
+        p("col_clamp", &TexColorCorrect::col_clamp, 0.0f);
+        p("col_clamp_min", &TexColorCorrect::col_clamp_min, kBlack);
+        p("col_clamp_max", &TexColorCorrect::col_clamp_max, kBlack, kUnsetReadsWhite);
+        p("alpha_gain", &TexColorCorrect::alpha_gain, 0.0f, unsetReads(1.0f));
+        p("alpha_offset", &TexColorCorrect::alpha_offset, 0.0f, unsetReads(1.0f));
+        p("alpha_gamma", &TexColorCorrect::alpha_gamma, 0.0f);
+        p("alpha_clamp", &TexColorCorrect::alpha_clamp, 0.0f);
+        p("alpha_clamp_min", &TexColorCorrect::alpha_clamp_min, 0.0f);
+        p("alpha_clamp_max", &TexColorCorrect::alpha_clamp_max, 0.0f, unsetReads(1.0f));
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        Color c = rgbOr(in_color, kUnsetInColor, context);
-        float a = floatOr(in_alpha, kUnsetInAlpha, context);
+        Color c = in_color.rgb(context);
+        float a = in_alpha(context);
         // An alpha of 0 gives infinities, which pass on.
-        if (isOn(unpremultiply_input, context)) c = scaled(c, 1.0f / a);
+        if (unpremultiply_input.isOn(context)) c = scaled(c, 1.0f / a);
         c = correctedColor(c, context);
         a = correctedAlpha(a, context);
-        if (isOn(premultiply_result, context)) c = scaled(c, a);
+        if (premultiply_result.isOn(context)) c = scaled(c, a);
         *result = withAlpha(c, a);
         return result;
     }
@@ -109,10 +69,10 @@ public:
     // saturation and value, and the clamps out.
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
-        const ColorRange in = rangeOr(in_color, kUnsetRange);
-        const ColorRange gain = rangeOr(col_gain, kUnsetRange);
-        const ColorRange offset = rangeOr(col_offset, kUnsetRange);
-        const ColorRange gamma = rangeOr(col_gamma, kUnsetRange);
+        const ColorRange in = in_color.boundsOr(kUnsetRange);
+        const ColorRange gain = col_gain.boundsOr(kUnsetRange);
+        const ColorRange offset = col_offset.boundsOr(kUnsetRange);
+        const ColorRange gamma = col_gamma.boundsOr(kUnsetRange);
         const Color low = eachChannel(lowerGain, in.lower, gain.lower, offset.lower);
         const Color high = eachChannel(upperGain, in.upper, gain.upper, offset.upper);
         *lower = withAlpha(eachChannel(lowerGamma, low, gamma.lower, gamma.upper),
@@ -122,11 +82,9 @@ public:
     }
 
     // Neither gamma nor the alpha's chain reaches the GPU.
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        GPUSourceHelper helper(name, tag, descriptor, source, data);
+        SourceExpressions helper(text);
         helper.addPluginVariable("a", in_alpha);
         helper.addPluginVariable("clampMax", col_clamp_max);
         helper.addPluginVariable("clampMin", col_clamp_min);
@@ -156,20 +114,20 @@ public:
 private:
     Color correctedColor(Color c, const OmbrixContext& context) const
     {
-        const float shift = floatOr(hue_shift, kUnsetHueShift, context);
-        const float saturation = floatOr(sat_gain, kUnsetGain, context);
-        const float value = floatOr(val_gain, kUnsetGain, context);
+        const float shift = hue_shift(context);
+        const float saturation = sat_gain(context);
+        const float value = val_gain(context);
         if (shift != 0.0f || saturation != 1.0f || value != 1.0f) c = hsvStep(c, shift, saturation, value);
 
-        const Color gain = rgbOr(col_gain, kUnsetColGain, context);
-        const Color offset = rgbOr(col_offset, kUnsetColOffset, context);
+        const Color gain = col_gain.rgb(context);
+        const Color offset = col_offset.rgb(context);
         c = eachChannel([](float x, float g, float o) { return x * g + o; }, c, gain, offset);
 
-        c = eachChannel(gammaStep, c, rgbOr(col_gamma, kUnsetColGamma, context));
+        c = eachChannel(gammaStep, c, col_gamma.rgb(context));
 
-        if (isOn(col_clamp, context)) {
-            const Color lower = rgbOr(col_clamp_min, kUnsetClampMin, context);
-            const Color upper = rgbOr(col_clamp_max, kUnsetClampMax, context);
+        if (col_clamp.isOn(context)) {
+            const Color lower = col_clamp_min.rgb(context);
+            const Color upper = col_clamp_max.rgb(context);
             c = eachChannel(clampStep, c, lower, upper);
         }
         return c;
@@ -177,52 +135,27 @@ private:
 
     float correctedAlpha(float a, const OmbrixContext& context) const
     {
-        a *= floatOr(alpha_gain, kUnsetGain, context);
+        a *= alpha_gain(context);
         // Kept as is: an offset of exactly 1 adds nothing, whether it is connected or what unset reads as.
-        const float offset = floatOr(alpha_offset, kUnsetAlphaOffset, context);
+        const float offset = alpha_offset(context);
         if (offset != 1.0f) a += offset;
         // Kept as is: the gain is read once more and acts as the gamma; alpha_gamma is never read.
-        a = gammaStep(a, floatOr(alpha_gain, kUnsetGain, context));
-        if (isOn(alpha_clamp, context)) {
-            const float lower = floatOr(alpha_clamp_min, kUnsetAlphaClampMin, context);
-            const float upper = floatOr(alpha_clamp_max, kUnsetAlphaClampMax, context);
+        a = gammaStep(a, alpha_gain(context));
+        if (alpha_clamp.isOn(context)) {
+            const float lower = alpha_clamp_min(context);
+            const float upper = alpha_clamp_max(context);
             a = clampStep(a, lower, upper);
         }
         return a;
     }
 
-    TextureInterface* in_color = nullptr;
-    TextureFloatInterface* in_alpha = nullptr;
-    TextureFloatInterface* unpremultiply_input = nullptr;
-    TextureFloatInterface* premultiply_result = nullptr;
-    TextureFloatInterface* hue_shift = nullptr;
-    TextureFloatInterface* sat_gain = nullptr;
-    TextureFloatInterface* val_gain = nullptr;
-    TextureInterface* col_gain = nullptr;
-    TextureInterface* col_offset = nullptr;
-    TextureInterface* col_gamma = nullptr;
-    TextureFloatInterface* col_clamp = nullptr;
-    TextureInterface* col_clamp_min = nullptr;
-    TextureInterface* col_clamp_max = nullptr;
-    TextureFloatInterface* alpha_gain = nullptr;
-    TextureFloatInterface* alpha_offset = nullptr;
-    TextureFloatInterface* alpha_gamma = nullptr;
-    TextureFloatInterface* alpha_clamp = nullptr;
-    TextureFloatInterface* alpha_clamp_min = nullptr;
-    TextureFloatInterface* alpha_clamp_max = nullptr;
+    ColorInput in_color, col_gain, col_offset, col_gamma, col_clamp_min, col_clamp_max;
+    FloatInput in_alpha, unpremultiply_input, premultiply_result, hue_shift, sat_gain, val_gain, col_clamp;
+    FloatInput alpha_gain, alpha_offset, alpha_gamma, alpha_clamp, alpha_clamp_min, alpha_clamp_max;
 };
 
-class TexColorCorrectDesc : public DescOf<TexColorCorrect, TexColorCorrectParams> {
-public:
-    TexColorCorrectDesc()
-        : DescOf({2015101613,
-                  "TexColorCorrect",
-                  "Correct a color by specifying HSV and RGB gains, offset, gamma correction and clamping "
-                  "[gpuSupport=(none)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexColorCorrectParams = KindParams<TexColorCorrect>;
+using TexColorCorrectDesc = KindDesc<TexColorCorrect, TexColorCorrectParams>;
 TexColorCorrectDesc texColorCorrectDesc;
 
 } // namespace

@@ -2,48 +2,35 @@
 // texture.
 
 #include "kernels/color/compare.h"
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/kind_desc.h"
 #include "textures_private/texmaya_private/tex_Maya/logic_source.h"
 
 namespace nezaiva {
 
 namespace {
 
-// Kept as is: neither white nor black. Also what unset inputs read as.
+// Kept as is: neither white nor black.
 constexpr AColor kDefaultInput{1.0f, 0.0f, 0.5f, 1.0f};
-constexpr int kDefaultOperation = kEqual;
 
-class TexColorLogicParams : public OmbrixParameterListDesc {
+class TexColorLogic final : public Offers<OmbrixTextureFloat, GpuTexture> {
 public:
-    TexColorLogicParams()
-    {
-        addParamTexture("color_a", kDefaultInput, -1, nullptr, nullptr);
-        addParamTexture("color_b", kDefaultInput, -1, nullptr, nullptr);
-        addParamInt("operation", kDefaultOperation, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexColorLogic final : public OmbrixTextureFloat, public RTTexInterface {
-public:
-    explicit TexColorLogic(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
-    {
-        paramList->setParamCache("color_a", &color_a);
-        paramList->setParamCache("color_b", &color_b);
-        paramList->setParamCache("operation", &operation);
-    }
+    static constexpr Identity kIdentity{
+        2015101517, "TexColorLogic", "Compare colors [gpuSupport=(full)]", {EXT_TEXTURE_FLOAT}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTextureFloat::getInterface(id);
+        p("color_a", &TexColorLogic::color_a, kDefaultInput);
+        p("color_b", &TexColorLogic::color_b, kDefaultInput);
+        p("operation", &TexColorLogic::operation, kEqual);
     }
 
     float evalFloat(const OmbrixContext& context) override
     {
-        const AColor a = colorOr(color_a, kDefaultInput, context);
-        const AColor b = colorOr(color_b, kDefaultInput, context);
+        const AColor a = color_a(context);
+        const AColor b = color_b(context);
         return compareColors(a, b, operation) ? 1.0f : 0.0f;
     }
 
@@ -53,28 +40,15 @@ public:
         *upper = 1.0f;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
-    {
-        return writeLogicSource(color_a, color_b, operation, name, tag, descriptor, source, data);
-    }
+    int writeSource(SourceText& text) override { return writeLogicSource(text, color_a, color_b, operation); }
 
 private:
-    TextureInterface* color_a = nullptr;
-    TextureInterface* color_b = nullptr;
+    ColorInput color_a, color_b;
     int operation = 0;
 };
 
-class TexColorLogicDesc : public DescOf<TexColorLogic, TexColorLogicParams> {
-public:
-    TexColorLogicDesc()
-        : DescOf({2015101517,
-                  "TexColorLogic",
-                  "Compare colors [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using TexColorLogicParams = KindParams<TexColorLogic>;
+using TexColorLogicDesc = KindDesc<TexColorLogic, TexColorLogicParams>;
 TexColorLogicDesc texColorLogicDesc;
 
 } // namespace

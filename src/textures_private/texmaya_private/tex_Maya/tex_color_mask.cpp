@@ -2,10 +2,8 @@
 // the more alpha is taken away, below 0 too.
 
 #include "kernels/color/mask.h"
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures/expr/gpu_source_helper.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_expressions.h"
 
 #include <algorithm>
 
@@ -13,58 +11,36 @@ namespace nezaiva {
 
 namespace {
 
-// Also what unset inputs read as.
-constexpr Color kDefaultColor{1.0f, 1.0f, 1.0f};
-constexpr float kDefaultAlpha = 1.0f;
-constexpr float kDefaultPreserveColor = 0.0f;
-constexpr float kDefaultMaskAlphaIsLuminance = 0.0f;
-
-constexpr ColorRange kUnsetColorRange{{1.0f, 1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f, 1.0f}};
-constexpr FloatRange kUnsetAlphaRange{1.0f, 1.0f};
-
-class TexColorMaskParams : public OmbrixParameterListDesc {
+class TexColorMask final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexColorMaskParams()
-    {
-        addParamTexture("in_color", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("in_alpha", kDefaultAlpha, -1, nullptr, nullptr);
-        addParamTextureFloat("preserve_color", kDefaultPreserveColor, -1, nullptr, nullptr);
-        addParamTexture("mask", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("mask_alpha", kDefaultAlpha, -1, nullptr, nullptr);
-        addParamFloat("mask_alpha_is_luminance", kDefaultMaskAlphaIsLuminance, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexColorMask final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexColorMask(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("in_color", &in_color);
-        paramList->setParamCache("in_alpha", &in_alpha);
-        paramList->setParamCache("preserve_color", &preserve_color);
-        paramList->setParamCache("mask", &mask);
-        paramList->setParamCache("mask_alpha", &mask_alpha);
-        paramList->setParamCache("mask_alpha_is_luminance", &mask_alpha_is_luminance);
-    }
+    static constexpr Identity kIdentity{2015101614,
+                                        "TexColorMask",
+                                        "Mask a color. In-efficient GPU implementation, use any of the other "
+                                        "texture-mask plugins instead [gpuSupport=(full)]",
+                                        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("in_color", &TexColorMask::in_color, Color{1.0f, 1.0f, 1.0f});
+        p("in_alpha", &TexColorMask::in_alpha, 1.0f);
+        p("preserve_color", &TexColorMask::preserve_color, 0.0f);
+        p("mask", &TexColorMask::mask, Color{1.0f, 1.0f, 1.0f});
+        p("mask_alpha", &TexColorMask::mask_alpha, 1.0f);
+        p("mask_alpha_is_luminance", &TexColorMask::mask_alpha_is_luminance, 0.0f);
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        Color c = rgbOr(in_color, kDefaultColor, context);
-        float a = floatOr(in_alpha, kDefaultAlpha, context);
-        const Color m = rgbOr(mask, kDefaultColor, context);
-        const float k = mask_alpha_is_luminance == 0.0f
-                            ? std::max(0.0f, floatOr(mask_alpha, kDefaultAlpha, context))
-                            : luminance(m);
+        Color c = in_color.rgb(context);
+        float a = in_alpha(context);
+        const Color m = mask.rgb(context);
+        const float k = mask_alpha_is_luminance == 0.0f ? std::max(0.0f, mask_alpha(context)) : luminance(m);
         // A strength that is not a number masks and passes on.
         if (!(k <= kNoMask)) {
-            if (!isOn(preserve_color, context))
+            if (!preserve_color.isOn(context))
                 c = eachChannel([k](float x, float own) { return masked(x, own, k); }, c, m);
             a -= k;
         }
@@ -76,10 +52,10 @@ public:
     // and the bounds of in_alpha are asked for and dropped.
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
-        const ColorRange in = rangeOr(in_color, kUnsetColorRange);
-        const ColorRange m = rangeOr(mask, kUnsetColorRange);
-        const FloatRange strength = rangeOr(mask_alpha, kUnsetAlphaRange);
-        rangeOr(in_alpha, kUnsetAlphaRange);
+        const ColorRange in = in_color.bounds();
+        const ColorRange m = mask.bounds();
+        const FloatRange strength = mask_alpha.bounds();
+        in_alpha.bounds();
         const float weak = std::min(strength.lower, luminance(m.lower));
         const float strong = std::max(strength.upper, luminance(m.upper));
         const auto smaller = [=](float x, float own) {
@@ -93,11 +69,9 @@ public:
     }
 
     // The alphas do not reach the GPU.
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        GPUSourceHelper helper(name, tag, descriptor, source, data);
+        SourceExpressions helper(text);
         helper.addPluginVariable("inColor", in_color);
         helper.addPluginVariable("mask", mask);
         helper.addPluginVariable("maskAlpha", mask_alpha);
@@ -109,25 +83,15 @@ public:
     }
 
 private:
-    TextureInterface* in_color = nullptr;
-    TextureFloatInterface* in_alpha = nullptr;
-    TextureFloatInterface* preserve_color = nullptr;
-    TextureInterface* mask = nullptr;
-    TextureFloatInterface* mask_alpha = nullptr;
+    ColorInput in_color;
+    FloatInput in_alpha, preserve_color;
+    ColorInput mask;
+    FloatInput mask_alpha;
     float mask_alpha_is_luminance = 0.0f;
 };
 
-class TexColorMaskDesc : public DescOf<TexColorMask, TexColorMaskParams> {
-public:
-    TexColorMaskDesc()
-        : DescOf({2015101614,
-                  "TexColorMask",
-                  "Mask a color. In-efficient GPU implementation, use any of the other texture-mask plugins "
-                  "instead [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexColorMaskParams = KindParams<TexColorMask>;
+using TexColorMaskDesc = KindDesc<TexColorMask, TexColorMaskParams>;
 TexColorMaskDesc texColorMaskDesc;
 
 } // namespace

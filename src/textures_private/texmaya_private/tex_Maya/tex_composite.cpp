@@ -1,26 +1,17 @@
 // TexComposite: composes two colours, alpha included, by one of nine operations and a factor.
 
+#include "kernels/color/channels.h"
 #include "kernels/color/composite.h"
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures/expr/gpu_source_helper.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_expressions.h"
 
 namespace nezaiva {
 
 namespace {
 
-// Also what unset inputs read as.
-constexpr AColor kDefaultColor{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr float kDefaultAlpha = 1.0f;
-constexpr float kDefaultFactor = 0.0f;
-constexpr int kDefaultOperation = kAdd;
+constexpr AColor kUnknownOperationColor = kWhite;
+constexpr ColorRange kUnknownOperationRange{kZero, kWhite};
 
-constexpr AColor kUnknownOperationColor{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr ColorRange kUnknownOperationRange{{0.0f, 0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f, 1.0f}};
-
-constexpr ColorRange kUnsetColorRange{kDefaultColor, kDefaultColor};
-constexpr FloatRange kUnsetAlphaRange{kDefaultAlpha, kDefaultAlpha};
 // Kept as is: in the bounds an unset factor is 1, not the 0 that it evaluates to.
 constexpr FloatRange kUnsetFactorRange{1.0f, 1.0f};
 
@@ -37,45 +28,35 @@ constexpr const char* kExpressions[kCompositeOperationCount] = {
     "(clamp (lerp a (- 1 (/ a (max (- 1 b) 0.00001))) f) a b)",
 };
 
-class TexCompositeParams : public OmbrixParameterListDesc {
+class TexComposite final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexCompositeParams()
-    {
-        addParamTexture("color_a", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_a", kDefaultAlpha, -1, nullptr, nullptr);
-        addParamTexture("color_b", kDefaultColor, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha_b", kDefaultAlpha, -1, nullptr, nullptr);
-        addParamInt("operation", kDefaultOperation, -1, nullptr, nullptr);
-        addParamTextureFloat("factor", kDefaultFactor, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexComposite final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexComposite(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("color_a", &color_a);
-        paramList->setParamCache("alpha_a", &alpha_a);
-        paramList->setParamCache("color_b", &color_b);
-        paramList->setParamCache("alpha_b", &alpha_b);
-        paramList->setParamCache("operation", &operation);
-        paramList->setParamCache("factor", &factor);
-    }
+    static constexpr Identity kIdentity{
+        2015101214,
+        "TexComposite",
+        "Compose two textures. In-efficient GPU implementation, use any of the Color-correction related "
+        "textures for Ombrix GPU instead. [gpuSupport=(full)]",
+        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("color_a", &TexComposite::color_a, kWhite);
+        p("alpha_a", &TexComposite::alpha_a, 1.0f);
+        p("color_b", &TexComposite::color_b, kWhite);
+        p("alpha_b", &TexComposite::alpha_b, 1.0f);
+        p("operation", &TexComposite::operation, kAdd);
+        p("factor", &TexComposite::factor, 0.0f);
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        const float aAlpha = floatOr(alpha_a, kDefaultAlpha, context);
-        const float bAlpha = floatOr(alpha_b, kDefaultAlpha, context);
-        float f = floatOr(factor, kDefaultFactor, context);
-        const AColor a = colorOr(color_a, kDefaultColor, context);
-        const AColor b = colorOr(color_b, kDefaultColor, context);
+        const float aAlpha = alpha_a(context);
+        const float bAlpha = alpha_b(context);
+        float f = factor(context);
+        const AColor a = color_a(context);
+        const AColor b = color_b(context);
         f = f < 1.0f ? f : 1.0f; // a factor that is not a number counts as 1
         if (f <= 0.0f) {
             *result = {a.r, a.g, a.b, aAlpha};
@@ -96,11 +77,11 @@ public:
             *upper = kUnknownOperationRange.upper;
             return;
         }
-        const ColorRange a = rangeOr(color_a, kUnsetColorRange);
-        const FloatRange aAlpha = rangeOr(alpha_a, kUnsetAlphaRange);
-        const ColorRange b = rangeOr(color_b, kUnsetColorRange);
-        const FloatRange bAlpha = rangeOr(alpha_b, kUnsetAlphaRange);
-        const FloatRange f = rangeOr(factor, kUnsetFactorRange);
+        const ColorRange a = color_a.bounds();
+        const FloatRange aAlpha = alpha_a.bounds();
+        const ColorRange b = color_b.bounds();
+        const FloatRange bAlpha = alpha_b.bounds();
+        const FloatRange f = factor.boundsOr(kUnsetFactorRange);
         const auto smaller = [this, f](float x, float y) {
             return lowerComposite(x, y, f.lower, f.upper, operation);
         };
@@ -112,16 +93,14 @@ public:
     }
 
     // The alphas do not reach the GPU. An unknown operation writes nothing.
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        GPUSourceHelper helper(name, tag, descriptor, source, data);
+        SourceExpressions helper(text);
         helper.addPluginVariable("a", color_a);
         helper.addPluginVariable("b", color_b);
         helper.addPluginVariable("f", factor);
         // On the GPU an unset factor is 0, as in the evaluation.
-        if (rangeOr(factor, {kDefaultFactor, kDefaultFactor}).upper <= 0.0f)
+        if (factor.bounds().upper <= 0.0f)
             helper.evaluate("a");
         else if (isCompositeOperation(operation))
             helper.evaluate(kExpressions[operation]);
@@ -129,25 +108,13 @@ public:
     }
 
 private:
-    TextureInterface* color_a = nullptr;
-    TextureFloatInterface* alpha_a = nullptr;
-    TextureInterface* color_b = nullptr;
-    TextureFloatInterface* alpha_b = nullptr;
+    ColorInput color_a, color_b;
+    FloatInput alpha_a, alpha_b, factor;
     int operation = 0;
-    TextureFloatInterface* factor = nullptr;
 };
 
-class TexCompositeDesc : public DescOf<TexComposite, TexCompositeParams> {
-public:
-    TexCompositeDesc()
-        : DescOf({2015101214,
-                  "TexComposite",
-                  "Compose two textures. In-efficient GPU implementation, use any of the Color-correction "
-                  "related textures for Ombrix GPU instead. [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexCompositeParams = KindParams<TexComposite>;
+using TexCompositeDesc = KindDesc<TexComposite, TexCompositeParams>;
 TexCompositeDesc texCompositeDesc;
 
 } // namespace

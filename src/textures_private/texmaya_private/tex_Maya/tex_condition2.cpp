@@ -2,110 +2,71 @@
 // evaluated.
 
 #include "kernels/color/condition2.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/operator_source.h"
-
-#include <algorithm>
+#include "kernels/color/ranges.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
-// Also what unset inputs read as.
-constexpr float kDefaultTerm = 0.0f;
-constexpr AColor kDefaultIfTrue{0.0f, 0.0f, 0.0f, 1.0f};
-constexpr AColor kDefaultIfFalse{1.0f, 1.0f, 1.0f, 1.0f};
-
-constexpr int kComparingOperator = -947; // consumes four slots
-
-class TexCondition2Params : public OmbrixParameterListDesc {
+class TexCondition2 final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexCondition2Params()
-    {
-        addParamInt("operation", kTermsEqual, -1,
-                    "0 : Equal; 1 : Not equal; 2 : Greater than; 3 : Greater or equal; 4 : Less than; 5 : "
-                    "Less or equal",
-                    "enum=(0:Equal; 1:Not equal; 2:Greater than; 3:Greater or equal; 4:Less than; 5:Less or "
-                    "equal)");
-        addParamTextureFloat("first_term", kDefaultTerm, -1, nullptr, nullptr);
-        addParamTextureFloat("second_term", kDefaultTerm, -1, nullptr, nullptr);
-        addParamTexture("color_if_true", kDefaultIfTrue, -1, nullptr, nullptr);
-        addParamTexture("color_if_false", kDefaultIfFalse, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexCondition2 final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexCondition2(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("operation", &operation);
-        paramList->setParamCache("first_term", &first_term);
-        paramList->setParamCache("second_term", &second_term);
-        paramList->setParamCache("color_if_true", &color_if_true);
-        paramList->setParamCache("color_if_false", &color_if_false);
-    }
+    static constexpr Identity kIdentity{
+        2009021201,
+        "TexCondition2",
+        "Same as TexCondition, but supported by Ombrix GPU [gpuSupport=(full)]",
+        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("operation", &TexCondition2::operation, kTermsEqual,
+          "0 : Equal; 1 : Not equal; 2 : Greater than; 3 : Greater or equal; 4 : Less than; 5 : Less or "
+          "equal",
+          "enum=(0:Equal; 1:Not equal; 2:Greater than; 3:Greater or equal; 4:Less than; 5:Less or equal)");
+        p("first_term", &TexCondition2::first_term, 0.0f);
+        p("second_term", &TexCondition2::second_term, 0.0f);
+        p("color_if_true", &TexCondition2::color_if_true, AColor{0.0f, 0.0f, 0.0f, 1.0f});
+        p("color_if_false", &TexCondition2::color_if_false, AColor{1.0f, 1.0f, 1.0f, 1.0f});
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        const float a = floatOr(first_term, kDefaultTerm, context);
-        const float b = floatOr(second_term, kDefaultTerm, context);
-        if (conditionHolds(a, b, operation))
-            writeColorOr(result, color_if_true, kDefaultIfTrue, context);
-        else
-            writeColorOr(result, color_if_false, kDefaultIfFalse, context);
-        return result;
+        const float a = first_term(context);
+        const float b = second_term(context);
+        return (conditionHolds(a, b, operation) ? color_if_true : color_if_false).evalColor(result, context);
     }
 
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
-        const ColorRange a = rangeOr(color_if_true, {kDefaultIfTrue, kDefaultIfTrue});
-        const ColorRange b = rangeOr(color_if_false, {kDefaultIfFalse, kDefaultIfFalse});
-        for (float AColor::*channel : {&AColor::r, &AColor::g, &AColor::b, &AColor::a}) {
-            lower->*channel = std::min(a.lower.*channel, b.lower.*channel);
-            upper->*channel = std::max(a.upper.*channel, b.upper.*channel);
-        }
+        const ColorRange a = color_if_true.bounds();
+        const ColorRange b = color_if_false.bounds();
+        *lower = lesserChannels(a.lower, b.lower);
+        *upper = greaterChannels(a.upper, b.upper);
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        OperatorSource text(name, tag, descriptor, source, data);
-        text.inputSlot(first_term);
-        text.inputSlot(second_term);
-        text.inputSlot(color_if_true);
-        text.inputSlot(color_if_false);
-        text.builtin(kComparingOperator);
-        text.operands(static_cast<float>(gpuComparison(operation)), 1.0f);
+        text.slot(first_term);
+        text.slot(second_term);
+        text.slot(color_if_true);
+        text.slot(color_if_false);
+        text.op(GpuOperator::Compare);
+        text.operands({static_cast<float>(gpuComparison(operation)), 1.0f});
         return 1;
     }
 
 private:
     int operation = 0;
-    TextureFloatInterface* first_term = nullptr;
-    TextureFloatInterface* second_term = nullptr;
-    TextureInterface* color_if_true = nullptr;
-    TextureInterface* color_if_false = nullptr;
+    FloatInput first_term, second_term;
+    ColorInput color_if_true, color_if_false;
 };
 
-class TexCondition2Desc : public DescOf<TexCondition2, TexCondition2Params> {
-public:
-    TexCondition2Desc()
-        : DescOf({2009021201,
-                  "TexCondition2",
-                  "Same as TexCondition, but supported by Ombrix GPU [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexCondition2Params = KindParams<TexCondition2>;
+using TexCondition2Desc = KindDesc<TexCondition2, TexCondition2Params>;
 TexCondition2Desc texCondition2Desc;
 
 } // namespace

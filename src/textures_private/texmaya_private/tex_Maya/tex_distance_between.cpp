@@ -1,39 +1,33 @@
 // TexDistanceBetween: the distance of two points that are given as colours, each under a transform of its
-// own.
+// own. It has no GPU form.
 
+#include "kernels/color/ranges.h"
 #include "numeric/vector_math.h"
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/kind_desc.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr AColor kUnsetPoint{0.0f, 0.0f, 0.0f, 0.0f};
-constexpr Transform kIdentity; // declared, and what an unset transform reads as
-constexpr float kUnbounded = 1e18f;
-
-class TexDistanceBetweenParams : public OmbrixParameterListDesc {
-public:
-    TexDistanceBetweenParams()
-    {
-        addParamTexture("point1", -1, nullptr, nullptr);
-        addParamTexture("point2", -1, nullptr, nullptr);
-        addParamTextureTransform("transform1", kIdentity, -1, nullptr, nullptr);
-        addParamTextureTransform("transform2", kIdentity, -1, nullptr, nullptr);
-        addOutputParamTextureFloat("distance", nullptr, nullptr);
-    }
-};
-
 class TexDistanceBetween final : public OmbrixTextureFloat {
 public:
-    explicit TexDistanceBetween(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    using OmbrixTextureFloat::OmbrixTextureFloat;
+
+    // Kept as is: declared as a colour texture, while an instance is a float texture.
+    static constexpr Identity kIdentity{
+        2008082801,
+        "TexDistanceBetween",
+        "Outputs the distance between points specified by two input textures [gpuSupport=(none)]",
+        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("point1", &point1);
-        paramList->setParamCache("point2", &point2);
-        paramList->setParamCache("transform1", &transform1);
-        paramList->setParamCache("transform2", &transform2);
-        paramList->setOutputParamCache("distance", static_cast<TextureFloatInterface*>(this));
+        p("point1", &TexDistanceBetween::point1, noDefault);
+        p("point2", &TexDistanceBetween::point2, noDefault);
+        p("transform1", &TexDistanceBetween::transform1, Transform{});
+        p("transform2", &TexDistanceBetween::transform2, Transform{});
+        p.output("distance", itself);
     }
 
     float evalFloat(const OmbrixContext& context) override
@@ -51,31 +45,19 @@ public:
     }
 
 private:
-    static Vector placedPoint(TextureInterface* point, TextureTransformInterface* transform,
+    static Vector placedPoint(const ColorInput& point, const TransformInput& transform,
                               const OmbrixContext& context)
     {
-        const AColor color = colorOr(point, kUnsetPoint, context);
-        Transform placement = kIdentity;
-        if (transform) transform->evalTransform(&placement, context);
-        return transformedPoint(placement, {color.r, color.g, color.b});
+        const Color at = point.rgb(context);
+        return transformedPoint(transform(context), {at.r, at.g, at.b});
     }
 
-    TextureInterface* point1 = nullptr;
-    TextureInterface* point2 = nullptr;
-    TextureTransformInterface* transform1 = nullptr;
-    TextureTransformInterface* transform2 = nullptr;
+    ColorInput point1, point2;
+    TransformInput transform1, transform2;
 };
 
-class TexDistanceBetweenDesc : public DescOf<TexDistanceBetween, TexDistanceBetweenParams> {
-public:
-    TexDistanceBetweenDesc()
-        : DescOf({2008082801,
-                  "TexDistanceBetween",
-                  "Outputs the distance between points specified by two input textures [gpuSupport=(none)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexDistanceBetweenParams = KindParams<TexDistanceBetween>;
+using TexDistanceBetweenDesc = KindDesc<TexDistanceBetween, TexDistanceBetweenParams>;
 TexDistanceBetweenDesc texDistanceBetweenDesc;
 
 } // namespace

@@ -1,45 +1,34 @@
 // TexFloatCondition: one of two floats, chosen by a third. The input that is not taken is not evaluated.
 
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/condition.h"
+#include "kernels/color/channels.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr float kDefaultFloat = 1.0f; // also what an unset input reads as
-constexpr float kDefaultCondition = 0.0f;
-
-class TexFloatConditionParams : public OmbrixParameterListDesc {
+class TexFloatCondition final : public Offers<OmbrixTextureFloat, GpuTexture> {
 public:
-    TexFloatConditionParams()
-    {
-        addParamTextureFloat("float_a", kDefaultFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("float_b", kDefaultFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("condition", kDefaultCondition, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexFloatCondition final : public OmbrixTextureFloat, public RTTexInterface {
-public:
-    explicit TexFloatCondition(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
-    {
-        paramList->setParamCache("float_a", &float_a);
-        paramList->setParamCache("float_b", &float_b);
-        paramList->setParamCache("condition", &condition);
-    }
+    static constexpr Identity kIdentity{
+        2017022418,
+        "TexFloatCondition",
+        "Output either float A or B depending on condition [gpuSupport=(full)]",
+        {EXT_TEXTURE_FLOAT}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTextureFloat::getInterface(id);
+        p("float_a", &TexFloatCondition::float_a, 1.0f);
+        p("float_b", &TexFloatCondition::float_b, 1.0f);
+        p("condition", &TexFloatCondition::condition, 0.0f);
     }
 
     float evalFloat(const OmbrixContext& context) override
     {
-        return floatOr(choosesA(condition, context) ? float_a : float_b, kDefaultFloat, context);
+        return (condition.isOn(context) ? float_a : float_b)(context);
     }
 
     // Kept as is: with both inputs connected their bounds are asked for and dropped, and neither result
@@ -51,41 +40,27 @@ public:
             *upper = 1.0f;
             return;
         }
-        float droppedLower = 0.0f, droppedUpper = 1.0f;
-        float_a->evalFloatBounds(&droppedLower, &droppedUpper);
-        float_b->evalFloatBounds(&droppedLower, &droppedUpper);
+        float_a.bounds();
+        float_b.bounds();
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        SlotText slots(name, tag, descriptor, source, data);
-        slots.inputOr(condition, kUnsetConditionSlot);
-        slots.inputOr(float_b, kUnsetInputSlot);
-        slots.constant(kUnsetInputSlot);
-        slots.inputOr(float_a, kUnsetInputSlot);
-        slots.constant(kUnsetInputSlot);
-        slots.builtin(kConditionOperator);
+        text.slotOrUnset(condition, kZero);
+        text.slotOrUnset(float_b, kWhite);
+        text.slot(kWhite);
+        text.slotOrUnset(float_a, kWhite);
+        text.slot(kWhite);
+        text.op(GpuOperator::Condition);
         return 1;
     }
 
 private:
-    TextureFloatInterface* float_a = nullptr;
-    TextureFloatInterface* float_b = nullptr;
-    TextureFloatInterface* condition = nullptr;
+    FloatInput float_a, float_b, condition;
 };
 
-class TexFloatConditionDesc : public DescOf<TexFloatCondition, TexFloatConditionParams> {
-public:
-    TexFloatConditionDesc()
-        : DescOf({2017022418,
-                  "TexFloatCondition",
-                  "Output either float A or B depending on condition [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using TexFloatConditionParams = KindParams<TexFloatCondition>;
+using TexFloatConditionDesc = KindDesc<TexFloatCondition, TexFloatConditionParams>;
 TexFloatConditionDesc texFloatConditionDesc;
 
 } // namespace

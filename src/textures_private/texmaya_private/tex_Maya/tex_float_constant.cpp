@@ -1,53 +1,42 @@
 // TexFloatConstant: passes a float on. It has no GPU form.
 
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/kind_desc.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr float kDefaultFloat = 1.0f; // also what an unset input reads as
-
-class TexFloatConstantParams : public OmbrixParameterListDesc {
-public:
-    TexFloatConstantParams() { addParamTextureFloat("in_float", kDefaultFloat, -1, nullptr, nullptr); }
-};
-
 class TexFloatConstant final : public OmbrixTextureFloat {
 public:
-    explicit TexFloatConstant(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    using OmbrixTextureFloat::OmbrixTextureFloat;
+
+    static constexpr Identity kIdentity{2017022517,
+                                        "TexFloatConstant",
+                                        "Yield a constant float value [gpuSupport=(none)]",
+                                        {EXT_TEXTURE_FLOAT}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("in_float", &in_float);
+        p("in_float", &TexFloatConstant::in_float, 1.0f);
     }
 
-    float evalFloat(const OmbrixContext& context) override
-    {
-        return floatOr(in_float, kDefaultFloat, context);
-    }
+    float evalFloat(const OmbrixContext& context) override { return in_float(context); }
 
     void evalFloatBounds(float* lower, float* upper) override
     {
         if (in_float)
             in_float->evalFloatBounds(lower, upper);
         else
-            *lower = *upper = kDefaultFloat;
+            *lower = *upper = in_float.unset;
     }
 
 private:
-    TextureFloatInterface* in_float = nullptr;
+    FloatInput in_float;
 };
 
-class TexFloatConstantDesc : public DescOf<TexFloatConstant, TexFloatConstantParams> {
-public:
-    TexFloatConstantDesc()
-        : DescOf({2017022517,
-                  "TexFloatConstant",
-                  "Yield a constant float value [gpuSupport=(none)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using TexFloatConstantParams = KindParams<TexFloatConstant>;
+using TexFloatConstantDesc = KindDesc<TexFloatConstant, TexFloatConstantParams>;
 TexFloatConstantDesc texFloatConstantDesc;
 
 } // namespace

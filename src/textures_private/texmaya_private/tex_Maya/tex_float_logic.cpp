@@ -1,47 +1,32 @@
 // TexFloatLogic: 1 where a comparison of two floats holds, else 0.
 
 #include "kernels/color/compare.h"
-#include "plugin_frame/fallbacks.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/kind_desc.h"
 #include "textures_private/texmaya_private/tex_Maya/logic_source.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr float kDefaultInput = 1.0f; // also what unset inputs read as
-constexpr int kDefaultOperation = kEqual;
-
-class TexFloatLogicParams : public OmbrixParameterListDesc {
+class TexFloatLogic final : public Offers<OmbrixTextureFloat, GpuTexture> {
 public:
-    TexFloatLogicParams()
-    {
-        addParamTextureFloat("float_a", kDefaultInput, -1, nullptr, nullptr);
-        addParamTextureFloat("float_b", kDefaultInput, -1, nullptr, nullptr);
-        addParamInt("operation", kDefaultOperation, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexFloatLogic final : public OmbrixTextureFloat, public RTTexInterface {
-public:
-    explicit TexFloatLogic(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
-    {
-        paramList->setParamCache("float_a", &float_a);
-        paramList->setParamCache("float_b", &float_b);
-        paramList->setParamCache("operation", &operation);
-    }
+    static constexpr Identity kIdentity{
+        2017022713, "TexFloatLogic", "Compare numbers [gpuSupport=(full)]", {EXT_TEXTURE_FLOAT}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTextureFloat::getInterface(id);
+        p("float_a", &TexFloatLogic::float_a, 1.0f);
+        p("float_b", &TexFloatLogic::float_b, 1.0f);
+        p("operation", &TexFloatLogic::operation, kEqual);
     }
 
     float evalFloat(const OmbrixContext& context) override
     {
-        const float a = floatOr(float_a, kDefaultInput, context);
-        const float b = floatOr(float_b, kDefaultInput, context);
+        const float a = float_a(context);
+        const float b = float_b(context);
         return compareFloats(a, b, operation) ? 1.0f : 0.0f;
     }
 
@@ -51,28 +36,15 @@ public:
         *upper = 1.0f;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
-    {
-        return writeLogicSource(float_a, float_b, operation, name, tag, descriptor, source, data);
-    }
+    int writeSource(SourceText& text) override { return writeLogicSource(text, float_a, float_b, operation); }
 
 private:
-    TextureFloatInterface* float_a = nullptr;
-    TextureFloatInterface* float_b = nullptr;
+    FloatInput float_a, float_b;
     int operation = 0;
 };
 
-class TexFloatLogicDesc : public DescOf<TexFloatLogic, TexFloatLogicParams> {
-public:
-    TexFloatLogicDesc()
-        : DescOf({2017022713,
-                  "TexFloatLogic",
-                  "Compare numbers [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using TexFloatLogicParams = KindParams<TexFloatLogic>;
+using TexFloatLogicDesc = KindDesc<TexFloatLogic, TexFloatLogicParams>;
 TexFloatLogicDesc texFloatLogicDesc;
 
 } // namespace

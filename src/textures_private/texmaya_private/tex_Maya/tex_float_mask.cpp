@@ -1,67 +1,48 @@
 // TexFloatMask: takes a mask away from a float, below 0 too. It has no GPU form.
 
 #include "kernels/color/mask.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr float kDefaultInFloat = 1.0f; // also what it reads as when unset
-constexpr float kDeclaredMask = 1.0f;
-constexpr float kUnsetMask = 0.0f; // Kept as is: an unset mask takes nothing away.
-
-constexpr FloatRange kUnsetInRange{1.0f, 1.0f};
-constexpr FloatRange kUnsetMaskRange{0.0f, 0.0f};
-
-class TexFloatMaskParams : public OmbrixParameterListDesc {
-public:
-    TexFloatMaskParams()
-    {
-        addParamTextureFloat("in_float", kDefaultInFloat, -1, nullptr, nullptr);
-        addParamTextureFloat("mask", kDeclaredMask, -1, nullptr, nullptr);
-    }
-};
-
 class TexFloatMask final : public OmbrixTextureFloat {
 public:
-    explicit TexFloatMask(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    using OmbrixTextureFloat::OmbrixTextureFloat;
+
+    static constexpr Identity kIdentity{
+        2017022615, "TexFloatMask", "Mask a number [gpuSupport=(none)]", {EXT_TEXTURE_FLOAT}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("in_float", &in_float);
-        paramList->setParamCache("mask", &mask);
+        p("in_float", &TexFloatMask::in_float, 1.0f);
+        // Kept as is: an unset mask takes nothing away.
+        p("mask", &TexFloatMask::mask, 1.0f, unsetReads(0.0f));
     }
 
     float evalFloat(const OmbrixContext& context) override
     {
-        const float v = floatOr(in_float, kDefaultInFloat, context);
-        const float k = floatOr(mask, kUnsetMask, context);
+        const float v = in_float(context);
+        const float k = mask(context);
         return k > kNoMask ? v - k : v;
     }
 
     void evalFloatBounds(float* lower, float* upper) override
     {
-        const FloatRange in = rangeOr(in_float, kUnsetInRange);
-        const FloatRange taken = rangeOr(mask, kUnsetMaskRange);
+        const FloatRange in = in_float.bounds();
+        const FloatRange taken = mask.bounds();
         *lower = in.lower - taken.upper;
         *upper = in.upper - taken.lower;
     }
 
 private:
-    TextureFloatInterface* in_float = nullptr;
-    TextureFloatInterface* mask = nullptr;
+    FloatInput in_float, mask;
 };
 
-class TexFloatMaskDesc : public DescOf<TexFloatMask, TexFloatMaskParams> {
-public:
-    TexFloatMaskDesc()
-        : DescOf({2017022615,
-                  "TexFloatMask",
-                  "Mask a number [gpuSupport=(none)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using TexFloatMaskParams = KindParams<TexFloatMask>;
+using TexFloatMaskDesc = KindDesc<TexFloatMask, TexFloatMaskParams>;
 TexFloatMaskDesc texFloatMaskDesc;
 
 } // namespace

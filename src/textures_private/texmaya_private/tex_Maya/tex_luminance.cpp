@@ -1,47 +1,35 @@
 // TexLuminance: the luminance of a colour as a float.
 
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "kernels/color/brightness.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr int kLuminanceOperator = -936; // consumes the input's slot
-
-class TexLuminanceParams : public OmbrixParameterListDesc {
+class TexLuminance final : public Offers<OmbrixTextureFloat, GpuTexture> {
 public:
-    TexLuminanceParams()
-    {
-        addParamTexture("input", -1, nullptr, nullptr);
-        addOutputParamTextureFloat("luminance", nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexLuminance final : public OmbrixTextureFloat, public RTTexInterface {
-public:
-    explicit TexLuminance(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
-    {
-        paramList->setParamCache("input", &input);
-        paramList->setOutputParamCache("luminance", static_cast<TextureFloatInterface*>(this));
-    }
+    // Kept as is: declared as a colour texture, while an instance is a float texture.
+    static constexpr Identity kIdentity{2009052801,
+                                        "TexLuminance",
+                                        "Wraps a color texture and outputs its luminance [gpuSupport=(full)]",
+                                        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTextureFloat::getInterface(id);
+        p("input", &TexLuminance::input, noDefault);
+        p.output("luminance", itself);
     }
 
-    float evalFloat(const OmbrixContext& context) override
-    {
-        return input ? luminance(colorOr(input, {}, context)) : 0.0f;
-    }
+    float evalFloat(const OmbrixContext& context) override { return luminance(input(context)); }
 
     void evalFloatBounds(float* lower, float* upper) override
     {
-        const ColorRange in = rangeOr(input, {});
+        const ColorRange in = input.bounds();
         *lower = luminance(in.lower);
         *upper = luminance(in.upper);
     }
@@ -49,39 +37,27 @@ public:
     // Kept as is: the input's own gradient, not weighed as its colour is.
     AColor* evalFloatGradient(AColor* result, const OmbrixContext& context) override
     {
-        if (!input) return OmbrixTextureFloat::evalFloatGradient(result, context);
-        input->evalColorGradient(result, context);
+        *result = input.gradient(context);
         return result;
     }
 
-    int getSource(const char* /*name*/, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    // The input is asked under the name "color"; the operands stand before the operator.
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        if (!RTTexInterface::getRTTexSource(input, "color", tag, descriptor, source, data))
-            source.printf("color %f %f %f %f\n", 0.0, 0.0, 0.0, 0.0);
-        source.printf("subtex\n");
-        source.printf("uvw_transform %g, %g, %g, %g, %g, %g, %g, %g, %g, %g, %g, %g\n", 0.0, -1.0, -1.0, -1.0,
-                      -1.0, -1.0, -1.0, -1.0, -1.0, -1.0, -1.0, -1.0);
-        source.printf("bitmap %i\n", kLuminanceOperator);
+        if (!text.input(input, "color", text.tag)) text.color(input.unset);
+        text.endSlot();
+        text.source.printf("uvw_transform %g, %g, %g, %g, %g, %g, %g, %g, %g, %g, %g, %g\n", 0.0, -1.0, -1.0,
+                           -1.0, -1.0, -1.0, -1.0, -1.0, -1.0, -1.0, -1.0, -1.0);
+        text.op(GpuOperator::Luminance);
         return 1;
     }
 
 private:
-    TextureInterface* input = nullptr;
+    ColorInput input; // unset it is black
 };
 
-class TexLuminanceDesc : public DescOf<TexLuminance, TexLuminanceParams> {
-public:
-    // Kept as is: declared as a colour texture, while an instance is a float texture.
-    TexLuminanceDesc()
-        : DescOf({2009052801,
-                  "TexLuminance",
-                  "Wraps a color texture and outputs its luminance [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexLuminanceParams = KindParams<TexLuminance>;
+using TexLuminanceDesc = KindDesc<TexLuminance, TexLuminanceParams>;
 TexLuminanceDesc texLuminanceDesc;
 
 } // namespace

@@ -1,94 +1,66 @@
-// TexMayaContrast: pushes the channels of a colour away from a bias.
+// TexMayaContrast: pushes the channels of a colour away from a bias. Alpha is the colour's own.
 
+#include "kernels/color/channels.h"
 #include "kernels/color/maya_contrast.h"
 #include "plugin_frame/common_texture.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
-#include "textures_private/texmaya_private/tex_Maya/operator_source.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
-// Also what unset inputs read as, on the GPU too.
-constexpr AColor kDefaultValue{0.0f, 0.0f, 0.0f, 1.0f};
-constexpr AColor kDefaultContrast{2.0f, 2.0f, 2.0f, 1.0f};
-constexpr AColor kDefaultBias{0.5f, 0.5f, 0.5f, 1.0f};
-
-constexpr int kContrastOperator = -926; // consumes three slots
-
-class TexMayaContrastParams : public OmbrixParameterListDesc {
+class TexMayaContrast final : public Offers<OmbrixCachedTexture, GpuTexture> {
 public:
-    TexMayaContrastParams()
-    {
-        addParamTexture("value", kDefaultValue, -1, nullptr, nullptr);
-        addParamTexture("contrast", kDefaultContrast, -1, nullptr, nullptr);
-        addParamTexture("bias", kDefaultBias, -1, nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexMayaContrast final : public OmbrixCachedTexture, public RTTexInterface {
-public:
-    explicit TexMayaContrast(OmbrixPluginDesc* desc) : OmbrixCachedTexture(desc)
-    {
-        paramList->setParamCache("value", &value);
-        paramList->setParamCache("contrast", &contrast);
-        paramList->setParamCache("bias", &bias);
-    }
+    static constexpr Identity kIdentity{
+        2009022001,
+        "TexMayaContrast",
+        "Applies contrast correction to the input texture [gpuSupport=(full)]",
+        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixCachedTexture::getInterface(id);
+        p("value", &TexMayaContrast::value, AColor{0.0f, 0.0f, 0.0f, 1.0f});
+        p("contrast", &TexMayaContrast::contrast, AColor{2.0f, 2.0f, 2.0f, 1.0f});
+        p("bias", &TexMayaContrast::bias, AColor{0.5f, 0.5f, 0.5f, 1.0f});
     }
 
     AColor* evalColorUncached(AColor* result, const OmbrixContext& context) override
     {
-        const AColor x = colorOr(value, kDefaultValue, context);
-        const AColor c = colorOr(contrast, kDefaultContrast, context);
-        const AColor b = colorOr(bias, kDefaultBias, context);
+        const AColor x = value(context);
+        const AColor c = contrast(context);
+        const AColor b = bias(context);
         *result = withAlpha(eachChannel(contrasted, x, c, b), x.a);
         return result;
     }
 
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
-        const ColorRange x = rangeOr(value, {kDefaultValue, kDefaultValue});
-        const ColorRange c = rangeOr(contrast, {kDefaultContrast, kDefaultContrast});
-        const ColorRange b = rangeOr(bias, {kDefaultBias, kDefaultBias});
+        const ColorRange x = value.bounds();
+        const ColorRange c = contrast.bounds();
+        const ColorRange b = bias.bounds();
         *lower = withAlpha(eachChannel(leastContrasted, x.lower, c.lower, c.upper, b.upper), x.lower.a);
         *upper = withAlpha(eachChannel(greatestContrasted, x.upper, c.lower, c.upper, b.lower), x.upper.a);
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        OperatorSource text(name, tag, descriptor, source, data);
-        text.inputSlotOr(value, kDefaultValue);
-        text.inputSlotOr(bias, kDefaultBias);
-        text.inputSlotOr(contrast, kDefaultContrast);
-        text.builtin(kContrastOperator);
+        text.slotOr(value, value.unset);
+        text.slotOr(bias, bias.unset);
+        text.slotOr(contrast, contrast.unset);
+        text.op(GpuOperator::Contrast);
         return 1;
     }
 
 private:
-    TextureInterface* value = nullptr;
-    TextureInterface* contrast = nullptr;
-    TextureInterface* bias = nullptr;
+    ColorInput value, contrast, bias;
 };
 
-class TexMayaContrastDesc : public DescOf<TexMayaContrast, TexMayaContrastParams> {
-public:
-    TexMayaContrastDesc()
-        : DescOf({2009022001,
-                  "TexMayaContrast",
-                  "Applies contrast correction to the input texture [gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexMayaContrastParams = KindParams<TexMayaContrast>;
+using TexMayaContrastDesc = KindDesc<TexMayaContrast, TexMayaContrastParams>;
 TexMayaContrastDesc texMayaContrastDesc;
 
 } // namespace

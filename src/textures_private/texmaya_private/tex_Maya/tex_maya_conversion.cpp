@@ -1,38 +1,36 @@
 // TexMayaConversion: a float times a constant. It has no GPU form.
 
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
 
 namespace nezaiva {
 
+using namespace OUtils;
+
 namespace {
 
-constexpr float kDefaultInput = 0.0f;
-constexpr float kDefaultConversionFactor = 1.0f;
 constexpr float kUnsetResult = 0.0f; // whatever the factor is, also where it is not finite
-
-class TexMayaConversionParams : public OmbrixParameterListDesc {
-public:
-    TexMayaConversionParams()
-    {
-        addParamTextureFloat("input", kDefaultInput, -1, nullptr, nullptr);
-        addParamFloat("conversion_factor", kDefaultConversionFactor, -1, nullptr, nullptr);
-        addOutputParamTextureFloat("output", nullptr, nullptr);
-    }
-};
 
 class TexMayaConversion final : public OmbrixTextureFloat {
 public:
-    explicit TexMayaConversion(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    using OmbrixTextureFloat::OmbrixTextureFloat;
+
+    static constexpr Identity kIdentity{2010041401,
+                                        "TexMayaConversion",
+                                        "Multiplies a scalar texture with a scalar factor. Doable with "
+                                        "TexAColorOp. [gpuSupport=(none)]",
+                                        {EXT_TEXTURE_FLOAT}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("input", &input);
-        paramList->setParamCache("conversion_factor", &conversion_factor);
-        paramList->setOutputParamCache("output", static_cast<TextureFloatInterface*>(this));
+        p("input", &TexMayaConversion::input, 0.0f);
+        p("conversion_factor", &TexMayaConversion::conversion_factor, 1.0f);
+        p.output("output", itself);
     }
 
     float evalFloat(const OmbrixContext& context) override
     {
-        return input ? input->evalFloat(context) * conversion_factor : kUnsetResult;
+        return input ? input(context) * conversion_factor : kUnsetResult;
     }
 
     // Kept as is: a negative factor leaves the bounds in the wrong order.
@@ -42,27 +40,18 @@ public:
             *lower = *upper = kUnsetResult;
             return;
         }
-        const FloatRange in = rangeOr(input, {});
+        const FloatRange in = input.bounds();
         *lower = in.lower * conversion_factor;
         *upper = in.upper * conversion_factor;
     }
 
 private:
-    TextureFloatInterface* input = nullptr;
+    FloatInput input;
     float conversion_factor = 0.0f;
 };
 
-class TexMayaConversionDesc : public DescOf<TexMayaConversion, TexMayaConversionParams> {
-public:
-    TexMayaConversionDesc()
-        : DescOf({2010041401,
-                  "TexMayaConversion",
-                  "Multiplies a scalar texture with a scalar factor. Doable with TexAColorOp. "
-                  "[gpuSupport=(none)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using TexMayaConversionParams = KindParams<TexMayaConversion>;
+using TexMayaConversionDesc = KindDesc<TexMayaConversion, TexMayaConversionParams>;
 TexMayaConversionDesc texMayaConversionDesc;
 
 } // namespace

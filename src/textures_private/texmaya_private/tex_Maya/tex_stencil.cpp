@@ -3,10 +3,11 @@
 // It finds its coordinates itself and has a post-processing of its own, which the background alone and the
 // colour without coordinates do not go through.
 
+#include "kernels/color/channels.h"
 #include "kernels/placement/stencil.h"
 #include "plugin_frame/common_texture.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/mapped_surface.h"
 
 namespace nezaiva {
 
@@ -15,46 +16,7 @@ namespace {
 constexpr std::uint32_t kBaseFlags = 0;
 constexpr int kLowestChannel = -1;
 
-// Also what unset inputs read as.
-constexpr AColor kDefaultImage{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr AColor kDefaultKey{1.0f, 1.0f, 1.0f, 1.0f};
-constexpr AColor kDefaultBackground{0.0f, 0.0f, 0.0f, 1.0f};
-constexpr float kDefaultMask = 0.0f;
-constexpr float kDefaultRange = 0.0f;
-constexpr float kDefaultEdgeBlend = 0.0f;
-
-class TexStencilParams : public CommonTextureParams {
-public:
-    TexStencilParams()
-    {
-        addParamTexture("image", kDefaultImage, -1, "The texture that is used as a stencil", nullptr);
-        addParamTextureFloat("mask", kDefaultMask, -1, "Represents the Stencil's transparency", nullptr);
-        addParamBool("key_masking", false, -1,
-                     "If true, selects the areas in the texture similar to or equal to the Color Key and "
-                     "masks them out",
-                     nullptr);
-        addParamBool("positive_key", false, -1,
-                     "If true, inverts the Chroma Key mask(only the colors specified in the Color Key and "
-                     "HSV Range are displayed)",
-                     nullptr);
-        addParamTexture("color_key", kDefaultKey, -1, "The color to be masked in the texture", nullptr);
-        addParamTextureFloat("hue_range", kDefaultRange, -1,
-                             "The range of hues centered on the Color Key color which are also masked",
-                             nullptr);
-        addParamTextureFloat("sat_range", kDefaultRange, -1,
-                             "The range of saturations centered on the Color Key color which are also masked",
-                             nullptr);
-        addParamTextureFloat("val_range", kDefaultRange, -1,
-                             "The range of values centered on the Color Key color which are also masked",
-                             nullptr);
-        addParamTexture("default_color", kDefaultBackground, -1, "Represents the texture that is underneath",
-                        nullptr);
-        addParamFloat("edge_blend", kDefaultEdgeBlend, -1, "Controls the sharpness of the texture edges.",
-                      nullptr);
-        addParamPlugin("uvwgen", EXT_UVWGEN, -1, "UVWGen from which the uvw coordinates will be taken",
-                       nullptr);
-    }
-};
+constexpr AColor kBlack{0.0f, 0.0f, 0.0f, 1.0f};
 
 float smaller(float bound, float limit)
 {
@@ -64,12 +26,6 @@ AColor smaller(const AColor& bound, const AColor& limit)
 {
     return {smaller(bound.r, limit.r), smaller(bound.g, limit.g), smaller(bound.b, limit.b),
             smaller(bound.a, limit.a)};
-}
-
-float inverted(float channel)
-{
-    const float value = 1.0f - channel;
-    return value > 0.0f ? value : 0.0f;
 }
 
 AColor weighted(const AColor& color, float weight)
@@ -83,40 +39,49 @@ AColor sum(const AColor& a, const AColor& b)
 
 class TexStencil final : public CommonTexture {
 public:
-    explicit TexStencil(OmbrixPluginDesc* desc) : CommonTexture(desc, kBaseFlags)
+    explicit TexStencil(OmbrixPluginDesc* desc) : CommonTexture(desc, kBaseFlags) {}
+
+    static constexpr Identity kIdentity{
+        2009110901,
+        "TexStencil",
+        "Masks parts of the input texture using the 'mask' texture or a color key [gpuSupport=(none)]",
+        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("image", &image);
-        paramList->setParamCache("mask", &mask);
-        paramList->setParamCache("key_masking", &key_masking);
-        paramList->setParamCache("positive_key", &positive_key);
-        paramList->setParamCache("color_key", &color_key);
-        paramList->setParamCache("hue_range", &hue_range);
-        paramList->setParamCache("sat_range", &sat_range);
-        paramList->setParamCache("val_range", &val_range);
-        paramList->setParamCache("default_color", &default_color);
-        paramList->setParamCache("edge_blend", &edge_blend);
-        paramList->setParamCache("uvwgen", &uvwgen);
+        CommonTexture::parameters(p);
+        p("image", &TexStencil::image, kWhite, "The texture that is used as a stencil");
+        p("mask", &TexStencil::mask, 0.0f, "Represents the Stencil's transparency");
+        p("key_masking", &TexStencil::key_masking, false,
+          "If true, selects the areas in the texture similar to or equal to the Color Key and masks them "
+          "out");
+        p("positive_key", &TexStencil::positive_key, false,
+          "If true, inverts the Chroma Key mask(only the colors specified in the Color Key and HSV Range are "
+          "displayed)");
+        p("color_key", &TexStencil::color_key, kWhite, "The color to be masked in the texture");
+        p("hue_range", &TexStencil::hue_range, 0.0f,
+          "The range of hues centered on the Color Key color which are also masked");
+        p("sat_range", &TexStencil::sat_range, 0.0f,
+          "The range of saturations centered on the Color Key color which are also masked");
+        p("val_range", &TexStencil::val_range, 0.0f,
+          "The range of values centered on the Color Key color which are also masked");
+        p("default_color", &TexStencil::default_color, kBlack, "Represents the texture that is underneath");
+        p("edge_blend", &TexStencil::edge_blend, 0.0f, "Controls the sharpness of the texture edges.");
+        p("uvwgen", &TexStencil::uvwgen, noDefault, "UVWGen from which the uvw coordinates will be taken");
     }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         CommonTexture::frameBegin(renderer);
-        uvwgenInterface = uvwgen ? static_cast<UVWGenInterface*>(uvwgen->getInterface(EXT_UVWGEN)) : nullptr;
+        uvwgen.resolve();
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        TexCacheEntry* entry = memo.entryFor(context, noTexCache);
-        if (entry && entry->sampleStamp == context.sampleStamp) {
-            *result = entry->color;
-            return result;
-        }
         // Kept as is: every path ends in the memo, a colour without coordinates and a raw look-up too.
-        *result = stencilColor(context);
-        if (entry) {
-            entry->sampleStamp = context.sampleStamp;
-            entry->color = *result;
-        }
+        AColor own;
+        *result = memo.getOr(context, noTexCache, own, [&] { return stencilColor(context); });
         return result;
     }
 
@@ -134,19 +99,19 @@ public:
         if (!findCoordinates(context, sample)) return result;
         const float weight = weightAt(sample, context);
         if (weight < kStencilNothing) {
-            *result = gradientOf(default_color, context);
+            *result = default_color.gradient(context);
             return result;
         }
-        AColor gradient = gradientOf(image, context);
+        AColor gradient = image.gradient(context);
         if (weight < kStencilAll)
             gradient =
-                sum(weighted(gradientOf(default_color, context), 1.0f - weight), weighted(gradient, weight));
+                sum(weighted(default_color.gradient(context), 1.0f - weight), weighted(gradient, weight));
         if (invert) gradient = {-gradient.r, -gradient.g, -gradient.b, -gradient.a};
         if (color_mult) {
             // Kept as is: the colour of the stencil, where it is blended with the background too.
-            const float color = intensity(colorOr(image, kDefaultImage, context));
-            const float factor = intensity(colorOr(color_mult, AColor{}, context));
-            gradient = sum(weighted(gradient, factor), weighted(gradientOf(color_mult, context), color));
+            const float color = intensity(image(context));
+            const float factor = intensity(color_mult(context));
+            gradient = sum(weighted(gradient, factor), weighted(color_mult.gradient(context), color));
         }
         *result = gradient;
         return result;
@@ -160,7 +125,7 @@ public:
     }
     void getRawBounds(AColor* lower, AColor* upper) override
     {
-        const ColorRange range = rangeOr(image, {kDefaultImage, kDefaultImage});
+        const ColorRange range = image.bounds();
         *lower = range.lower;
         *upper = range.upper;
         limitByBackground(lower, upper);
@@ -172,16 +137,9 @@ public:
     }
 
 private:
-    static AColor gradientOf(TextureInterface* input, const OmbrixContext& context)
-    {
-        AColor gradient;
-        if (input) input->evalColorGradient(&gradient, context);
-        return gradient;
-    }
-
     void limitByBackground(AColor* lower, AColor* upper) const
     {
-        const ColorRange background = rangeOr(default_color, {kDefaultBackground, kDefaultBackground});
+        const ColorRange background = default_color.bounds();
         *lower = smaller(*lower, background.lower);
         *upper = smaller(*upper, background.upper);
     }
@@ -189,11 +147,8 @@ private:
     // Kept as is: what a surface answers counts, also when it refuses.
     bool findCoordinates(const OmbrixContext& context, UVWSample& sample) const
     {
-        if (uvwgenInterface) return uvwgenInterface->evalUVW(context, &sample) != 0;
-        auto* surface =
-            context.surfaceObject
-                ? static_cast<MappedSurface*>(context.surfaceObject->getInterface(EXT_MAPPED_SURFACE))
-                : nullptr;
+        if (uvwgen) return uvwgen->evalUVW(context, &sample) != 0;
+        MappedSurface* surface = mappedSurface(context);
         if (!surface) return false;
         surface->getLocalUVW(context, kLowestChannel, &sample);
         return true;
@@ -205,31 +160,30 @@ private:
         const float edge = stencilEdge(sample.uvw.x, sample.uvw.y, edge_blend);
         // A point that the key takes out does not ask for the mask.
         if (key_masking && isTakenByKey(context)) return edge - 1.0f;
-        const float masked = floatOr(mask, kDefaultMask, context);
+        const float masked = mask(context);
         return masked >= kStencilNothing ? edge - masked : edge;
     }
 
     bool isTakenByKey(const OmbrixContext& context) const
     {
         KeyRanges ranges;
-        ranges.hue = floatOr(hue_range, kDefaultRange, context);
-        ranges.saturation = floatOr(sat_range, kDefaultRange, context);
-        ranges.value = floatOr(val_range, kDefaultRange, context);
-        const AColor color = colorOr(image, kDefaultImage, context);
-        const AColor key = colorOr(color_key, kDefaultKey, context);
+        ranges.hue = hue_range(context);
+        ranges.saturation = sat_range(context);
+        ranges.value = val_range(context);
+        const AColor color = image(context);
+        const AColor key = color_key(context);
         return isOutsideKey(rgbOf(color), rgbOf(key), ranges) == (positive_key != 0);
     }
 
     AColor stencilColor(const OmbrixContext& context) const
     {
         UVWSample sample;
-        if (!findCoordinates(context, sample)) return noUVWColor(context);
+        if (!findCoordinates(context, sample)) return nouvw_color(context);
         const float weight = weightAt(sample, context);
-        if (weight < kStencilNothing) return colorOr(default_color, kDefaultBackground, context);
-        AColor color = colorOr(image, kDefaultImage, context);
+        if (weight < kStencilNothing) return default_color(context);
+        AColor color = image(context);
         // Not a number blends too.
-        if (!(weight >= kStencilAll))
-            color = stencilBlend(color, colorOr(default_color, kDefaultBackground, context), weight);
+        if (!(weight >= kStencilAll)) color = stencilBlend(color, default_color(context), weight);
         return finished(color, context);
     }
 
@@ -238,50 +192,22 @@ private:
     {
         if (context.shadeFlags & rawTextureLookup)
             return invert ? AColor{-color.r, -color.g, -color.b, color.a} : color;
-        if (invert) {
-            color = {inverted(color.r), inverted(color.g), inverted(color.b),
-                     invert_alpha ? inverted(color.a) : color.a};
-        }
+        if (invert) color = inverted(color, invert_alpha != 0);
         // Kept as is: any mode but 0 takes the luminance.
         if (alpha_from_intensity) color.a = luminance(color);
-        if (color_mult) {
-            const AColor factor = colorOr(color_mult, AColor{}, context);
-            color = {color.r * factor.r, color.g * factor.g, color.b * factor.b, color.a};
-        }
-        if (color_offset) {
-            const AColor offset = colorOr(color_offset, AColor{}, context);
-            color = {color.r + offset.r, color.g + offset.g, color.b + offset.b, color.a};
-        }
-        if (alpha_mult) color.a *= alpha_mult->evalFloat(context);
-        if (alpha_offset) color.a += alpha_offset->evalFloat(context);
-        return color;
+        GainValues values;
+        return withGains(color, gainsAt(context, values));
     }
 
-    TextureInterface* image = nullptr;
-    TextureFloatInterface* mask = nullptr;
-    int key_masking = 0;
-    int positive_key = 0;
-    TextureInterface* color_key = nullptr;
-    TextureFloatInterface* hue_range = nullptr;
-    TextureFloatInterface* sat_range = nullptr;
-    TextureFloatInterface* val_range = nullptr;
-    TextureInterface* default_color = nullptr;
+    ColorInput image, color_key, default_color;
+    FloatInput mask, hue_range, sat_range, val_range;
+    int key_masking = 0, positive_key = 0;
     float edge_blend = 0.0f;
-    PluginBase* uvwgen = nullptr;
-    UVWGenInterface* uvwgenInterface = nullptr; // of the frame
+    UVWGenInput uvwgen;
 };
 
-class TexStencilDesc : public DescOf<TexStencil, TexStencilParams> {
-public:
-    TexStencilDesc()
-        : DescOf({2009110901,
-                  "TexStencil",
-                  "Masks parts of the input texture using the 'mask' texture or a color key "
-                  "[gpuSupport=(none)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexStencilParams = KindParams<TexStencil>;
+using TexStencilDesc = KindDesc<TexStencil, TexStencilParams>;
 TexStencilDesc texStencilDesc;
 
 } // namespace

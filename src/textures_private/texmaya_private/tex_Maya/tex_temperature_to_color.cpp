@@ -1,63 +1,48 @@
 // TexTemperatureToColor: the colour that a black body glows in, at the temperature that the input's
-// intensity scales.
+// intensity scales. Alpha is the input's.
 
 #include "kernels/color/black_body.h"
 #include "kernels/color/ranges.h"
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
-#include "textures_private/texmaya_private/tex_Maya/inputs.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
-constexpr AColor kDefaultInput{0.0f, 0.0f, 0.0f, 1.0f};
 // Kept as is: nothing connected is black, while a connected black glows at 1000 kelvin.
 constexpr AColor kUnsetResult{0.0f, 0.0f, 0.0f, 1.0f};
-constexpr float kDefaultTemperature = 1.0f;
 
-class TexTemperatureToColorParams : public OmbrixParameterListDesc {
+class TexTemperatureToColor final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexTemperatureToColorParams()
-    {
-        addParamTexture("input", kDefaultInput, -1, nullptr, nullptr);
-        addParamFloat("temperature", kDefaultTemperature, -1, nullptr, nullptr);
-        addOutputParamTexture("color", nullptr, nullptr);
-    }
-};
+    using Offers::Offers;
 
-class TexTemperatureToColor final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexTemperatureToColor(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("input", &input);
-        paramList->setParamCache("temperature", &temperature);
-        paramList->setOutputParamCache("color", static_cast<TextureInterface*>(this));
-    }
+    // Kept as is: the description ends in the middle of its tag.
+    static constexpr Identity kIdentity{
+        2010101101,
+        "TexTemperatureToColor",
+        "Multiplies the temperature by the input texture intensity and converts that to a black "
+        "body radiation color [gpuSupport=",
+        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("input", &TexTemperatureToColor::input, AColor{0.0f, 0.0f, 0.0f, 1.0f});
+        p("temperature", &TexTemperatureToColor::temperature, 1.0f);
+        p.output("color", itself);
     }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixTexture::frameBegin(renderer);
-        auto* settings = static_cast<ColorSpaceSettings*>(renderer->getInterface(kColorSpaceSettingsId));
+        auto* settings = find<ColorSpaceSettings>(renderer);
         colorSpaceIndex = settings ? settings->getColorSpace() : kColorSpace1;
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        if (!input) {
-            *result = kUnsetResult;
-            return result;
-        }
-        AColor scale;
-        input->evalColor(&scale, context);
-        *result = glowOf(scale);
+        *result = input ? glowOf(input(context)) : kUnsetResult;
         return result;
     }
 
@@ -69,7 +54,7 @@ public:
             *lower = *upper = kUnsetResult;
             return;
         }
-        const ColorRange scale = rangeOr(input, ColorRange{});
+        const ColorRange scale = input.bounds();
         *lower = glowOf(scale.lower);
         *upper = glowOf(scale.upper);
     }
@@ -77,22 +62,19 @@ public:
     // Kept as is: the gradient of the input, not of the colour that is made of it.
     AColor* evalColorGradient(AColor* result, const OmbrixContext& context) override
     {
-        if (input)
-            input->evalColorGradient(result, context);
-        else
-            *result = AColor{};
+        *result = input.gradient(context);
         return result;
     }
 
     // The GPU has one colour for the whole texture, that of the middle of the input's bounds.
-    int getSource(const char* /*name*/, const char* /*tag*/, const char* descriptor, ShaderSource& source,
-                  OCLData& /*data*/) override
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor) || !input) return 0;
-        const ColorRange scale = rangeOr(input, ColorRange{});
+        if (!input) return 0;
+        const ColorRange scale = input.bounds();
         const Color c = temperatureColor(middleIntensity(scale) * temperature, colorSpaceIndex);
-        source.printf("color_value %f %f %f %f\n", static_cast<double>(c.r), static_cast<double>(c.g),
-                      static_cast<double>(c.b), static_cast<double>((scale.lower.a + scale.upper.a) * 0.5f));
+        text.source.printf("color_value %f %f %f %f\n", static_cast<double>(c.r), static_cast<double>(c.g),
+                           static_cast<double>(c.b),
+                           static_cast<double>((scale.lower.a + scale.upper.a) * 0.5f));
         return 1;
     }
 
@@ -102,22 +84,13 @@ private:
         return withAlpha(temperatureColor(intensity(scale) * temperature, colorSpaceIndex), scale.a);
     }
 
-    TextureInterface* input = nullptr;
+    ColorInput input;
     float temperature = 0.0f;
     int colorSpaceIndex = kColorSpace1;
 };
 
-class TexTemperatureToColorDesc : public DescOf<TexTemperatureToColor, TexTemperatureToColorParams> {
-public:
-    TexTemperatureToColorDesc()
-        : DescOf({2010101101,
-                  "TexTemperatureToColor",
-                  "Multiplies the temperature by the input texture intensity and converts that to a black "
-                  "body radiation color [gpuSupport=",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexTemperatureToColorParams = KindParams<TexTemperatureToColor>;
+using TexTemperatureToColorDesc = KindDesc<TexTemperatureToColor, TexTemperatureToColorParams>;
 TexTemperatureToColorDesc texTemperatureToColorDesc;
 
 } // namespace

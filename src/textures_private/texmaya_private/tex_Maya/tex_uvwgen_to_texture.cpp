@@ -1,45 +1,42 @@
-// TexUVWGenToTexture: shows the coordinates of a UVW generator as a colour.
+// TexUVWGenToTexture: shows the coordinates of a UVW generator as a colour; black where there are none.
 
-#include "plugin_frame/gpu_text.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "kernels/color/ranges.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/source_text.h"
 
 namespace nezaiva {
 
 namespace {
 
 constexpr AColor kNoCoordinates{0.0f, 0.0f, 0.0f, 1.0f};
-constexpr float kUnbounded = 1e18f;
-constexpr int kCoordinatesOperator = -972;
 
-class TexUVWGenToTextureParams : public OmbrixParameterListDesc {
+class TexUVWGenToTexture final : public Offers<OmbrixTexture, GpuTexture> {
 public:
-    TexUVWGenToTextureParams() { addParamPlugin("input", EXT_UVWGEN, -1, nullptr, nullptr); }
-};
+    using Offers::Offers;
 
-class TexUVWGenToTexture final : public OmbrixTexture, public RTTexInterface {
-public:
-    explicit TexUVWGenToTexture(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("input", &input);
-    }
+    static constexpr Identity kIdentity{
+        2009021202,
+        "TexUVWGenToTexture",
+        "Converts UVW coordinates provided from a UVWGen plugin to color. Same as TexUVW. "
+        "[gpuSupport=(full)]",
+        {EXT_TEXTURE}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("input", &TexUVWGenToTexture::input, noDefault);
     }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixTexture::frameBegin(renderer);
-        generator = input ? static_cast<UVWGenInterface*>(input->getInterface(EXT_UVWGEN)) : nullptr;
+        input.resolve();
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
         UVWSample sample;
-        if (generator && generator->evalUVW(context, &sample))
+        if (input && input->evalUVW(context, &sample))
             *result = {sample.uvw.x, sample.uvw.y, sample.uvw.z, 1.0f};
         else
             *result = kNoCoordinates;
@@ -48,36 +45,25 @@ public:
 
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
-        *lower = {-kUnbounded, -kUnbounded, -kUnbounded, -kUnbounded};
-        *upper = {kUnbounded, kUnbounded, kUnbounded, kUnbounded};
+        *lower = kUnboundedBelow;
+        *upper = kUnboundedAbove;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override
+    // Whatever the plugin is, its GPU form will do.
+    int writeSource(SourceText& text) override
     {
-        if (!isMaterialDescriptor(descriptor)) return 0;
-        PluginInterface* gpuForm = input ? input->getInterface(EXT_RTTEX) : nullptr;
+        auto* gpuForm = find<RTTexInterface>(input.plugin);
         if (!gpuForm) return 0;
-        source.printf("bitmap %i\n", kCoordinatesOperator);
-        return RTTexInterface::getRTTexSource(gpuForm, name, tag, descriptor, source, data);
+        text.op(GpuOperator::Coordinates);
+        return text.passOn(gpuForm);
     }
 
 private:
-    PluginBase* input = nullptr;
-    UVWGenInterface* generator = nullptr; // that of the input, null when it has none
+    UVWGenInput input;
 };
 
-class TexUVWGenToTextureDesc : public DescOf<TexUVWGenToTexture, TexUVWGenToTextureParams> {
-public:
-    TexUVWGenToTextureDesc()
-        : DescOf({2009021202,
-                  "TexUVWGenToTexture",
-                  "Converts UVW coordinates provided from a UVWGen plugin to color. Same as TexUVW. "
-                  "[gpuSupport=(full)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_TEXTURE}})
-    {
-    }
-};
+using TexUVWGenToTextureParams = KindParams<TexUVWGenToTexture>;
+using TexUVWGenToTextureDesc = KindDesc<TexUVWGenToTexture, TexUVWGenToTextureParams>;
 TexUVWGenToTextureDesc texUVWGenToTextureDesc;
 
 } // namespace

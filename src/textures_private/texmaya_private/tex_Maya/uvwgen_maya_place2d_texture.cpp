@@ -6,11 +6,11 @@
 #include "kernels/placement/place2d.h"
 #include "kernels/placement/place2d_gpu.h"
 #include "numeric/cell_index.h"
-#include "plugin_frame/gpu_text.h"
+#include "plugin_frame/kind_desc.h"
+#include "plugin_frame/mapped_surface.h"
 #include "plugin_frame/noise_interface.h"
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/source_text.h"
 #include "plugin_frame/thread_memo.h"
-#include "textures_private/texmaya_private/tex_Maya/uvwgen_maya_place2d_texture_params.h"
 
 #include <cmath>
 #include <new>
@@ -23,34 +23,107 @@ constexpr int kNoiseOctaves = 6;
 constexpr float kNoisePersistence = 0.606f;
 constexpr float kNoiseLacunarity = 1.5f;
 
-// The names of the twelve numbers, in the order of kPlaceFields.
-constexpr const char* kPlaceNames[kPlaceFieldCount] = {
-    "coverage_u", "coverage_v", "translate_frame_u", "translate_frame_v", "rotate_frame", "repeat_u",
-    "repeat_v",   "offset_u",   "offset_v",          "rotate_uv",         "noise_u",      "noise_v"};
-
-// A thread's transform for a stamp.
-struct alignas(256) PlaceCacheEntry {
-    std::int32_t sampleStamp = 0;
-    PlaceTransform place;
-    std::uint32_t word = 0; // only ever reset
+// A number of the placement: a plain value that can be animated, and a texture that goes before it.
+struct PlaceNumber {
+    const char* name;
+    const char* textureName;
+    float PlaceSample::*field;
+    const char* text;
+    const char* metadata; // of the plain value
 };
+
+// In the order of declaration; the flags stand after the first kNumbersBeforeFlags.
+constexpr PlaceNumber kPlaceNumbers[kPlaceFieldCount] = {
+    {"coverage_u", "coverage_u_tex", &PlaceSample::coverage_u, "U values are remapped to 1.0/coverage_u",
+     "gpuSupport=(full)"},
+    {"coverage_v", "coverage_v_tex", &PlaceSample::coverage_v, "V values are remapped to 1.0/coverage_v",
+     "gpuSupport=(full)"},
+    {"translate_frame_u", "translate_frame_u_tex", &PlaceSample::translate_frame_u,
+     "Translate the frame in U direction after applying rotate_frame (and before wrap, coverage, clamp)",
+     "gpuSupport=(full)"},
+    {"translate_frame_v", "translate_frame_v_tex", &PlaceSample::translate_frame_v,
+     "Translate the frame in V direction after applying rotate_frame (and before wrap, coverage, clamp)",
+     "gpuSupport=(full)"},
+    {"rotate_frame", "rotate_frame_tex", &PlaceSample::rotate_frame,
+     "Rotate the frame after applying UV noise", "units=(radians), gpuSupport=(full)"},
+    {"repeat_u", "repeat_u_tex", &PlaceSample::repeat_u, "Multiplier for U values", "gpuSupport=(full)"},
+    {"repeat_v", "repeat_v_tex", &PlaceSample::repeat_v, "Multiplier for V values", "gpuSupport=(full)"},
+    {"offset_u", "offset_u_tex", &PlaceSample::offset_u,
+     "Offset added to U before mirroring (after wrap, coverage, clamp)", "gpuSupport=(full)"},
+    {"offset_v", "offset_v_tex", &PlaceSample::offset_v,
+     "Offset added to V before mirroring (after wrap, coverage, clamp)", "gpuSupport=(full)"},
+    {"rotate_uv", "rotate_uv_tex", &PlaceSample::rotate_uv, "Rotate the UVs after mirroring",
+     "units=(radians), gpuSupport=(full)"},
+    {"noise_u", "noise_u_tex", &PlaceSample::noise_u, "Noise magnitude multiplier in U direction",
+     "gpuSupport=(none)"},
+    {"noise_v", "noise_v_tex", &PlaceSample::noise_v, "Noise magnitude multiplier in V direction",
+     "gpuSupport=(none)"},
+};
+constexpr int kNumbersBeforeFlags = 5;
+
+using PlaceCacheEntry = MemoEntry<PlaceTransform, 256>;
 static_assert(sizeof(PlaceCacheEntry) == 256);
 using PlaceCache = ThreadMemo<PlaceCacheEntry>;
 
-Vector4 asVector4(const Vector& v)
-{
-    return {v.x, v.y, v.z, 0.0f};
-}
-
-class UVWGenMayaPlace2dTexture final : public OmbrixUVWGen, public RTTexInterface {
+class UVWGenMayaPlace2dTexture final : public Offers<OmbrixUVWGen, GpuTexture> {
 public:
-    explicit UVWGenMayaPlace2dTexture(OmbrixPluginDesc* desc) : OmbrixUVWGen(desc) { bindParameters(); }
+    using Offers::Offers;
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    static constexpr Identity kIdentity{
+        2008041904,
+        "UVWGenMayaPlace2dTexture",
+        "UVW generator plugin. Uses one of the map channels from a mesh plugin and optionally transforms the "
+        "UVs.Provides additional placement parameters compared to UVWGenChannel. [gpuSupport=(partial)]",
+        {EXT_UVWGEN}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixUVWGen::getInterface(id);
+        constexpr PlaceSample kDefaults;
+        const auto numbers = [&p, kDefaults](int first, int end) {
+            for (int i = first; i < end; ++i) {
+                const PlaceNumber& number = kPlaceNumbers[i];
+                p(number.name, within(&UVWGenMayaPlace2dTexture::constants, number.field),
+                  kDefaults.*number.field, number.text, number.metadata);
+                const auto texture = [i](auto& placement) -> FloatInput& { return placement.textures[i]; };
+                p(number.textureName, texture, noDefault, number.text, "gpuSupport=(none)");
+            }
+        };
+        p("uvw_channel", &UVWGenMayaPlace2dTexture::uvw_channel, 1,
+          "Index of the mapping channel to use (from GeomStaticMesh::map_channels).", "gpuSupport=(full)");
+        p("uvw_channel_tex", &UVWGenMayaPlace2dTexture::uvw_channel_tex, noDefault,
+          "Used when more than one mesh has UV linking specified for this 2d placement. If present will "
+          "override uvw_channel.",
+          "gpuSupport=(none)");
+        p("uvwgen", &UVWGenMayaPlace2dTexture::uvwgen, noDefault,
+          "Optional UVWGen from which the initial uvw coordinates will be taken, instead of the surface "
+          "point",
+          "gpuSupport=(full)");
+        numbers(0, kNumbersBeforeFlags);
+        p("mirror_u", &UVWGenMayaPlace2dTexture::mirror_u, false,
+          "If true, every other tile outside the [0;1] range will be mirrored in U", "gpuSupport=(full)");
+        p("mirror_v", &UVWGenMayaPlace2dTexture::mirror_v, false,
+          "If true, every other tile outside the [0;1] range will be mirrored in V", "gpuSupport=(full)");
+        p("wrap_u", &UVWGenMayaPlace2dTexture::wrap_u, true,
+          "If true, U values outside the [0;1] range will wrap back to [0;1]", "gpuSupport=(full)");
+        p("wrap_v", &UVWGenMayaPlace2dTexture::wrap_v, true,
+          "If true, V values outside the [0;1] range will wrap back to [0;1]", "gpuSupport=(full)");
+        p("stagger", &UVWGenMayaPlace2dTexture::stagger, false,
+          "If true, tiles in the V direction will add +0.5 to the U value for a 'staggering' effect",
+          "gpuSupport=(full)");
+        p("clamp_u", &UVWGenMayaPlace2dTexture::clamp_u, false,
+          "Clamp the 'U' coordinate when accessing texture coordinate outside the [0,1] range",
+          "gpuSupport=(full)");
+        p("clamp_v", &UVWGenMayaPlace2dTexture::clamp_v, false,
+          "Clamp the 'V' coordinate when accessing texture coordinate outside the [0,1] range",
+          "gpuSupport=(full)");
+        numbers(kNumbersBeforeFlags, kPlaceFieldCount);
+        p("nsamples", &UVWGenMayaPlace2dTexture::nsamples, 1,
+          "The number of parameter samples to take for motion blur. 0 means the global value. 1 means motion "
+          "blur should be disabled for this plugin.",
+          "gpuSupport=(none)");
+        p("uv_set_name", &UVWGenMayaPlace2dTexture::uv_set_name, "",
+          "The name of the uv channel that should be used.", "gpuSupport=(none)");
     }
 
     void renderBegin(OmbrixRenderer* renderer) override;
@@ -67,12 +140,10 @@ public:
         return surface ? surface->getLocalUVW(context, uvw_channel, result) : 0;
     }
 
-    int getSource(const char* name, const char* tag, const char* descriptor, ShaderSource& source,
-                  OCLData& data) override;
+    int writeSource(SourceText& text) override;
 
 private:
-    void bindParameters();
-    void writeParameterBlock(ShaderSource& source, OCLData& data);
+    void writeParameterBlock(SourceText& text);
     void readMotionSamples(const FrameData& frame);
     PlaceTransform inputTransform(const OmbrixContext& context) const;
     PlaceSample constantsWithTextures(const OmbrixContext& context) const;
@@ -82,16 +153,15 @@ private:
     const PlaceTransform& lookUp(const OmbrixContext& context, PlaceTransform& own);
 
     int uvw_channel = 0;
-    TextureIntInterface* uvw_channel_tex = nullptr;
-    PluginBase* uvwgen = nullptr;
+    IntInput uvw_channel_tex;
+    UVWGenInput uvwgen;
     PlaceSample constants;
-    TextureFloatInterface* textures[kPlaceFieldCount] = {};
+    FloatInput textures[kPlaceFieldCount];
     int mirror_u = 0, mirror_v = 0, wrap_u = 0, wrap_v = 0, stagger = 0, clamp_u = 0, clamp_v = 0;
     int nsamples = 0;
     CharString uv_set_name;
 
     // Of the frame.
-    UVWGenInterface* uvwgenInterface = nullptr;
     int uvSetHandle = 0; // the id of uv_set_name; 0 without a name
     HostVector<PlaceSample> motionSamples;
     bool allConstant = false;
@@ -132,7 +202,7 @@ void UVWGenMayaPlace2dTexture::frameBegin(OmbrixRenderer* renderer)
     OmbrixUVWGen::frameBegin(renderer);
     if (threadCache.empty()) threadCache.build(renderer->getThreadCount());
     threadCache.reset();
-    uvwgenInterface = uvwgen ? static_cast<UVWGenInterface*>(uvwgen->getInterface(EXT_UVWGEN)) : nullptr;
+    uvwgen.resolve();
     uvSetHandle = renderer->getMapChannelNames()->getNameId(uv_set_name.str());
 
     const FrameData& frame = renderer->getFrameData();
@@ -149,7 +219,7 @@ void UVWGenMayaPlace2dTexture::frameBegin(OmbrixRenderer* renderer)
              stagger != 0};
     staticMatrices = placeMatrices(constants);
     allConstant = true;
-    for (const TextureFloatInterface* texture : textures)
+    for (const FloatInput& texture : textures)
         if (texture) allConstant = false;
 }
 
@@ -162,14 +232,14 @@ void UVWGenMayaPlace2dTexture::readMotionSamples(const FrameData& frame)
             frame.intervalStart;
         PlaceSample& sample = motionSamples[static_cast<std::size_t>(i)];
         for (int field = 0; field < kPlaceFieldCount; ++field)
-            if (OmbrixPluginParameter* parameter = getParameter(kPlaceNames[field]))
+            if (OmbrixPluginParameter* parameter = getParameter(kPlaceNumbers[field].name))
                 sample.*kPlaceFields[field] = parameter->getFloat(-1, time);
     }
     // Kept as is: an animated constant wins over a connected texture.
     for (std::size_t i = 0; i + 1 < motionSamples.size(); ++i)
         for (int field = 0; field < kPlaceFieldCount; ++field)
             if (motionSamples[i].*kPlaceFields[field] != motionSamples[i + 1].*kPlaceFields[field])
-                textures[field] = nullptr;
+                textures[field].texture = nullptr;
 }
 
 void UVWGenMayaPlace2dTexture::frameEnd(OmbrixRenderer* renderer)
@@ -187,17 +257,15 @@ void UVWGenMayaPlace2dTexture::frameEnd(OmbrixRenderer* renderer)
 PlaceTransform UVWGenMayaPlace2dTexture::inputTransform(const OmbrixContext& context) const
 {
     PlaceTransform input;
-    if (uvwgenInterface) {
-        input.valid = uvwgenInterface->evalUVWTransform(context, &input.map) != 0;
+    if (uvwgen) {
+        input.valid = uvwgen->evalUVWTransform(context, &input.map) != 0;
         return input;
     }
-    auto* surface = context.surfaceObject
-                        ? static_cast<MappedSurface*>(context.surfaceObject->getInterface(EXT_MAPPED_SURFACE))
-                        : nullptr;
+    MappedSurface* surface = mappedSurface(context);
     if (!surface) return input;
     if (uvSetHandle != 0 && surface->getLocalUVWTransformByName(context, uvSetHandle, &input.map) != -1)
         return input;
-    const int channel = uvw_channel_tex ? uvw_channel_tex->evalInt(context) : uvw_channel;
+    const int channel = uvw_channel_tex ? uvw_channel_tex(context) : uvw_channel;
     input.valid = surface->getLocalUVWTransform(context, channel, &input.map) != 0;
     return input;
 }
@@ -206,7 +274,7 @@ PlaceSample UVWGenMayaPlace2dTexture::constantsWithTextures(const OmbrixContext&
 {
     PlaceSample sample = constants;
     for (int field = 0; field < kPlaceFieldCount; ++field)
-        if (textures[field]) sample.*kPlaceFields[field] = textures[field]->evalFloat(context);
+        if (textures[field]) sample.*kPlaceFields[field] = textures[field](context);
     return sample;
 }
 
@@ -223,7 +291,7 @@ PlaceSample UVWGenMayaPlace2dTexture::sampleInMotion(const OmbrixContext& contex
     for (int field = 0; field < kPlaceFieldCount; ++field) {
         float from = before.*kPlaceFields[field];
         float to = after.*kPlaceFields[field];
-        if (textures[field]) from = to = textures[field]->evalFloat(context);
+        if (textures[field]) from = to = textures[field](context);
         sample.*kPlaceFields[field] = from * (1.0f - f) + to * f;
     }
     return sample;
@@ -240,12 +308,7 @@ PlaceTransform UVWGenMayaPlace2dTexture::runChain(const OmbrixContext& context) 
 
 const PlaceTransform& UVWGenMayaPlace2dTexture::lookUp(const OmbrixContext& context, PlaceTransform& own)
 {
-    PlaceCacheEntry* entry = threadCache.entryFor(context, noUVWCache);
-    if (!entry) return *new (&own) PlaceTransform(runChain(context));
-    if (entry->sampleStamp == context.sampleStamp) return entry->place;
-    new (&entry->place) PlaceTransform(runChain(context)); // made in its place: no copy
-    entry->sampleStamp = context.sampleStamp;
-    return entry->place;
+    return threadCache.getOr(context, noUVWCache, own, [&] { return runChain(context); });
 }
 
 int UVWGenMayaPlace2dTexture::evalUVW(const OmbrixContext& context, UVWSample* result)
@@ -277,94 +340,40 @@ int UVWGenMayaPlace2dTexture::evalUVWTransform(const OmbrixContext& context, Tra
 }
 
 // The GPU takes the single values: no texture, no motion sample and no noise reaches the matrix.
-int UVWGenMayaPlace2dTexture::getSource(const char* /*name*/, const char* tag, const char* descriptor,
-                                        ShaderSource& source, OCLData& data)
+int UVWGenMayaPlace2dTexture::writeSource(SourceText& text)
 {
-    if (!isMaterialDescriptor(descriptor) || !paramList) return 0;
+    if (!paramList) return 0;
     const Transform place = gpuPlacement(constants);
     const auto& [c0, c1, c2] = place.matrix.columns;
     const Vector& offset = place.offset;
-    const auto number = [](float value) { return static_cast<double>(value); };
-    source.append("uvw_transform ");
-    source.printf("%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f,%f\n", number(c0.x), number(c0.y), number(c0.z),
-                  number(c1.x), number(c1.y), number(c1.z), number(c2.x), number(c2.y), number(c2.z),
-                  number(offset.x), number(offset.y), number(offset.z));
+    text.operands({c0.x, c0.y, c0.z, c1.x, c1.y, c1.z, c2.x, c2.y, c2.z, offset.x, offset.y, offset.z});
     if (uv_set_name.empty())
-        source.printf("map_channel %i\n", uvw_channel);
+        text.source.printf("map_channel %i\n", uvw_channel);
     else
-        source.printf("map_channel_id %i\n", uvSetHandle);
-    RTTexInterface::getRTTexSource(uvwgenInterface, "", tag, descriptor, source, data);
-    source.append("uvwGenMayaPlace2dTexture\n");
-    writeParameterBlock(source, data);
+        text.source.printf("map_channel_id %i\n", uvSetHandle);
+    text.input(uvwgen, "", text.tag);
+    text.line("uvwGenMayaPlace2dTexture\n");
+    writeParameterBlock(text);
     return 1;
 }
 
-void UVWGenMayaPlace2dTexture::writeParameterBlock(ShaderSource& source, OCLData& data)
+// The block is uploaded once a frame; the store that took it frees it at the frame's end.
+void UVWGenMayaPlace2dTexture::writeParameterBlock(SourceText& text)
 {
-    ParameterBlockStore* store = data.getBlockStore();
+    ParameterBlockStore* store = text.data.getBlockStore();
     if (!store) return;
-    gpuBlockStore = store;
     if (!gpuParamsReady) {
+        gpuBlockStore = store;
         const UVParams block = uvParams(constants, flags);
         store->upload(this, &block, sizeof block);
         gpuParamsId = store->finishUpload(this);
         gpuParamsReady = 1;
     }
-    source.printf("uvParamsPtr_id %i\n", gpuParamsId);
+    text.source.printf("uvParamsPtr_id %i\n", gpuParamsId);
 }
 
-void UVWGenMayaPlace2dTexture::bindParameters()
-{
-    paramList->setParamCache("uvw_channel", &uvw_channel);
-    paramList->setParamCache("uvw_channel_tex", &uvw_channel_tex);
-    paramList->setParamCache("uvwgen", &uvwgen);
-    paramList->setParamCache("coverage_u", &constants.coverage_u);
-    paramList->setParamCache("coverage_u_tex", &textures[0]);
-    paramList->setParamCache("coverage_v", &constants.coverage_v);
-    paramList->setParamCache("coverage_v_tex", &textures[1]);
-    paramList->setParamCache("translate_frame_u", &constants.translate_frame_u);
-    paramList->setParamCache("translate_frame_u_tex", &textures[2]);
-    paramList->setParamCache("translate_frame_v", &constants.translate_frame_v);
-    paramList->setParamCache("translate_frame_v_tex", &textures[3]);
-    paramList->setParamCache("rotate_frame", &constants.rotate_frame);
-    paramList->setParamCache("rotate_frame_tex", &textures[4]);
-    paramList->setParamCache("mirror_u", &mirror_u);
-    paramList->setParamCache("mirror_v", &mirror_v);
-    paramList->setParamCache("wrap_u", &wrap_u);
-    paramList->setParamCache("wrap_v", &wrap_v);
-    paramList->setParamCache("stagger", &stagger);
-    paramList->setParamCache("clamp_u", &clamp_u);
-    paramList->setParamCache("clamp_v", &clamp_v);
-    paramList->setParamCache("repeat_u", &constants.repeat_u);
-    paramList->setParamCache("repeat_u_tex", &textures[5]);
-    paramList->setParamCache("repeat_v", &constants.repeat_v);
-    paramList->setParamCache("repeat_v_tex", &textures[6]);
-    paramList->setParamCache("offset_u", &constants.offset_u);
-    paramList->setParamCache("offset_u_tex", &textures[7]);
-    paramList->setParamCache("offset_v", &constants.offset_v);
-    paramList->setParamCache("offset_v_tex", &textures[8]);
-    paramList->setParamCache("rotate_uv", &constants.rotate_uv);
-    paramList->setParamCache("rotate_uv_tex", &textures[9]);
-    paramList->setParamCache("noise_u", &constants.noise_u);
-    paramList->setParamCache("noise_u_tex", &textures[10]);
-    paramList->setParamCache("noise_v", &constants.noise_v);
-    paramList->setParamCache("noise_v_tex", &textures[11]);
-    paramList->setParamCache("nsamples", &nsamples);
-    paramList->setParamCache("uv_set_name", &uv_set_name);
-}
-
-class UVWGenMayaPlace2dTextureDesc : public DescOf<UVWGenMayaPlace2dTexture, UVWGenMayaPlace2dTextureParams> {
-public:
-    UVWGenMayaPlace2dTextureDesc()
-        : DescOf({2008041904,
-                  "UVWGenMayaPlace2dTexture",
-                  "UVW generator plugin. Uses one of the map channels from a mesh plugin and optionally "
-                  "transforms the UVs.Provides additional placement parameters compared to UVWGenChannel. "
-                  "[gpuSupport=(partial)]",
-                  {EXT_OMBRIX_PLUGIN, EXT_UVWGEN}})
-    {
-    }
-};
+using UVWGenMayaPlace2dTextureParams = KindParams<UVWGenMayaPlace2dTexture>;
+using UVWGenMayaPlace2dTextureDesc = KindDesc<UVWGenMayaPlace2dTexture, UVWGenMayaPlace2dTextureParams>;
 UVWGenMayaPlace2dTextureDesc uvwgenMayaPlace2dTextureDesc;
 
 } // namespace

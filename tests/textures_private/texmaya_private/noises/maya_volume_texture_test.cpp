@@ -13,7 +13,7 @@ using namespace support;
 
 // All inputs of a noise, each with a value of its own and a common log.
 struct VolumeInputs {
-    explicit VolumeInputs(MayaVolumeTexture& noise)
+    VolumeInputs()
     {
         frequency.value = 6.0f;
         amplitude.value = 0.75f;
@@ -24,16 +24,16 @@ struct VolumeInputs {
         center.value = {0.5f, 0.25f, 0.75f, 1.0f};
         scale.value = {0.5f, 2.0f, 0.0f, 1.0f};
         origin.value = {0.125f, 0.25f, 0.5f, 1.0f};
-        noise.frequency = &frequency;
-        noise.amplitude = &amplitude;
-        noise.frequencyRatio = &frequencyRatio;
-        noise.ratio = &ratio;
-        noise.threshold = &threshold;
-        noise.implode = &implode;
-        noise.implodeCenter = &center;
-        noise.scale = &scale;
-        noise.origin = &origin;
-        noise.depthMax = 2;
+        bound.frequency.texture = &frequency;
+        bound.amplitude.texture = &amplitude;
+        bound.frequencyRatio.texture = &frequencyRatio;
+        bound.ratio.texture = &ratio;
+        bound.threshold.texture = &threshold;
+        bound.implode.texture = &implode;
+        bound.implodeCenter.texture = &center;
+        bound.scale.texture = &scale;
+        bound.origin.texture = &origin;
+        bound.depthMax = 2;
     }
     VolumePlacement placement(float factor) const
     {
@@ -48,6 +48,7 @@ struct VolumeInputs {
     }
     static VolumeFractal fractal() { return {0.75f, 1.75f, 0.625f, 0.0625f, 2, false}; }
 
+    VolumeTextureInputs bound;
     CallLog log;
     TestFloat frequency{"frequency", &log}, amplitude{"amplitude", &log};
     TestFloat frequencyRatio{"frequencyRatio", &log}, ratio{"ratio", &log};
@@ -71,8 +72,9 @@ constexpr VolumePoint kPoint{kX, kY, kZ};
 TEST(MayaPerlinTexture, ReadsItsInputsInOrder)
 {
     TestContext context;
-    MayaPerlinTexture noise;
-    VolumeInputs inputs(noise);
+    VolumeInputs inputs;
+    MayaPerlinTexture noise(inputs.bound);
+
     PerlinVolume settings;
     settings.fractal = VolumeInputs::fractal();
     const VolumePlacement placement = inputs.placement(6.0f * 0.0625f);
@@ -91,12 +93,13 @@ TEST(MayaPerlinTexture, PassesItsOwnSettingsOn)
     for (const bool wispy : {false, true})
         for (const bool timeNoise : {false, true})
             for (const bool inflection : {false, true}) {
-                MayaPerlinTexture noise;
-                VolumeInputs inputs(noise);
+                VolumeInputs inputs;
+                MayaPerlinTexture noise(inputs.bound);
+
                 noise.wispy = wispy;
                 noise.timeNoise = timeNoise;
                 noise.timePeriod = 50;
-                noise.inflection = inflection;
+                inputs.bound.inflection = inflection;
                 PerlinVolume settings{VolumeInputs::fractal(), wispy, timeNoise, false, 50};
                 settings.fractal.inflection = inflection;
                 const VolumePlacement placement = inputs.placement(6.0f * 0.0625f);
@@ -109,18 +112,20 @@ TEST(MayaPerlinTexture, PassesItsOwnSettingsOn)
 TEST(MayaPerlinTexture, WithoutOctavesGivesItsBias)
 {
     TestContext context;
-    MayaPerlinTexture noise;
+    VolumeTextureInputs unset;
+    MayaPerlinTexture noise(unset);
     EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, 0.0f), 0.5f);
     EXPECT_SAME_BITS(noise.eval2d(context, kX, kY, 0.0f), 0.5f);
-    noise.inflection = true;
+    unset.inflection = 1;
     EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, 0.0f), 0.0f);
 }
 
 TEST(MayaPerlinTexture, UnsetInputsReadAsTheNoisesDefaults)
 {
     TestContext context;
-    MayaPerlinTexture noise;
-    noise.depthMax = 3;
+    VolumeTextureInputs unset;
+    MayaPerlinTexture noise(unset);
+    unset.depthMax = 3;
     PerlinVolume settings;
     settings.fractal.depthMax = 3;
     settings.fractal.frequencyRatio = 2.0f;
@@ -133,7 +138,8 @@ TEST(MayaPerlinTexture, UnsetInputsReadAsTheNoisesDefaults)
 
 TEST(MayaPerlinTexture, GivesSingleOctaves)
 {
-    MayaPerlinTexture noise;
+    VolumeTextureInputs unset;
+    MayaPerlinTexture noise(unset);
     noise.timePeriod = 100;
     PerlinVolume settings;
     EXPECT_NEAR(noise.noise3d(kX, kY, kZ, kTime, 2), plain::perlinLevel3d(settings, kPoint, kTime, 2),
@@ -148,9 +154,10 @@ TEST(MayaPerlinTexture, GivesSingleOctaves)
 TEST(MayaSpaceTimeTexture, TakesTimeAsADimension)
 {
     TestContext context;
-    MayaSpaceTimeTexture noise;
+    VolumeInputs inputs;
+    MayaSpaceTimeTexture noise(inputs.bound);
     noise.timePeriod = 100;
-    VolumeInputs inputs(noise);
+
     PerlinVolume settings;
     settings.fractal = VolumeInputs::fractal();
     settings.spaceTime = true;
@@ -169,18 +176,19 @@ TEST(MayaSpaceTimeTexture, TakesTimeAsADimension)
 TEST(MayaBillowTexture, ReadsItsInputsInOrder)
 {
     TestContext context;
-    MayaBillowTexture noise;
-    VolumeInputs inputs(noise);
+    VolumeInputs inputs;
+    MayaBillowTexture noise(inputs.bound);
+
     TestFloat density("density", &inputs.log), spottyness("spottyness", &inputs.log);
     TestFloat randomness("randomness", &inputs.log), sizeRand("sizeRand", &inputs.log);
     density.value = 0.875f;
     spottyness.value = 0.25f;
     randomness.value = 0.75f;
     sizeRand.value = 0.125f;
-    noise.density = &density;
-    noise.spottyness = &spottyness;
-    noise.randomness = &randomness;
-    noise.sizeRand = &sizeRand;
+    noise.density.texture = &density;
+    noise.spottyness.texture = &spottyness;
+    noise.randomness.texture = &randomness;
+    noise.sizeRand.texture = &sizeRand;
     const VolumePlacement placement = inputs.placement(6.0f / 20.0f);
     const VolumePoint solid = plain::place(placement, kPoint, true);
     const VolumePoint flat = plain::place(placement, kPoint, false);
@@ -203,8 +211,9 @@ TEST(MayaBillowTexture, ReadsItsInputsInOrder)
 TEST(MayaBillowTexture, UnsetInputsReadAsTheNoisesDefaults)
 {
     TestContext context;
-    MayaBillowTexture noise;
-    noise.depthMax = 2;
+    VolumeTextureInputs unset;
+    MayaBillowTexture noise(unset);
+    unset.depthMax = 2;
     noise.falloff = 2;
     BillowVolume settings{{1.0f, 2.0f, 0.707f, 0.0f, 2, false}, 1.0f, 0.1f, 1.0f, 0.0f, 2};
     VolumePlacement placement;
@@ -217,19 +226,21 @@ TEST(MayaBillowTexture, FullRandomnessTwiceLeavesNoBlob)
 {
     TestContext context;
     TestFloat randomness(2.0f);
-    MayaBillowTexture noise;
-    noise.randomness = &randomness;
-    noise.depthMax = 3;
+    VolumeTextureInputs unset;
+    MayaBillowTexture noise(unset);
+    noise.randomness.texture = &randomness;
+    unset.depthMax = 3;
     EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, 0.0f), 0.0f);
-    noise.depthMax = 0;
+    unset.depthMax = 0;
     EXPECT_TRUE(std::isnan(noise.eval3d(context, kX, kY, kZ, 0.0f)));
 }
 
 TEST(MayaCosineTexture, ReadsItsInputsInAnOrderForEachForm)
 {
     TestContext context;
-    MayaCosineTexture noise;
-    VolumeInputs inputs(noise);
+    VolumeInputs inputs;
+    MayaCosineTexture noise(inputs.bound);
+
     noise.numWaves = 4;
     const CosineVolume settings{VolumeInputs::fractal(), 4};
     const VolumePlacement placement = inputs.placement(6.0f);
@@ -247,7 +258,8 @@ TEST(MayaCosineTexture, ReadsItsInputsInAnOrderForEachForm)
 TEST(MayaCosineTexture, WithoutOctavesIsNoNumber)
 {
     TestContext context;
-    MayaCosineTexture noise;
+    VolumeTextureInputs unset;
+    MayaCosineTexture noise(unset);
     noise.numWaves = 5;
     EXPECT_TRUE(std::isnan(noise.eval3d(context, kX, kY, kZ, 0.0f)));
 }
@@ -255,8 +267,9 @@ TEST(MayaCosineTexture, WithoutOctavesIsNoNumber)
 TEST(MayaVolumeTexture, AsksForTheCentreOnlyWhereItWarps)
 {
     TestContext context;
-    MayaPerlinTexture noise;
-    VolumeInputs inputs(noise);
+    VolumeInputs inputs;
+    MayaPerlinTexture noise(inputs.bound);
+
     for (const auto& [implode, asked] :
          {std::pair(0.0f, false), {1e-6f, false}, {-1e-6f, false}, {2e-6f, true}, {-0.5f, true}}) {
         inputs.implode.value = implode;
@@ -270,8 +283,9 @@ TEST(MayaVolumeTexture, IsNeverAboveOneAndMayLieBelowZero)
 {
     TestContext context;
     TestFloat threshold(5.0f);
-    MayaPerlinTexture noise;
-    noise.threshold = &threshold;
+    VolumeTextureInputs unset;
+    MayaPerlinTexture noise(unset);
+    unset.threshold.texture = &threshold;
     EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, 0.0f), 1.0f);
     threshold.value = -5.0f;
     EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, 0.0f), -4.5f);

@@ -1,4 +1,4 @@
-#include "plugin_frame/plugin_desc_of.h"
+#include "plugin_frame/kind_desc.h"
 
 #include "host/memory/allocator.h"
 #include "support/heap_hooks.h"
@@ -20,21 +20,23 @@ bool constructorThrows = false;
 DescriptorEntry* headWhileDeclaring = nullptr;
 std::uint32_t countWhileDeclaring = 0;
 
-class SampleParams : public OmbrixParameterListDesc {
-public:
-    SampleParams()
-    {
-        headWhileDeclaring = descriptorListHead;
-        countWhileDeclaring = descriptorCount;
-        addParamInt("number", 3, -1, nullptr, nullptr);
-    }
-};
-
 class Sample : public OmbrixTextureFloat {
 public:
+    static constexpr Identity kIdentity{
+        77001122334455, "Sample", "A sample", {EXT_TEXTURE, EXT_TEXTURE_FLOAT}};
+
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        if constexpr (std::is_same_v<Table, ParameterDeclarer<Sample>>) {
+            headWhileDeclaring = descriptorListHead;
+            countWhileDeclaring = descriptorCount;
+        }
+        p("number", &Sample::number, 3);
+    }
+
     explicit Sample(OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
     {
-        paramList->setParamCache("number", &number);
         if (constructorThrows) throw OUtils::ExceptionMsg("refused");
         ++instancesAlive;
     }
@@ -47,13 +49,7 @@ private:
     int number = 0;
 };
 
-class SampleDesc : public DescOf<Sample, SampleParams> {
-public:
-    SampleDesc()
-        : DescOf({77001122334455, "Sample", "A sample", {EXT_OMBRIX_PLUGIN, EXT_TEXTURE, EXT_TEXTURE_FLOAT}})
-    {
-    }
-};
+using SampleDesc = KindDesc<Sample>;
 
 // A static as every descriptor is: it stays in the list.
 SampleDesc sampleDesc;
@@ -87,7 +83,7 @@ std::int64_t liveBlocks()
     return ombrix::allocationCounters().liveBlocks;
 }
 
-TEST(DescOf, TellsItsIdentity)
+TEST(KindDesc, TellsItsIdentity)
 {
     EXPECT_EQ(sampleDesc.getPluginID(), 77001122334455u);
     EXPECT_STREQ(sampleDesc.getName(), "Sample");
@@ -98,7 +94,7 @@ TEST(DescOf, TellsItsIdentity)
     EXPECT_NE(sampleDesc.parameterDesc, nullptr);
 }
 
-TEST(DescOf, LinksItselfAfterItsParametersAreDeclared)
+TEST(KindDesc, LinksItselfAfterItsParametersAreDeclared)
 {
     DescriptorEntry* const head = descriptorListHead;
     const std::uint32_t count = descriptorCount;
@@ -118,7 +114,7 @@ TEST(DescOf, LinksItselfAfterItsParametersAreDeclared)
     descriptorCount = count;
 }
 
-TEST(DescOf, SupportsWhatItDeclares)
+TEST(KindDesc, SupportsWhatItDeclares)
 {
     EXPECT_EQ(sampleDesc.supportsInterface(EXT_OMBRIX_PLUGIN), 1);
     EXPECT_EQ(sampleDesc.supportsInterface(EXT_TEXTURE), 1); // declared, though no instance has it
@@ -128,38 +124,38 @@ TEST(DescOf, SupportsWhatItDeclares)
     EXPECT_EQ(sampleDesc.supportsInterface(EXT_TEXTURE | (InterfaceId{1} << 32)), 0);
 }
 
-TEST(DescOf, DescriptorHasNoInterfacesOfItsOwn)
+TEST(KindDesc, DescriptorHasNoInterfacesOfItsOwn)
 {
     EXPECT_EQ(sampleDesc.getInterface(EXT_OMBRIX_PLUGIN), nullptr);
 }
 
-TEST(DescOf, MakesAndDeletesInstances)
+TEST(KindDesc, MakesAndDeletesInstances)
 {
     const std::int64_t before = liveBlocks();
     PluginBase* plugin = sampleDesc.newPlugin(nullptr);
     ASSERT_NE(plugin, nullptr);
     EXPECT_EQ(instancesAlive, 1);
     EXPECT_GT(liveBlocks(), before);
-    auto* texture = static_cast<TextureFloatInterface*>(plugin->getInterface(EXT_TEXTURE_FLOAT));
+    auto* texture = find<TextureFloatInterface>(plugin);
     EXPECT_EQ(static_cast<Plugin*>(texture->getPlugin())->getPluginDesc(), &sampleDesc);
     sampleDesc.deletePlugin(plugin);
     EXPECT_EQ(instancesAlive, 0);
     EXPECT_EQ(liveBlocks(), before);
 }
 
-TEST(DescOf, DeletesNullWithoutEffect)
+TEST(KindDesc, DeletesNullWithoutEffect)
 {
     sampleDesc.deletePlugin(nullptr);
     EXPECT_EQ(instancesAlive, 0);
 }
 
-TEST(DescOf, HasNoInstanceWithoutMemory)
+TEST(KindDesc, HasNoInstanceWithoutMemory)
 {
     support::ExhaustedHeap exhausted(sizeof(Sample));
     EXPECT_EQ(sampleDesc.newPlugin(nullptr), nullptr);
 }
 
-TEST(DescOf, FreesTheInstanceWhoseConstructorThrows)
+TEST(KindDesc, FreesTheInstanceWhoseConstructorThrows)
 {
     const std::int64_t before = liveBlocks();
     constructorThrows = true;
@@ -168,7 +164,7 @@ TEST(DescOf, FreesTheInstanceWhoseConstructorThrows)
     EXPECT_EQ(liveBlocks(), before);
 }
 
-TEST(DescOf, RegistersItselfBeforeItsParameters)
+TEST(KindDesc, RegistersItselfBeforeItsParameters)
 {
     RecordingHost host;
     sampleDesc.registerPlugin(&host);
@@ -176,20 +172,14 @@ TEST(DescOf, RegistersItselfBeforeItsParameters)
     EXPECT_EQ(host.given, sampleDesc.parameterDesc);
 }
 
-TEST(DescOf, UnregistersWithoutParameterWork)
+TEST(KindDesc, UnregistersWithoutParameterWork)
 {
     RecordingHost host;
     sampleDesc.unregisterPlugin(&host);
     EXPECT_EQ(host.calls, (std::vector<std::string>{"remove Sample"}));
 }
 
-TEST(DescOf, NullHostDoesNothing)
-{
-    sampleDesc.registerPlugin(nullptr);
-    sampleDesc.unregisterPlugin(nullptr);
-}
-
-TEST(DescOf, RegistersWithoutParameterDescription)
+TEST(KindDesc, RegistersWithoutParameterDescription)
 {
     RecordingHost host;
     OmbrixParameterListDesc* const kept = sampleDesc.parameterDesc;
