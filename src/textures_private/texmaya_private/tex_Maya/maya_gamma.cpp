@@ -25,7 +25,7 @@ public:
     static void parameters(Table& p)
     {
         p("input", &Gamma::input, AColor{0.0f, 0.0f, 0.0f, 1.0f}, "The input color");
-        p("gamma", &Gamma::gamma, AColor{1.0f, 1.0f, 1.0f, 1.0f}, "Gamma values");
+        p("gamma", &Gamma::gamma, kWhite, "Gamma values");
         p.output("color", itself, "The resulting color");
     }
 

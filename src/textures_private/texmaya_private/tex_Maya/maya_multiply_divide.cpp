@@ -10,7 +10,6 @@ namespace nezaiva {
 
 namespace {
 
-constexpr AColor kDefaultColor{1.0f, 1.0f, 1.0f, 1.0f};
 // Kept as is: on the GPU an unset colour is black, not white.
 constexpr const char* kUnsetSlot = "color 0.0 0.0 0.0 0.0\n";
 
@@ -68,13 +67,11 @@ public:
     template <class Table>
     static void parameters(Table& p)
     {
-        const auto color1 = [](MultiplyDivide& node) -> ColorInput& { return node.tex.color1; };
-        const auto color2 = [](MultiplyDivide& node) -> ColorInput& { return node.tex.color2; };
-        const auto operation = [](MultiplyDivide& node) -> int& { return node.tex.operation; };
-        p("color1", color1, kDefaultColor, "First color");
-        p("color2", color2, kDefaultColor, "Second color");
-        p("operation", operation, kProduct, "Operation (1 - multiply, 2 - divide, 3 - power)",
-          "enum=(1:Multiply; 2:Divide; 3:Power)");
+        const auto work = [](auto field) { return within(&MultiplyDivide::tex, field); };
+        p("color1", work(&MultiplyDivideTex::color1), kWhite, "First color");
+        p("color2", work(&MultiplyDivideTex::color2), kWhite, "Second color");
+        p("operation", work(&MultiplyDivideTex::operation), kProduct,
+          "Operation (1 - multiply, 2 - divide, 3 - power)", "enum=(1:Multiply; 2:Divide; 3:Power)");
         p.output("color", &MultiplyDivide::tex, "The resulting color");
     }
 

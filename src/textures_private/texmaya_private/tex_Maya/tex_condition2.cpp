@@ -30,7 +30,7 @@ public:
         p("first_term", &TexCondition2::first_term, 0.0f);
         p("second_term", &TexCondition2::second_term, 0.0f);
         p("color_if_true", &TexCondition2::color_if_true, AColor{0.0f, 0.0f, 0.0f, 1.0f});
-        p("color_if_false", &TexCondition2::color_if_false, AColor{1.0f, 1.0f, 1.0f, 1.0f});
+        p("color_if_false", &TexCondition2::color_if_false, kWhite);
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
