@@ -19,7 +19,7 @@ help:
 	@echo "make debug          build and test without optimisation"
 	@echo "make asan           build and test with the address and undefined-behaviour sanitizers"
 	@echo "make tsan           build and test with the thread sanitizer"
-	@echo "make clang          compile everything with clang++"
+	@echo "make clang          read everything with clang++, for its warnings"
 	@echo "make format         format all sources; format-check tells what it would change"
 	@echo "make lint           format-check, then clang-tidy over src, host and apps"
 	@echo "make clean          remove build/ and out/"

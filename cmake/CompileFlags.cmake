@@ -29,9 +29,23 @@ else()
     add_link_options(-Wl,--no-undefined)
 endif()
 
+# For a second compiler's warnings no code has to be made: the files are read, and what would hold code is
+# empty.
+option(NEZAIVA_SYNTAX_ONLY "Read all files without making code" OFF)
+if(NEZAIVA_SYNTAX_ONLY)
+    set(_touch "${CMAKE_COMMAND} -E touch")
+    set(CMAKE_CXX_COMPILE_OBJECT
+        "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -fsyntax-only -c <SOURCE>" "${_touch} <OBJECT>")
+    foreach(_rule LINK_EXECUTABLE CREATE_SHARED_LIBRARY CREATE_SHARED_MODULE)
+        set(CMAKE_CXX_${_rule} "${_touch} <TARGET>")
+    endforeach()
+endif()
+
 find_program(NEZAIVA_CCACHE ccache)
-if(NEZAIVA_CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${NEZAIVA_CCACHE}")
+if(NEZAIVA_CCACHE AND NOT NEZAIVA_SYNTAX_ONLY)
+    # Without this it compiles everything anew that begins with precompiled headers.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+        "${NEZAIVA_CCACHE}")
 endif()
 
 # nezaiva_avx2_source(FILE...): compiles files for AVX2. Such a file includes nothing that another
