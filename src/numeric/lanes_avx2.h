@@ -250,6 +250,11 @@ Float8 spreadTwice(Float4 a)
 {
     return _mm256_broadcastss_ps(spread<Lane>(a).v);
 }
+template <int Bits>
+Double4 blended(Double4 a, Double4 b)
+{
+    return _mm256_blend_pd(a.v, b.v, Bits);
+}
 template <int A, int B, int C, int D>
 Float8 shuffled(Float8 first, Float8 second)
 {

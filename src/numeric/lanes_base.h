@@ -160,6 +160,12 @@ Float8 spreadTwice(Float4 a)
 {
     return {spread<Lane>(a), spread<Lane>(a)};
 }
+template <int Bits>
+Double4 blended(Double4 a, Double4 b)
+{
+    constexpr int kUpper = Bits / 4;
+    return {blended<Bits % 4>(a.low, b.low), blended<kUpper>(a.high, b.high)};
+}
 template <int A, int B, int C, int D>
 Float8 shuffled(Float8 first, Float8 second)
 {

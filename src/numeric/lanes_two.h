@@ -108,6 +108,15 @@ Double2 spread(Double2 a)
     return _mm_shuffle_pd(a.v, a.v, Lane * 3);
 }
 
+template <int Bits>
+Double2 blended(Double2 a, Double2 b)
+{
+    if constexpr ((Bits & 3) == 0) return a;
+    if constexpr ((Bits & 3) == 1) return _mm_shuffle_pd(b.v, a.v, 2);
+    if constexpr ((Bits & 3) == 2) return _mm_shuffle_pd(a.v, b.v, 2);
+    return b;
+}
+
 inline double sumOfLanes(Double2 a)
 {
     return lane<0>(a) + lane<1>(a);

@@ -1,20 +1,17 @@
-// Gradient noise for every x86-64 processor.
-//
-// A corner's value is the sum of three products, and the interpolation is linear. So each product is
-// weighted as it is made, with weights that do not wait for the gradients, and the three components
-// are added at the very end.
-
 #include "kernels/noises/perlin_noise.h"
 
-#include "kernels/noises/perlin_noise_kernels.h"
-#include "kernels/noises/perlin_tables.h"
+#include "kernels/noises/perlin_body.h"
 #include "numeric/cell_index.h"
 #include "numeric/simd_dispatch.h"
 
 #include <cmath>
 #include <cstddef>
 
-#include <emmintrin.h>
+namespace nezaiva {
+
+constinit const PerlinKernels perlinBase = kPerlinKernels;
+
+} // namespace nezaiva
 
 namespace OUtils {
 
@@ -50,49 +47,16 @@ const double* gradientRow(unsigned cellX, unsigned cellY, unsigned permuted)
     return perlinTables.gradients[(cellX + perlinTables.permutation[cellY + permuted]) & kWrap];
 }
 
-constexpr std::ptrdiff_t kNextX = 4; // the row of the corner one cell further along x
-
-// The four corners of one y: the near and the far end along x, times their weights.
-struct Corners {
-    __m128d near, far;   // the distances along x and y
-    __m128d nearZ, farZ; // the distances along z, near and far
-};
-
-Corners cornersOf(const Place& px, const __m128d distancesZ, double distanceY, double weightY)
+double noiseAt(nezaiva::Float4 point)
 {
-    const __m128d near = _mm_set1_pd(px.rest * weightY);
-    const __m128d far = _mm_set1_pd(px.fade * weightY);
-    return {_mm_mul_pd(_mm_setr_pd(px.near, distanceY), near),
-            _mm_mul_pd(_mm_setr_pd(px.far, distanceY), far), _mm_mul_pd(distancesZ, near),
-            _mm_mul_pd(distancesZ, far)};
-}
-
-// The part of x and y in the corners at one y and z.
-__m128d pairOf(const double* row, const Corners& corners)
-{
-    return _mm_add_pd(_mm_mul_pd(_mm_load_pd(row), corners.near),
-                      _mm_mul_pd(_mm_load_pd(row + kNextX), corners.far));
-}
-
-// The part of z in the corners at one y: a lane for each z.
-__m128d pairInZ(const double* front, const double* back, const Corners& corners)
-{
-    const auto gradients = [&](std::ptrdiff_t offset) {
-        return _mm_loadh_pd(_mm_load_sd(front + offset + 2), back + offset + 2);
-    };
-    return _mm_add_pd(_mm_mul_pd(gradients(0), corners.nearZ), _mm_mul_pd(gradients(kNextX), corners.farZ));
-}
-
-double noiseAt(__m128 point)
-{
-    return nezaiva::hasAvx2() ? gradientNoise3Avx2(point) : gradientNoise3Baseline(point);
+    return nezaiva::chosen(nezaiva::perlinBase, nezaiva::perlinAvx2).noise3(point.v);
 }
 
 // The float values of the coordinates times the frequency, which is a product of floats.
-__m128 scaledPoint(const NoiseParams& params, double x, double y, double z)
+nezaiva::Float4 scaledPoint(const NoiseParams& params, double x, double y, double z)
 {
-    const __m128 point = _mm_movelh_ps(_mm_cvtpd_ps(_mm_setr_pd(x, y)), _mm_cvtpd_ps(_mm_set_sd(z)));
-    return _mm_mul_ps(point, _mm_set1_ps(params.frequency));
+    using nezaiva::Double2;
+    return toFloat(nezaiva::Double4(Double2(x, y), Double2(z, 0.0))) * params.frequency;
 }
 
 bool kindCounts(std::int32_t kind)
@@ -102,35 +66,9 @@ bool kindCounts(std::int32_t kind)
 
 } // namespace
 
-double gradientNoise3Baseline(__m128 point)
-{
-    alignas(16) float coordinates[4];
-    _mm_store_ps(coordinates, point);
-    const Place px = placeOf(coordinates[0]);
-    const Place py = placeOf(coordinates[1]);
-    const Place pz = placeOf(coordinates[2]);
-    const unsigned front = perlinTables.permutation[pz.cell];
-    const unsigned back = perlinTables.permutation[pz.cell + 1];
-    const double* const front0 = gradientRow(px.cell, py.cell, front);
-    const double* const front1 = gradientRow(px.cell, py.cell + 1, front);
-    const double* const back0 = gradientRow(px.cell, py.cell, back);
-    const double* const back1 = gradientRow(px.cell, py.cell + 1, back);
-
-    const __m128d distancesZ = _mm_setr_pd(pz.near, pz.far);
-    const Corners low = cornersOf(px, distancesZ, py.near, py.rest);
-    const Corners high = cornersOf(px, distancesZ, py.far, py.fade);
-    const __m128d frontSide = _mm_add_pd(pairOf(front0, low), pairOf(front1, high));
-    const __m128d backSide = _mm_add_pd(pairOf(back0, low), pairOf(back1, high));
-    const __m128d xy =
-        _mm_add_pd(_mm_mul_pd(frontSide, _mm_set1_pd(pz.rest)), _mm_mul_pd(backSide, _mm_set1_pd(pz.fade)));
-    const __m128d sides = _mm_add_pd(pairInZ(front0, back0, low), pairInZ(front1, back1, high));
-    const double z = mix(_mm_cvtsd_f64(sides), _mm_cvtsd_f64(_mm_unpackhi_pd(sides, sides)), pz);
-    return _mm_cvtsd_f64(xy) + _mm_cvtsd_f64(_mm_unpackhi_pd(xy, xy)) + z;
-}
-
 double gradientNoise3(float x, float y, float z)
 {
-    return noiseAt(_mm_setr_ps(x, y, z, 0.0f));
+    return noiseAt({x, y, z, 0.0f});
 }
 
 double gradientNoise2(float x, float y)
@@ -139,6 +77,7 @@ double gradientNoise2(float x, float y)
     const Place py = placeOf(y);
     const unsigned permuted = perlinTables.permutation[0];
     const auto corner = [](const double* row, double dx, double dy) { return row[0] * dx + row[1] * dy; };
+    constexpr std::ptrdiff_t kNextX = 4; // the row of the corner one cell further along x
     const auto rowOfCorners = [&](unsigned cellY, double dy) {
         const double* row = gradientRow(px.cell, cellY, permuted);
         return mix(corner(row, px.near, dy), corner(row + kNextX, px.far, dy), px);
