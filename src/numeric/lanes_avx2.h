@@ -119,6 +119,9 @@ struct Float8 {
     friend Float8 fraction(Float8 a) { return max(a - floor(a), 0.0f); }
     friend Float8 finiteOrZero(Float8 a) { return a & (abs(a) <= Float8(kLargestFloat)); }
 
+    friend Float8 keepBits(Float8 a, Int8 bits) { return _mm256_and_ps(a.v, _mm256_castsi256_ps(bits.v)); }
+    friend Float8 setBits(Float8 a, Int8 bits) { return _mm256_or_ps(a.v, _mm256_castsi256_ps(bits.v)); }
+    friend Float8 flipBits(Float8 a, Int8 bits) { return _mm256_xor_ps(a.v, _mm256_castsi256_ps(bits.v)); }
     friend Int8 bitsOf(Float8 a) { return _mm256_castps_si256(a.v); }
     friend Int8 toInt(Float8 a) { return _mm256_cvttps_epi32(a.v); }
     friend Int8 cellIndex(Float8 a) // as for four lanes
@@ -226,6 +229,14 @@ inline Int4 toInt(Double4 a)
     return _mm256_cvttpd_epi32(a.v);
 }
 
+inline Mask8 maskOf(Int8 a)
+{
+    return a.v;
+}
+inline Int8 smallProduct(Int8 a, Int8 b)
+{
+    return _mm256_madd_epi16(a.v, b.v);
+}
 inline Float8 select(Mask8 first, float a, float b)
 {
     return select(first, Float8(a), Float8(b));
@@ -250,6 +261,20 @@ Float8 spreadTwice(Float4 a)
 {
     return _mm256_broadcastss_ps(spread<Lane>(a).v);
 }
+template <int A, int B, int C, int D>
+Int8 shuffled(Int8 a)
+{
+    return _mm256_shuffle_epi32(a.v, _MM_SHUFFLE(D, C, B, A));
+}
+inline Float8 interleaved(Float8 first, Float8 second)
+{
+    return _mm256_unpacklo_ps(first.v, second.v);
+}
+template <int Bits>
+Float8 blended(Float8 a, Float8 b)
+{
+    return _mm256_blend_ps(a.v, b.v, Bits);
+}
 template <int Bits>
 Double4 blended(Double4 a, Double4 b)
 {
@@ -268,6 +293,21 @@ inline Float8 gather(const float* table, Int8 at)
 inline Int8 gather(const std::int32_t* table, Int8 at)
 {
     return _mm256_i32gather_epi32(table, at.v, sizeof(std::int32_t));
+}
+
+template <class Lanes>
+using Pickable = Lanes;
+inline Float8 pickable(Float8 a)
+{
+    return a;
+}
+inline Float8 picked(Float8 from, const std::int32_t* lanes)
+{
+    return _mm256_permutevar8x32_ps(from.v, Int8::load(lanes).v);
+}
+inline Float8 pickedOfFour(Float8 from, const std::int32_t* lanes)
+{
+    return _mm256_permutevar_ps(from.v, Int8::load(lanes).v);
 }
 
 } // namespace

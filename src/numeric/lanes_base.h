@@ -74,6 +74,21 @@ struct Pair {
     friend Pair truncated(Pair a) { return {truncated(a.low), truncated(a.high)}; }
     friend Pair fraction(Pair a) { return {fraction(a.low), fraction(a.high)}; }
     friend Pair narrowed(Pair a) { return {narrowed(a.low), narrowed(a.high)}; }
+    template <class Integers>
+    friend Pair keepBits(Pair a, Pair<Integers> bits)
+    {
+        return {keepBits(a.low, bits.low), keepBits(a.high, bits.high)};
+    }
+    template <class Integers>
+    friend Pair setBits(Pair a, Pair<Integers> bits)
+    {
+        return {setBits(a.low, bits.low), setBits(a.high, bits.high)};
+    }
+    template <class Integers>
+    friend Pair flipBits(Pair a, Pair<Integers> bits)
+    {
+        return {flipBits(a.low, bits.low), flipBits(a.high, bits.high)};
+    }
     friend Pair keepBits(Pair a, std::int64_t bits)
     {
         return {keepBits(a.low, bits), keepBits(a.high, bits)};
@@ -135,6 +150,14 @@ inline Int4 toInt(Double4 a)
     return _mm_unpacklo_epi64(_mm_cvttpd_epi32(a.low.v), _mm_cvttpd_epi32(a.high.v));
 }
 
+inline Mask8 maskOf(Int8 a)
+{
+    return {maskOf(a.low), maskOf(a.high)};
+}
+inline Int8 smallProduct(Int8 a, Int8 b)
+{
+    return {smallProduct(a.low, b.low), smallProduct(a.high, b.high)};
+}
 inline Float8 select(Mask8 first, float a, float b)
 {
     return select(first, Float8(a), Float8(b));
@@ -160,6 +183,21 @@ Float8 spreadTwice(Float4 a)
 {
     return {spread<Lane>(a), spread<Lane>(a)};
 }
+template <int A, int B, int C, int D>
+Int8 shuffled(Int8 a)
+{
+    return {shuffled<A, B, C, D>(a.low), shuffled<A, B, C, D>(a.high)};
+}
+inline Float8 interleaved(Float8 first, Float8 second)
+{
+    return {interleaved(first.low, second.low), interleaved(first.high, second.high)};
+}
+template <int Bits>
+Float8 blended(Float8 a, Float8 b)
+{
+    constexpr int kUpper = Bits / 16;
+    return {blended<Bits % 16>(a.low, b.low), blended<kUpper>(a.high, b.high)};
+}
 template <int Bits>
 Double4 blended(Double4 a, Double4 b)
 {
@@ -179,6 +217,30 @@ inline Float8 gather(const float* table, Int8 at)
 inline Int8 gather(const std::int32_t* table, Int8 at)
 {
     return {gather(table, at.low), gather(table, at.high)};
+}
+
+template <class Lanes>
+struct Pickable {
+    alignas(16) float numbers[Lanes::kLanes];
+};
+template <class Lanes>
+Pickable<Lanes> pickable(Lanes a)
+{
+    Pickable<Lanes> from;
+    a.store(from.numbers);
+    return from;
+}
+template <class Lanes>
+Float8 picked(const Pickable<Lanes>& from, const std::int32_t* lanes)
+{
+    const float* const f = from.numbers;
+    return {Float4(f[lanes[0]], f[lanes[1]], f[lanes[2]], f[lanes[3]]),
+            Float4(f[lanes[4]], f[lanes[5]], f[lanes[6]], f[lanes[7]])};
+}
+template <class Lanes>
+Float8 pickedOfFour(const Pickable<Lanes>& from, const std::int32_t* lanes)
+{
+    return picked(from, lanes);
 }
 
 } // namespace

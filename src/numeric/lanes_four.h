@@ -65,6 +65,18 @@ struct Int4 {
     friend Int4 operator<<(Int4 a, int bits) { return _mm_slli_epi32(a.v, bits); }
     friend Int4 operator>>(Int4 a, int bits) { return _mm_srai_epi32(a.v, bits); }
     friend Int4 shiftedRightUnsigned(Int4 a, int bits) { return _mm_srli_epi32(a.v, bits); }
+
+    friend Mask4 operator<(Int4 a, Int4 b) { return _mm_cmplt_epi32(a.v, b.v); }
+    friend Mask4 operator>(Int4 a, Int4 b) { return _mm_cmpgt_epi32(a.v, b.v); }
+    friend Mask4 operator==(Int4 a, Int4 b) { return _mm_cmpeq_epi32(a.v, b.v); }
+    friend Mask4 operator<=(Int4 a, Int4 b) { return !(a > b); }
+    friend Mask4 operator>=(Int4 a, Int4 b) { return !(a < b); }
+    friend Mask4 operator!=(Int4 a, Int4 b) { return !(a == b); }
+
+    friend Int4 operator&(Int4 a, Mask4 kept) { return _mm_and_si128(a.v, kept.asBits()); }
+    friend Int4 min(Int4 a, Int4 b) { return select(a < b, a, b); }
+    friend Int4 max(Int4 a, Int4 b) { return select(a > b, a, b); }
+
     friend Int4 operator*(Int4 a, Int4 b)
     {
 #ifdef __AVX2__
@@ -75,36 +87,6 @@ struct Int4 {
         return _mm_unpacklo_epi32(_mm_shuffle_epi32(even, 0x08), _mm_shuffle_epi32(odd, 0x08));
 #endif
     }
-
-    friend Mask4 operator<(Int4 a, Int4 b)
-    {
-        return _mm_cmplt_epi32(a.v, b.v);
-    }
-    friend Mask4 operator>(Int4 a, Int4 b)
-    {
-        return _mm_cmpgt_epi32(a.v, b.v);
-    }
-    friend Mask4 operator==(Int4 a, Int4 b)
-    {
-        return _mm_cmpeq_epi32(a.v, b.v);
-    }
-    friend Mask4 operator<=(Int4 a, Int4 b)
-    {
-        return !(a > b);
-    }
-    friend Mask4 operator>=(Int4 a, Int4 b)
-    {
-        return !(a < b);
-    }
-    friend Mask4 operator!=(Int4 a, Int4 b)
-    {
-        return !(a == b);
-    }
-
-    friend Int4 operator&(Int4 a, Mask4 kept)
-    {
-        return _mm_and_si128(a.v, kept.asBits());
-    }
     friend Int4 select(Mask4 first, Int4 a, Int4 b)
     {
 #ifdef __AVX2__
@@ -112,14 +94,6 @@ struct Int4 {
 #else
         return _mm_or_si128(_mm_and_si128(first.asBits(), a.v), _mm_andnot_si128(first.asBits(), b.v));
 #endif
-    }
-    friend Int4 min(Int4 a, Int4 b)
-    {
-        return select(a < b, a, b);
-    }
-    friend Int4 max(Int4 a, Int4 b)
-    {
-        return select(a > b, a, b);
     }
 };
 
@@ -150,6 +124,26 @@ struct Float4 {
     friend Mask4 operator!=(Float4 a, Float4 b) { return _mm_cmpneq_ps(a.v, b.v); }
 
     friend Float4 operator&(Float4 a, Mask4 kept) { return _mm_and_ps(a.v, kept.v); }
+    friend Float4 min(Float4 a, Float4 b) { return _mm_min_ps(a.v, b.v); }
+    friend Float4 max(Float4 a, Float4 b) { return _mm_max_ps(a.v, b.v); }
+    friend Float4 abs(Float4 a) { return _mm_andnot_ps(_mm_set1_ps(-0.0f), a.v); }
+    friend Float4 sqrt(Float4 a) { return _mm_sqrt_ps(a.v); }
+
+    friend Int4 bitsOf(Float4 a) { return _mm_castps_si128(a.v); }
+    friend Float4 keepBits(Float4 a, Int4 bits) { return _mm_and_ps(a.v, _mm_castsi128_ps(bits.v)); }
+    friend Float4 setBits(Float4 a, Int4 bits) { return _mm_or_ps(a.v, _mm_castsi128_ps(bits.v)); }
+    friend Float4 flipBits(Float4 a, Int4 bits) { return _mm_xor_ps(a.v, _mm_castsi128_ps(bits.v)); }
+    friend Int4 toInt(Float4 a) { return _mm_cvttps_epi32(a.v); }
+
+    friend Float4 finiteOrZero(Float4 a) { return a & (abs(a) <= Float4(kLargestFloat)); }
+    friend Int4 cellIndex(Float4 a)
+    {
+        // Beyond either end the processor gives the lowest integer; its complement is the highest.
+        const Mask4 above = a >= Float4(2147483648.0f);
+        const Float4 finite = finiteOrZero(a);
+        return _mm_xor_si128(toInt(finite).v, (above & (abs(a) <= Float4(kLargestFloat))).asBits());
+    }
+
     friend Float4 select(Mask4 first, Float4 a, Float4 b)
     {
 #ifdef __AVX2__
@@ -158,32 +152,6 @@ struct Float4 {
         return _mm_or_ps(_mm_and_ps(first.v, a.v), _mm_andnot_ps(first.v, b.v));
 #endif
     }
-    friend Float4 min(Float4 a, Float4 b)
-    {
-        return _mm_min_ps(a.v, b.v);
-    }
-    friend Float4 max(Float4 a, Float4 b)
-    {
-        return _mm_max_ps(a.v, b.v);
-    }
-    friend Float4 abs(Float4 a)
-    {
-        return _mm_andnot_ps(_mm_set1_ps(-0.0f), a.v);
-    }
-    friend Float4 sqrt(Float4 a)
-    {
-        return _mm_sqrt_ps(a.v);
-    }
-
-    friend Int4 bitsOf(Float4 a)
-    {
-        return _mm_castps_si128(a.v);
-    }
-    friend Int4 toInt(Float4 a)
-    {
-        return _mm_cvttps_epi32(a.v);
-    }
-
     friend Float4 floor(Float4 a)
     {
 #ifdef __AVX2__
@@ -215,17 +183,6 @@ struct Float4 {
         return max(bounded - (truncated - below), 0.0f);
 #endif
     }
-    friend Float4 finiteOrZero(Float4 a)
-    {
-        return a & (abs(a) <= Float4(kLargestFloat));
-    }
-    friend Int4 cellIndex(Float4 a)
-    {
-        // Beyond either end the processor gives the lowest integer; its complement is the highest.
-        const Mask4 above = a >= Float4(2147483648.0f);
-        const Float4 finite = finiteOrZero(a);
-        return _mm_xor_si128(toInt(finite).v, (above & (abs(a) <= Float4(kLargestFloat))).asBits());
-    }
 };
 
 inline Float4 toFloat(Int4 a)
@@ -237,6 +194,10 @@ inline Float4 floatOfBits(Int4 a)
     return _mm_castsi128_ps(a.v);
 }
 
+inline Mask4 maskOf(Int4 a)
+{
+    return a.v;
+}
 inline Float4 select(Mask4 first, float a, float b)
 {
     return select(first, Float4(a), Float4(b));
@@ -269,6 +230,40 @@ template <int A, int B, int C, int D>
 Float4 shuffled(Float4 first, Float4 second)
 {
     return _mm_shuffle_ps(first.v, second.v, _MM_SHUFFLE(D, C, B, A));
+}
+
+template <int A, int B, int C, int D>
+Int4 shuffled(Int4 a)
+{
+    return _mm_shuffle_epi32(a.v, _MM_SHUFFLE(D, C, B, A));
+}
+inline Float4 interleaved(Float4 first, Float4 second)
+{
+    return _mm_unpacklo_ps(first.v, second.v);
+}
+template <int Bits>
+Float4 blended(Float4 a, Float4 b)
+{
+#ifdef __AVX2__
+    return _mm_blend_ps(a.v, b.v, Bits);
+#else
+    const Int4 second(-(Bits & 1), -(Bits >> 1 & 1), -(Bits >> 2 & 1), -(Bits >> 3 & 1));
+    return select(maskOf(second), b, a);
+#endif
+}
+
+inline Int4 smallProduct(Int4 a, Int4 b)
+{
+    return _mm_madd_epi16(a.v, b.v);
+}
+template <int Lane>
+std::uint64_t smallLane(Int4 a)
+{
+    return static_cast<std::uint64_t>(_mm_extract_epi16(a.v, 2 * Lane));
+}
+inline std::uint64_t lowTwoLanes(Int4 a)
+{
+    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(a.v));
 }
 
 inline float sumOfLanes(Float4 a)

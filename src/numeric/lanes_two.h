@@ -64,6 +64,18 @@ struct Double2 {
     friend Double2 abs(Double2 a) { return _mm_andnot_pd(_mm_set1_pd(-0.0), a.v); }
     friend Double2 sqrt(Double2 a) { return _mm_sqrt_pd(a.v); }
 
+    friend Double2 fraction(Double2 a)
+    {
+        const Double2 finite = finiteOrZero(a);
+        return finite - floor(finite);
+    }
+    friend Double2 narrowed(Double2 a) { return _mm_cvtps_pd(_mm_cvtpd_ps(a.v)); }
+    friend Double2 keepBits(Double2 a, std::int64_t bits)
+    {
+        return _mm_and_pd(a.v, _mm_castsi128_pd(_mm_set1_epi64x(bits)));
+    }
+    friend Double2 finiteOrZero(Double2 a) { return a & (abs(a) <= Double2(kLargestDouble)); }
+
     friend Double2 floor(Double2 a)
     {
 #ifdef __AVX2__
@@ -76,23 +88,6 @@ struct Double2 {
         const Double2 below = rounded - (Double2(1.0) & (rounded > a));
         return select(abs(a) < Double2(kWholeFromDouble), _mm_or_pd(below.v, sign), a);
 #endif
-    }
-    friend Double2 fraction(Double2 a)
-    {
-        const Double2 finite = finiteOrZero(a);
-        return finite - floor(finite);
-    }
-    friend Double2 narrowed(Double2 a)
-    {
-        return _mm_cvtps_pd(_mm_cvtpd_ps(a.v));
-    }
-    friend Double2 keepBits(Double2 a, std::int64_t bits)
-    {
-        return _mm_and_pd(a.v, _mm_castsi128_pd(_mm_set1_epi64x(bits)));
-    }
-    friend Double2 finiteOrZero(Double2 a)
-    {
-        return a & (abs(a) <= Double2(kLargestDouble));
     }
 };
 

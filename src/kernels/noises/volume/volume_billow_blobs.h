@@ -1,5 +1,4 @@
-// The heights of the billow's blobs at a point, written once on the lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before.
+// The heights of the billow's blobs at a point, on lanes.
 #pragma once
 
 #include "kernels/noises/volume/volume_billow_place.h"
@@ -10,16 +9,16 @@ namespace {
 
 // What the octaves of one evaluation share.
 struct Blobs {
-    Eight half;     // of the randomness
-    Eight inverse;  // 2 / density
-    Eight halfSize; // sizeRand / 2
-    Eight sizeRest; // 1 - sizeRand
-    Eight spot;     // spottyness
-    Eight spotRest; // 1 - spottyness
-    bool sized;     // whether sizeRand counts at all
-    bool dense;     // else every cell sum is 0
-    bool far;       // whether blobs can count that lie far along one axis,
-    bool corners;   // and along more than one
+    Float8 half;     // of the randomness
+    Float8 inverse;  // 2 / density
+    Float8 halfSize; // sizeRand / 2
+    Float8 sizeRest; // 1 - sizeRand
+    Float8 spot;     // spottyness
+    Float8 spotRest; // 1 - spottyness
+    bool sized;      // whether sizeRand counts at all
+    bool dense;      // else every cell sum is 0
+    bool far;        // whether blobs can count that lie far along one axis,
+    bool corners;    // and along more than one
 };
 
 inline Blobs blobsOf(const BillowVolume& noise)
@@ -34,12 +33,12 @@ inline Blobs blobsOf(const BillowVolume& noise)
     const float gap = 1.0f - (half < 0.0f ? -half : half);
     const bool bounded = gap > 0.0f && !(noise.sizeRand > 1.0f);
     const bool spotted = noise.spottyness > 0.0f;
-    return {broadcast(half),
-            broadcast(inverse),
-            broadcast(noise.sizeRand * 0.5f),
-            broadcast(1.0f - noise.sizeRand),
-            broadcast(spotted ? noise.spottyness : 0.0f),
-            broadcast(spotted ? 1.0f - noise.spottyness : 1.0f),
+    return {half,
+            inverse,
+            noise.sizeRand * 0.5f,
+            1.0f - noise.sizeRand,
+            spotted ? noise.spottyness : 0.0f,
+            spotted ? 1.0f - noise.spottyness : 1.0f,
             noise.sizeRand > 0.0f,
             !(density < 0.0001f),
             !(bounded && gap * gap * inverse >= 1.0f),
@@ -50,18 +49,17 @@ inline Blobs blobsOf(const BillowVolume& noise)
 template <int Falloff, class Lanes>
 [[gnu::always_inline]] inline Lanes heightOf(Lanes d)
 {
-    const Lanes one = like(d, broadcast(1.0f));
-    if constexpr (Falloff == kBillowLinear) return one - squareRoot(d);
-    if constexpr (Falloff == kBillowSmooth)
-        return d * (like(d, broadcast(2.0f)) * squareRoot(d) - like(d, broadcast(3.0f))) + one;
+    const Lanes one = 1.0f;
+    if constexpr (Falloff == kBillowLinear) return one - sqrt(d);
+    if constexpr (Falloff == kBillowSmooth) return d * (2.0f * sqrt(d) - 3.0f) + one;
     if constexpr (Falloff == kBillowFast) return one - d;
     if constexpr (Falloff == kBillowBubble) {
-        const Lanes e = d * like(d, broadcast(1.1f));
-        return choose(lessEqual(e, one), e, one - (e - one) * like(d, broadcast(10.0f)));
+        const Lanes e = d * 1.1f;
+        return select(e <= one, e, one - (e - one) * 10.0f);
     }
     // Kept as is: any other fall-off leaves each blob at the height of the one before, which is 0 at
     // the first.
-    return like(d, broadcast(0.0f));
+    return 0.0f;
 }
 
 // Where a field of a quad lies behind its first.
@@ -77,15 +75,16 @@ constexpr int fieldOffset(BillowField f)
 template <bool ThreeD>
 struct OneQuad {
     const float* quad;
-    Four field(BillowField f) const { return _mm_loadu_ps(quad + fieldOffset<ThreeD>(f)); }
+    Float4 field(BillowField f) const { return Float4::load(quad + fieldOffset<ThreeD>(f)); }
 };
 
 struct TwoQuads {
     const float* low;
     const float* high;
-    Eight field(BillowField f) const
+    Float8 field(BillowField f) const
     {
-        return loadHalves(low + fieldOffset<true>(f), high + fieldOffset<true>(f));
+        const int at = fieldOffset<true>(f);
+        return {Float4::load(low + at), Float4::load(high + at)};
     }
 };
 
@@ -100,10 +99,10 @@ struct FarQuads {
 template <bool ThreeD>
 struct Corners {
     const float* quads[3];
-    Four field(BillowField f) const
+    Float4 field(BillowField f) const
     {
         const int at = fieldOffset<ThreeD>(f);
-        return _mm_setr_ps(quads[0][at], quads[1][at], quads[2][at], 0.0f);
+        return Float4(quads[0][at], quads[1][at], quads[2][at], 0.0f);
     }
 };
 
@@ -113,7 +112,7 @@ template <class Low, class High>
 struct TwoGroups {
     Low low;
     High high;
-    Eight field(BillowField f) const { return combine(low.field(f), high.field(f)); }
+    Float8 field(BillowField f) const { return {low.field(f), high.field(f)}; }
 };
 
 // The heights of the blobs of a group at the point, which is seen from their cells at x, y, z; z does
@@ -132,9 +131,9 @@ template <int Falloff, Motion Kind, bool ThreeD, class Group, class Lanes>
     }
     d = d * like(x, blobs.inverse);
     if (blobs.sized) d = d / (group.field(kSize) * like(x, blobs.halfSize) + like(x, blobs.sizeRest));
-    const Lanes within = less(d, like(x, broadcast(1.0f)));
+    const MaskOf<Lanes> within = d < 1.0f;
     const Lanes spots = group.field(kSpot) * like(x, blobs.spot) + like(x, blobs.spotRest);
-    return bitAnd(heightOf<Falloff>(d) * spots, within);
+    return (heightOf<Falloff>(d) * spots) & within;
 }
 
 } // namespace

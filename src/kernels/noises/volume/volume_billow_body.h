@@ -1,5 +1,4 @@
-// The billow fractals, written once on the lanes of volume_lanes_base.h or volume_lanes_avx2.h, one
-// of which is included before.
+// The billow fractals, on lanes.
 //
 // Of the 27 cells around a point the eight that it is nearest to, two along each axis, are eight lanes.
 // Twelve more lie far along one axis. The last seven lie far along two or three; they count for blobs
@@ -14,21 +13,21 @@ namespace {
 
 // The blobs that lie far along two or three axes.
 template <int Falloff, Motion Kind>
-[[gnu::noinline]] Eight cornerHeights3d(const float* space, const Blobs& blobs, const Places& places,
-                                        int octave)
+[[gnu::noinline]] Float8 cornerHeights3d(const float* space, const Blobs& blobs, const Places& places,
+                                         int octave)
 {
     const auto& [x, y, z] = around(places, octave);
     const int corner = y.far + x.far;
     const TwoGroups<FarQuads<OneQuad<true>>, Corners<true>> group{
         {{space + z.far + y.lower + x.far}, {space + z.far + y.far + x.lower}},
         {{space + z.own + corner, space + z.beside + corner, space + z.far + corner}}};
-    const Four farX = _mm_loadu_ps(places.farX[octave]);
-    const Four farY = _mm_loadu_ps(places.farY[octave]);
-    const Four farZ = _mm_loadu_ps(places.farZ[octave]);
-    const Four cornersZ =
-        _mm_setr_ps(places.ownZ[octave][0], places.besideZ[octave][0], places.farZ[octave][0], kNowhere);
-    return heights<Falloff, Kind, true>(blobs, group, places.turns[octave], combine(farX, spread<0>(farX)),
-                                        combine(farY, spread<3>(farY)), combine(farZ, cornersZ));
+    const Float4 farX = Float4::load(places.farX[octave]);
+    const Float4 farY = Float4::load(places.farY[octave]);
+    const Float4 farZ = Float4::load(places.farZ[octave]);
+    const Float4 cornersZ =
+        Float4(places.ownZ[octave][0], places.besideZ[octave][0], places.farZ[octave][0], kNowhere);
+    return heights<Falloff, Kind, true>(blobs, group, places.turns[octave], Float8(farX, spread<0>(farX)),
+                                        Float8(farY, spread<3>(farY)), Float8(farZ, cornersZ));
 }
 
 template <int Falloff, Motion Kind>
@@ -39,13 +38,13 @@ template <int Falloff, Motion Kind>
     const Turns& turns = places.turns[octave];
     const float* const own = space + z.own;
     const float* const beside = space + z.beside;
-    const Eight seenZ = loadHalves(places.ownZ[octave], places.besideZ[octave]);
-    const Eight nearX = loadTwice(places.nearX[octave]);
-    const Eight nearY = loadTwice(places.nearY[octave]);
+    const Float8 seenZ(Float4::load(places.ownZ[octave]), Float4::load(places.besideZ[octave]));
+    const Float8 nearX = loadTwice(places.nearX[octave]);
+    const Float8 nearY = loadTwice(places.nearY[octave]);
 
     const int near = y.lower + x.lower;
     const TwoQuads nearQuads{own + near, beside + near};
-    Eight sum = heights<Falloff, Kind, true>(blobs, nearQuads, turns, nearX, nearY, seenZ);
+    Float8 sum = heights<Falloff, Kind, true>(blobs, nearQuads, turns, nearX, nearY, seenZ);
     if (!blobs.far) return sumOfLanes(sum);
 
     const int alongX = y.lower + x.far;
@@ -54,10 +53,10 @@ template <int Falloff, Motion Kind>
     sum = sum + heights<Falloff, Kind, true>(blobs, farQuads, turns, loadTwice(places.farX[octave]),
                                              loadTwice(places.farY[octave]), seenZ);
     const OneQuad<true> alongZ{space + z.far + near};
-    const Four last = heights<Falloff, Kind, true>(blobs, alongZ, turns, lowHalf(nearX), lowHalf(nearY),
-                                                   _mm_loadu_ps(places.farZ[octave]));
+    const Float4 last = heights<Falloff, Kind, true>(blobs, alongZ, turns, lowHalf(nearX), lowHalf(nearY),
+                                                     Float4::load(places.farZ[octave]));
     if (blobs.corners) sum = sum + cornerHeights3d<Falloff, Kind>(space, blobs, places, octave);
-    return sumOfFour(_mm_add_ps(_mm_add_ps(lowHalf(sum), highHalf(sum)), last));
+    return sumOfLanes((lowHalf(sum) + highHalf(sum)) + last);
 }
 
 template <int Falloff, Motion Kind>
@@ -68,17 +67,17 @@ template <int Falloff, Motion Kind>
     const Turns& turns = places.turns[octave];
     const TwoGroups<OneQuad<false>, FarQuads<OneQuad<false>>> group{
         {plane + y.lower + x.lower}, {{plane + y.lower + x.far}, {plane + y.far + x.lower}}};
-    const Eight seenX = loadHalves(places.nearX[octave], places.farX[octave]);
-    const Eight seenY = loadHalves(places.nearY[octave], places.farY[octave]);
-    const Eight sum = heights<Falloff, Kind, false>(blobs, group, turns, seenX, seenY, seenX);
+    const Float8 seenX(Float4::load(places.nearX[octave]), Float4::load(places.farX[octave]));
+    const Float8 seenY(Float4::load(places.nearY[octave]), Float4::load(places.farY[octave]));
+    const Float8 sum = heights<Falloff, Kind, false>(blobs, group, turns, seenX, seenY, seenX);
     if (!blobs.corners) return sumOfLanes(sum);
 
     const float* const far = plane + y.far + x.far;
-    const Four cornerX = _mm_setr_ps(places.farX[octave][0], kNowhere, kNowhere, kNowhere);
-    const Four cornerY = _mm_set1_ps(places.farY[octave][3]);
-    const Four corner = heights<Falloff, Kind, false>(blobs, Corners<false>{{far, far, far}}, turns, cornerX,
-                                                      cornerY, cornerX);
-    return sumOfFour(_mm_add_ps(_mm_add_ps(lowHalf(sum), highHalf(sum)), corner));
+    const Float4 cornerX = Float4(places.farX[octave][0], kNowhere, kNowhere, kNowhere);
+    const Float4 cornerY = Float4(places.farY[octave][3]);
+    const Float4 corner = heights<Falloff, Kind, false>(blobs, Corners<false>{{far, far, far}}, turns,
+                                                        cornerX, cornerY, cornerX);
+    return sumOfLanes((lowHalf(sum) + highHalf(sum)) + corner);
 }
 
 template <int Falloff, Motion Kind, bool ThreeD>
@@ -134,10 +133,9 @@ float billow(const VolumeTables& tables, const BillowVolume& noise, float x, flo
 {
     const VolumeFractal& fractal = noise.fractal;
     const Blobs blobs = blobsOf(noise);
-    const Four point = _mm_setr_ps(x, y, z, 0.0f);
+    const Float4 point = Float4(x, y, z, 0.0f);
     const float growth = fractal.frequencyRatio <= 0.0f ? 1.0f : fractal.frequencyRatio;
-    Course course{combine(point, point),           _mm_setzero_ps(), 1.0f, growth, time,
-                  ThreeD ? rootOf(growth) : growth};
+    Course course{Float8(point, point), Float4(0.0f), 1.0f, growth, time, ThreeD ? rootOf(growth) : growth};
     float amplitude = 1.0f;
     float total = 0.0f;
     float norm = 0.0f;
@@ -161,6 +159,19 @@ float billow(const VolumeTables& tables, const BillowVolume& noise, float x, flo
     const float r = fractal.threshold + total * fractal.amplitude / norm;
     return r > 1.0f ? 1.0f : r;
 }
+
+inline float billow3d(const VolumeTables& tables, const BillowVolume& noise, const VolumePoint& point,
+                      float time)
+{
+    return billow<true>(tables, noise, point.x, point.y, point.z, time);
+}
+
+inline float billow2d(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time)
+{
+    return billow<false>(tables, noise, x, y, 0.0f, time);
+}
+
+constexpr VolumeKernels<BillowVolume> kBillowVolume{billow3d, billow2d};
 
 } // namespace
 } // namespace nezaiva

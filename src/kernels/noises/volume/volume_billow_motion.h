@@ -1,5 +1,4 @@
-// The offsets of the billow's blobs, written once on the lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before.
+// The offsets of the billow's blobs, on lanes.
 //
 // An offset is the sine or the cosine of a table angle that time turns. Both of the table angle are
 // constants of the table, both of the turn are constants of the octave, so that no blob needs a
@@ -43,22 +42,22 @@ struct Turns {
     float angles[4];
 };
 
-inline void turnBy(float time, Eight reach, Motion kind, Turns& turns)
+inline void turnBy(float time, Float8 reach, Motion kind, Turns& turns)
 {
-    const Four angles = _mm_mul_ps(_mm_set1_ps(time), _mm_setr_ps(2.0f, 1.5f, 1.0f, 0.0f));
-    _mm_store_ps(turns.angles, angles);
+    const Float4 angles = time * Float4(2.0f, 1.5f, 1.0f, 0.0f);
+    angles.store(turns.angles);
     if (kind == Motion::Late) return;
     // A sine is the cosine of a quarter turn less.
-    const Eight quarters = combine(quarterLessTurns(angles, 0.25), quarterLessTurns(angles));
-    store(turns.sines, cosineOfQuarters(quarters) * reach);
+    const Float8 quarters(quarterLessTurns(angles, 0.25), quarterLessTurns(angles));
+    (cosineOfQuarters(quarters) * reach).store(turns.sines);
 }
 
 // A constant of all lanes, in as many lanes as its first argument has.
-inline Four like(Four, Eight constant)
+inline Float4 like(Float4, Float8 constant)
 {
     return lowHalf(constant);
 }
-inline Eight like(Eight, Eight constant)
+inline Float8 like(Float8, Float8 constant)
 {
     return constant;
 }
@@ -83,13 +82,13 @@ template <class Lanes>
 }
 
 // The offsets of the blobs of a group along an axis: sines along the first, cosines along the others.
-// The group gives its fields as Four or Eight.
+// The group gives its fields as Float4 or Float8.
 template <Motion Kind, int Axis, class Group, class Lanes>
 [[gnu::always_inline]] inline Lanes offset(const Group& group, const Turns& turns, Lanes reach)
 {
     constexpr OffsetFields kFields = kOffsetFields[Axis];
     if constexpr (Kind == Motion::None) return group.field(Axis == 0 ? kFields.sine : kFields.cosine) * reach;
-    const auto all = [&](float value) { return like(reach, broadcast(value)); };
+    const auto all = [](float value) { return Lanes(value); };
     if constexpr (Kind == Motion::Late)
         return anyCosine(group.field(kFields.angle) + all(turns.angles[Axis]), Axis == 0 ? 0.25 : 0.0) *
                reach;

@@ -1,5 +1,4 @@
-// Where a point lies among the cells of the billow, written once on the lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before.
+// Where a point lies among the cells of the billow, on lanes.
 //
 // On each axis a point in the lower half of a cell has the cell below beside it, and one in the upper
 // half the cell above; the neighbour on the other side is far.
@@ -72,30 +71,30 @@ inline AroundPlace around(const Places& places, int octave)
 }
 
 // Two octaves, from the lanes x, y, z of both.
-inline void placeTwo(Eight positions, Places& places, int octave)
+inline void placeTwo(Float8 positions, Places& places, int octave)
 {
-    const Eight c = unitFraction(positions) * broadcast(static_cast<float>(kBillowCells));
-    const Halves halves = halvesOf(c);
-    storeBits(places.halves[octave], halves.numbers);
-    const Eight own = (c - halves.wholes) - broadcast(0.5f);
-    const Eight step = bitOr(bitAnd(own, broadcast(-0.0f)), broadcast(1.0f));
-    const Eight beside = own - step;
-    const Eight far = own + step;
+    const Float8 c = fraction(positions) * static_cast<float>(kBillowCells);
+    const Int8 halves = toInt(c + c);
+    halves.store(places.halves[octave]);
+    const Float8 own = (c - toFloat(shiftedRightUnsigned(halves, 1))) - 0.5f;
+    const Float8 step = setBits(keepBits(own, bitsOf(Float8(-0.0f))), bitsOf(Float8(1.0f)));
+    const Float8 beside = own - step;
+    const Float8 far = own + step;
     // From the lower cell of the two the distance is the greater.
-    const Eight both = lowerLanes(maximum(own, beside), minimum(own, beside)); // x, x, y, y
-    store(places.nearX[octave], shuffled<0, 1, 0, 1>(both, both));
-    store(places.nearY[octave], shuffled<2, 2, 3, 3>(both, both));
-    store(places.farX[octave], shuffled<0, 0, 0, 1>(far, both));
-    store(places.farY[octave], shuffled<2, 3, 1, 1>(both, far));
-    store(places.ownZ[octave], spread<2>(own));
-    store(places.besideZ[octave], spread<2>(beside));
-    store(places.farZ[octave], spread<2>(far));
+    const Float8 both = interleaved(max(own, beside), min(own, beside)); // x, x, y, y
+    shuffled<0, 1, 0, 1>(both, both).store(places.nearX[octave]);
+    shuffled<2, 2, 3, 3>(both, both).store(places.nearY[octave]);
+    shuffled<0, 0, 0, 1>(far, both).store(places.farX[octave]);
+    shuffled<2, 3, 1, 1>(both, far).store(places.farY[octave]);
+    spread<2>(own).store(places.ownZ[octave]);
+    spread<2>(beside).store(places.besideZ[octave]);
+    spread<2>(far).store(places.farZ[octave]);
 }
 
 // How an evaluation moves on from octave to octave.
 struct Course {
-    Eight point;
-    Four shift;
+    Float8 point;
+    Float4 shift;
     float factor, growth;
     float time, timeGrowth;
 };
@@ -103,19 +102,19 @@ struct Course {
 // Places the next octaves, an even number, and moves on behind them.
 inline void placeOctaves(Course& course, int octaves, Places& places)
 {
-    const Four step = _mm_setr_ps(0.021f, 0.33f, 0.011f, 0.0f);
+    const Float4 step = Float4(0.021f, 0.33f, 0.011f, 0.0f);
     for (int octave = 0; octave < octaves; octave += 2) {
-        const Four shift = _mm_add_ps(course.shift, step);
-        course.shift = _mm_add_ps(shift, step);
+        const Float4 shift = course.shift + step;
+        course.shift = shift + step;
         const float factor = course.factor * course.growth;
-        const Eight factors = combine(_mm_set1_ps(course.factor), _mm_set1_ps(factor));
-        placeTwo(course.point * factors + combine(shift, course.shift), places, octave);
+        const Float8 factors = Float8(Float4(course.factor), Float4(factor));
+        placeTwo(course.point * factors + Float8(shift, course.shift), places, octave);
         course.factor = factor * course.growth;
     }
 }
 
 // Turns the blobs of the next octaves in the way that all of them need, which is returned.
-inline Motion turnOctaves(Course& course, int octaves, Eight reach, Places& places)
+inline Motion turnOctaves(Course& course, int octaves, Float8 reach, Places& places)
 {
     Motion kind = Motion::None;
     float times[kOctaves];

@@ -1,5 +1,4 @@
-// The sums of plane waves, written once on the lanes of volume_lanes_base.h or volume_lanes_avx2.h,
-// one of which is included before. Up to eight waves in up to eight octaves fill the lanes across the
+// The sums of plane waves, on lanes. Up to eight waves in up to eight octaves fill the lanes across the
 // octaves; else eight waves of an octave are eight lanes. A wave or three are taken one by one.
 #pragma once
 
@@ -11,7 +10,7 @@ namespace nezaiva {
 namespace {
 
 // The cosine of eight angles of any size, within 2e-7. NaN for what is not finite.
-inline Eight cosines(Eight angles)
+inline Float8 cosines(Float8 angles)
 {
     if (!anyLane(beyondShort(angles))) return shortCosine(angles);
     return anyCosine(angles, 0.0);
@@ -19,12 +18,13 @@ inline Eight cosines(Eight angles)
 
 // The directions and phases of eight waves.
 struct EightWaves {
-    Eight x, y, z, phase;
+    Float8 x, y, z, phase;
 };
 
 inline EightWaves tabledWaves(const WaveLevel& level, int first)
 {
-    return {load(level.x + first), load(level.y + first), load(level.z + first), load(level.phase + first)};
+    return {Float8::load(level.x + first), Float8::load(level.y + first), Float8::load(level.z + first),
+            Float8::load(level.phase + first)};
 }
 
 // Waves behind the tabled ones; the index moves on by as many as are wanted.
@@ -42,20 +42,26 @@ inline EightWaves computedWaves(const NoiseTables& noise, Wave (*next)(const Noi
         z[lane] = wave.z;
         phase[lane] = wave.phase;
     }
-    return {load(x), load(y), load(z), load(phase)};
+    return {Float8::load(x), Float8::load(y), Float8::load(z), Float8::load(phase)};
 }
 
 // All bits of the first `count` lanes, for a count of 0 or more.
-inline Eight firstLanes(int count)
+inline Mask8 firstLanes(int count)
 {
-    static constexpr int kSliding[16] = {-1, -1, -1, -1, -1, -1, -1, -1};
-    return loadBits(kSliding + (count < 8 ? 8 - count : 0));
+    alignas(64) static constexpr int kSliding[16] = {-1, -1, -1, -1, -1, -1, -1, -1};
+    return maskOf(Int8::load(kSliding + (count < 8 ? 8 - count : 0)));
 }
 
-// For the step to each level: 1 up to there, and all bits from there on.
+// 1 up to a level, and the ratio from there on.
 struct LevelSteps {
     alignas(32) float ones[kPackedLevels][8];
     int behind[kPackedLevels][8];
+
+    Float8 operator()(int level, float ratio) const
+    {
+        const Float8 ratios = keepBits(Float8(ratio), Int8::load(behind[level]));
+        return setBits(ratios, bitsOf(Float8::load(ones[level])));
+    }
 };
 
 constexpr LevelSteps makeLevelSteps()
@@ -82,7 +88,7 @@ struct AnyWaves {
     template <class Angles>
     float sum(int level, const Angles& angles) const
     {
-        Eight total = broadcast(0.0f);
+        Float8 total = 0.0f;
         const bool known = level < kTabledLevels;
         int index = known ? tabled[level].next : firstWaveIndex(level);
         for (int first = 0; first < count; first += 8) {
@@ -90,7 +96,7 @@ struct AnyWaves {
                 known && first < kTabledWaves
                     ? tabledWaves(tabled[level], first)
                     : computedWaves(noise, next, index, count - first < 8 ? count - first : 8);
-            total = total + bitAnd(cosines(angles(waves)), firstLanes(count - first));
+            total = total + (cosines(angles(waves)) & firstLanes(count - first));
         }
         return sumOfLanes(total);
     }
@@ -100,8 +106,8 @@ struct AnyWaves {
 // makes no call, which keeps everything in registers; `large` tells afterwards whether it holds.
 struct FewWaves {
     const WaveLevel* tabled;
-    Eight lanes; // of the waves that count
-    Eight large = broadcast(0.0f);
+    Mask8 lanes; // of the waves that count
+    Mask8 large = Mask8(false);
 
     static bool hold(int depthMax, int count)
     {
@@ -111,10 +117,9 @@ struct FewWaves {
     template <class Angles>
     float sum(int level, const Angles& angles)
     {
-        const Eight each = angles(tabledWaves(tabled[level], 0));
-        large = bitOr(large, beyondShort(each));
-        const Eight waves = bitAnd(shortCosine(each), lanes);
-        return sumOfLanes(broadcast(0.0f) + waves);
+        const Float8 each = angles(tabledWaves(tabled[level], 0));
+        large = large | beyondShort(each);
+        return sumOfLanes(0.0f + (shortCosine(each) & lanes));
     }
 };
 
@@ -127,12 +132,12 @@ inline int waveCount(const CosineVolume& noise)
 
 inline float magnitudeOf(float value)
 {
-    return _mm_cvtss_f32(_mm_andnot_ps(_mm_set_ss(-0.0f), _mm_set_ss(value)));
+    return __builtin_fabsf(value);
 }
 
-inline Eight everywhere(Four onlyLane)
+inline Float8 everywhere(Float4 onlyLane)
 {
-    return combine(onlyLane, onlyLane);
+    return Float8(onlyLane, onlyLane);
 }
 
 // The waves of all octaves, packed: first, first * ratio, ... are values of the octaves, of which the
@@ -140,7 +145,7 @@ inline Eight everywhere(Four onlyLane)
 struct PackedSum {
     const PackedWaves& waves;
     int count, depth;
-    Eight largest = broadcast(0.0f); // of the angles; it tells afterwards whether the reduction holds
+    Float8 largest = 0.0f; // of the angles; it tells afterwards whether the reduction holds
 
     static bool hold(const VolumeFractal& fractal, int count)
     {
@@ -148,26 +153,25 @@ struct PackedSum {
                count >= 1 && count <= kPackedCount;
     }
 
-    Eight series(float first, float ratio) const
+    Float8 series(float first, float ratio) const
     {
-        Eight values = broadcast(first);
+        Float8 values = first;
         for (int level = 1; level < depth; ++level)
-            values = values * bitOr(bitAnd(broadcast(ratio), loadBits(kLevelSteps.behind[level])),
-                                    load(kLevelSteps.ones[level]));
+            values = values * kLevelSteps(level, ratio);
         return values;
     }
 
     // angles(at) gives the angles of the eight waves at the lane `at`; the sum is weighted by octave.
     template <class Angles>
-    float sum(Eight weights, const Angles& angles)
+    float sum(Float8 weights, const Angles& angles)
     {
-        const Picked ofLevels = toPickFrom(weights);
-        Eight total = broadcast(0.0f);
+        const Pickable<Float8> ofLevels = pickable(weights);
+        Float8 total = 0.0f;
         for (int at = 0; at < depth * count; at += 8) {
-            const Eight each = angles(at);
-            largest = maximum(magnitudes(each), largest);
-            const Eight weighted = shortCosine(each) * pick(ofLevels, waves.level + at);
-            total = total + bitAnd(weighted, firstLanes(depth * count - at));
+            const Float8 each = angles(at);
+            largest = max(abs(each), largest);
+            const Float8 weighted = shortCosine(each) * picked(ofLevels, waves.level + at);
+            total = total + (weighted & firstLanes(depth * count - at));
         }
         return sumOfLanes(total);
     }
@@ -178,25 +182,27 @@ inline float packedCosine3d(PackedSum& packed, const VolumeTables& tables, const
                             float px, float py, float pz, float time)
 {
     const float growth = growthOf(fractal);
-    const Eight factor = packed.series(1.0f, growth);
-    const Eight amplitudes = packed.series(1.0f, fractal.ratio);
-    const Eight times = packed.series(time, rootOf(growth));
-    const Eight twoPi = broadcast(kTwoPi);
+    const Float8 factor = packed.series(1.0f, growth);
+    const Float8 amplitudes = packed.series(1.0f, fractal.ratio);
+    const Float8 times = packed.series(time, rootOf(growth));
+    const Float8 twoPi = kTwoPi;
     const auto along = [&](float start, int axis) {
-        return broadcast(start) * factor + load(tables.waveShifts[axis]);
+        return start * factor + Float8::load(tables.waveShifts[axis]);
     };
-    const Picked x = toPickFrom(along(px - 0.021f, 0));
-    const Picked y = toPickFrom(along(py - 0.33f, 1));
-    const Picked z = toPickFrom(along(pz - 0.011f, 2) * twoPi);
-    const Picked turn = toPickFrom(times * broadcast(kPi));
+    const Pickable<Float8> x = pickable(along(px - 0.021f, 0));
+    const Pickable<Float8> y = pickable(along(py - 0.33f, 1));
+    const Pickable<Float8> z = pickable(along(pz - 0.011f, 2) * twoPi);
+    const Pickable<Float8> turn = pickable(times * kPi);
     const PackedWaves& waves = packed.waves;
     const auto angles = [&](int at) {
         const int* level = waves.level + at;
-        return load(waves.phase + at) + pick(turn, level) + load(waves.x + at) * pick(x, level) * twoPi +
-               load(waves.y + at) * pick(y, level) * twoPi + load(waves.z + at) * pick(z, level);
+        return Float8::load(waves.phase + at) + picked(turn, level) +
+               Float8::load(waves.x + at) * picked(x, level) * twoPi +
+               Float8::load(waves.y + at) * picked(y, level) * twoPi +
+               Float8::load(waves.z + at) * picked(z, level);
     };
     // The divisors are known before the sum, so that it waits for no division.
-    const float norm = sumOfLanes(bitAnd(amplitudes, firstLanes(packed.depth)));
+    const float norm = sumOfLanes(amplitudes & firstLanes(packed.depth));
     const float scale = fractal.amplitude / (norm * static_cast<float>(packed.count));
     const float r = fractal.threshold + 0.5f + packed.sum(amplitudes, angles) * scale;
     return r > 1.0f ? 1.0f : r;
@@ -205,17 +211,18 @@ inline float packedCosine3d(PackedSum& packed, const VolumeTables& tables, const
 inline float packedCosine2d(PackedSum& packed, const VolumeFractal& fractal, float px, float py, float time)
 {
     const float growth = growthOf(fractal);
-    const Eight twoPi = broadcast(kTwoPi);
-    const Picked x = toPickFrom(packed.series(px, growth));
-    const Picked y = toPickFrom(packed.series(py, growth));
-    const Picked turn = toPickFrom(packed.series(time, rootOf(growth)) * broadcast(kPi));
+    const Float8 twoPi = kTwoPi;
+    const Pickable<Float8> x = pickable(packed.series(px, growth));
+    const Pickable<Float8> y = pickable(packed.series(py, growth));
+    const Pickable<Float8> turn = pickable(packed.series(time, rootOf(growth)) * kPi);
     const PackedWaves& waves = packed.waves;
     const auto angles = [&](int at) {
         const int* level = waves.level + at;
-        return load(waves.phase + at) + pick(turn, level) + load(waves.x + at) * pick(x, level) * twoPi +
-               load(waves.y + at) * pick(y, level) * twoPi;
+        return Float8::load(waves.phase + at) + picked(turn, level) +
+               Float8::load(waves.x + at) * picked(x, level) * twoPi +
+               Float8::load(waves.y + at) * picked(y, level) * twoPi;
     };
-    const Eight amplitudes = packed.series(fractal.amplitude, fractal.ratio);
+    const Float8 amplitudes = packed.series(fractal.amplitude, fractal.ratio);
     const float scale = 0.5f / static_cast<float>(packed.count);
     const float r = packed.sum(amplitudes, angles) * scale + 0.5f + fractal.threshold;
     return r > 1.0f ? 1.0f : r;
@@ -228,21 +235,22 @@ float cosine3d(Waves& waves, const CosineVolume& noise, float px, float py, floa
     const auto count = static_cast<float>(waveCount(noise));
     const float growth = growthOf(fractal);
     const float timeGrowth = rootOf(growth);
-    const Four start = _mm_sub_ps(_mm_setr_ps(px, py, pz, 0.0f), _mm_setr_ps(0.021f, 0.33f, 0.011f, 0.0f));
-    Four shift = _mm_setzero_ps();
+    const Float4 step(0.021f, 0.33f, 0.011f, 0.0f);
+    const Float4 start = Float4(px, py, pz, 0.0f) - step;
+    Float4 shift = 0.0f;
     float factor = 1.0f;
     float amplitude = 1.0f;
     float sum = 0.0f;
     float norm = 0.0f;
     for (int level = 0; level < fractal.depthMax; ++level) {
-        shift = _mm_add_ps(shift, _mm_setr_ps(0.021f, 0.33f, 0.011f, 0.0f));
-        const Four place = _mm_add_ps(_mm_mul_ps(start, _mm_set1_ps(factor)), shift);
-        const Eight x = everywhere(spread<0>(place));
-        const Eight y = everywhere(spread<1>(place));
-        const Eight z = everywhere(_mm_mul_ps(spread<2>(place), _mm_set1_ps(kTwoPi)));
-        const Eight turn = broadcast(time * kPi);
+        shift = shift + step;
+        const Float4 place = start * factor + shift;
+        const Float8 x = everywhere(spread<0>(place));
+        const Float8 y = everywhere(spread<1>(place));
+        const Float8 z = everywhere(spread<2>(place) * kTwoPi);
+        const Float8 turn = time * kPi;
         const auto angles = [&](const EightWaves& eight) {
-            const Eight twoPi = broadcast(kTwoPi);
+            const Float8 twoPi = kTwoPi;
             return eight.phase + turn + eight.x * x * twoPi + eight.y * y * twoPi + eight.z * z;
         };
         float value = waves.sum(level, angles) / count;
@@ -269,11 +277,11 @@ float cosine2d(Waves& waves, const CosineVolume& noise, float px, float py, floa
     float amplitude = fractal.amplitude;
     float sum = 0.0f;
     for (int level = 0; level < fractal.depthMax; ++level) {
-        const Eight x = broadcast(px);
-        const Eight y = broadcast(py);
-        const Eight turn = broadcast(time * kPi);
+        const Float8 x = px;
+        const Float8 y = py;
+        const Float8 turn = time * kPi;
         const auto angles = [&](const EightWaves& eight) {
-            const Eight twoPi = broadcast(kTwoPi);
+            const Float8 twoPi = kTwoPi;
             return eight.phase + turn + eight.x * x * twoPi + eight.y * y * twoPi;
         };
         float value = waves.sum(level, angles) / count;

@@ -1,6 +1,5 @@
 // The sums of plane waves of the usual counts, which two registers hold: up to three octaves, and up to
-// sixteen waves in all of them. Written once on the lanes of volume_lanes_base.h or volume_lanes_avx2.h,
-// one of which is included before.
+// sixteen waves in all of them. On lanes.
 //
 // There are no loops, no calls but to the other form at the end, and no masks: what an octave shares is
 // picked for its waves from lanes of octaves, and lanes without a wave pick zeros.
@@ -8,8 +7,29 @@
 
 #include "kernels/noises/volume/volume_cosine_body.h"
 
+#include <type_traits>
+
 namespace nezaiva {
 namespace {
+
+// A lane for each of four octaves; twice, where eight lanes are one register, from which waves pick theirs.
+using Levels = std::conditional_t<kEightAreTwoRegisters, Float4, Float8>;
+
+inline Float4 once(Float4 levels)
+{
+    return levels;
+}
+inline Float4 once(Float8 levels)
+{
+    return lowHalf(levels);
+}
+
+// The octaves of the second operand where the bits of Mask are set.
+template <int Mask>
+Levels mixed(Levels a, Levels b)
+{
+    return blended < kEightAreTwoRegisters ? Mask : Mask * 0x11 > (a, b);
+}
 
 // The counts of the waves, or null where they are not few, where octaves are folded, and where the
 // frequency ratio is none.
@@ -29,37 +49,37 @@ inline const FewOctaves* fewOf(const VolumeTables& tables, const CosineVolume& n
 // first, first * ratio, first * ratio * ratio and 0, rounded as one product after the other is.
 inline Levels seriesFrom(const WaveConstants& k, Levels first, Levels ratio)
 {
-    const Levels once = mixedLevels<0b0110>(loadLevels(k.oneOfFour), ratio);
-    const Levels again = mixedLevels<0b0100>(loadLevels(k.ones), ratio);
+    const Levels once = mixed<0b0110>(Levels::load(k.oneOfFour), ratio);
+    const Levels again = mixed<0b0100>(Levels::load(k.ones), ratio);
     return first * once * again;
 }
 
 // The same from 1.
 inline Levels powersOf(const WaveConstants& k, Levels ratio)
 {
-    const Levels once = mixedLevels<0b0010>(loadLevels(k.oneOfFour), ratio);
-    return mixedLevels<0b0100>(once, ratio * ratio);
+    const Levels once = mixed<0b0010>(Levels::load(k.oneOfFour), ratio);
+    return mixed<0b0100>(once, ratio * ratio);
 }
 
 // The turns of time in the octaves.
 inline Levels turnsOf(const WaveConstants& k, const VolumeFractal& fractal, float time)
 {
-    const Levels growth = squareRoot(allLevels(fractal.frequencyRatio));
-    return seriesFrom(k, levelsOf(time), growth) * loadLevels(k.pi);
+    const Levels growth = sqrt(Levels(fractal.frequencyRatio));
+    return seriesFrom(k, time, growth) * Levels::load(k.pi);
 }
 
 // The cosine of angles up to kLargestBriefAngle, within 2e-7. NaN for a NaN.
-[[gnu::always_inline]] inline Eight briefCosine(const WaveConstants& k, Eight angles)
+[[gnu::always_inline]] inline Float8 briefCosine(const WaveConstants& k, Float8 angles)
 {
-    const Eight magic = load(k.roundToWhole);
-    const Eight counted = angles * load(k.halfTurnsPerRadian) + magic;
-    const Eight halfTurns = counted - magic;
-    const Eight rest = (angles - halfTurns * load(k.piHigh)) - halfTurns * load(k.piRest);
-    const Eight x = rest * rest;
-    const Eight xx = x * x;
-    const Eight first = load(k.cosine[0]) + x * load(k.cosine[1]);
-    const Eight second = load(k.cosine[2]) + x * load(k.cosine[3]);
-    return bitXor(first + xx * (second + xx * load(k.cosine[4])), lowestBitAsSign(counted));
+    const Float8 magic = Float8::load(k.roundToWhole);
+    const Float8 counted = angles * Float8::load(k.halfTurnsPerRadian) + magic;
+    const Float8 halfTurns = counted - magic;
+    const Float8 rest = (angles - halfTurns * Float8::load(k.piHigh)) - halfTurns * Float8::load(k.piRest);
+    const Float8 x = rest * rest;
+    const Float8 xx = x * x;
+    const Float8 first = Float8::load(k.cosine[0]) + x * Float8::load(k.cosine[1]);
+    const Float8 second = Float8::load(k.cosine[2]) + x * Float8::load(k.cosine[3]);
+    return signedBy(counted, first + xx * (second + xx * Float8::load(k.cosine[4])));
 }
 
 // The weighted sum of the waves whose angles are given, and whether the angles are small enough for it.
@@ -69,13 +89,13 @@ struct FewSum {
 };
 
 [[gnu::always_inline]] inline FewSum weightedSum(const WaveConstants& k, const FewOctaves& few,
-                                                 Levels weights, Eight low, Eight high)
+                                                 Levels weights, Float8 low, Float8 high)
 {
-    const PickedLevels ofOctaves = toPickFrom(weights);
-    const Eight sum = briefCosine(k, low) * pickLevels(ofOctaves, few.level) +
-                      briefCosine(k, high) * pickLevels(ofOctaves, few.level + 8);
-    const Eight largest = maximum(magnitudes(low), magnitudes(high));
-    return {sumOfLanes(sum), !anyLane(less(load(k.largestAngle), largest))};
+    const Pickable<Levels> ofOctaves = pickable(weights);
+    const Float8 sum = briefCosine(k, low) * pickedOfFour(ofOctaves, few.level) +
+                       briefCosine(k, high) * pickedOfFour(ofOctaves, few.level + 8);
+    const Float8 largest = max(abs(low), abs(high));
+    return {sumOfLanes(sum), !anyLane(largest > Float8::load(k.largestAngle))};
 }
 
 inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& p, float time)
@@ -84,29 +104,28 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, con
     if (few == nullptr) return manyCosine3d(tables, noise, p.x, p.y, p.z, time);
     const VolumeFractal& fractal = noise.fractal;
     const WaveConstants& k = tables.waveConstants;
-    const Levels factors = powersOf(k, allLevels(fractal.frequencyRatio));
-    const auto along = [&](const float& coordinate, int axis) {
-        return (allLevels(coordinate) - loadLevels(k.start[axis])) * factors + loadLevels(k.shifts[axis]);
+    const Levels factors = powersOf(k, fractal.frequencyRatio);
+    const auto along = [&](float coordinate, int axis) {
+        return (coordinate - Levels::load(k.start[axis])) * factors + Levels::load(k.shifts[axis]);
     };
-    const PickedLevels turn = toPickFrom(turnsOf(k, fractal, time));
-    const PickedLevels x = toPickFrom(along(p.x, 0));
-    const PickedLevels y = toPickFrom(along(p.y, 1));
-    const PickedLevels z = toPickFrom(along(p.z, 2) * loadLevels(k.twoPi));
+    const Pickable<Levels> turn = pickable(turnsOf(k, fractal, time));
+    const Pickable<Levels> x = pickable(along(p.x, 0));
+    const Pickable<Levels> y = pickable(along(p.y, 1));
+    const Pickable<Levels> z = pickable(along(p.z, 2) * Levels::load(k.twoPi));
     const PackedWaves& waves = tables.packed3d[waveCount(noise) - 1];
     const auto angles = [&](int at) {
         const int* const level = few->level + at;
-        const Eight twoPi = load(k.twoPi);
-        return load(waves.phase + at) + pickLevels(turn, level) +
-               load(waves.x + at) * pickLevels(x, level) * twoPi +
-               load(waves.y + at) * pickLevels(y, level) * twoPi + load(waves.z + at) * pickLevels(z, level);
+        const Float8 twoPi = Float8::load(k.twoPi);
+        return Float8::load(waves.phase + at) + pickedOfFour(turn, level) +
+               Float8::load(waves.x + at) * pickedOfFour(x, level) * twoPi +
+               Float8::load(waves.y + at) * pickedOfFour(y, level) * twoPi +
+               Float8::load(waves.z + at) * pickedOfFour(z, level);
     };
-    const Levels amplitudes = powersOf(k, allLevels(fractal.ratio));
+    const Levels amplitudes = powersOf(k, fractal.ratio);
     const FewSum waveSum = weightedSum(k, *few, amplitudes, angles(0), angles(8));
     if (!waveSum.holds) [[unlikely]]
         return manyCosine3d(tables, noise, p.x, p.y, p.z, time);
-    const float norm =
-        sumOfFour(bitAnd(oneHalf(amplitudes),
-                         _mm_castsi128_ps(_mm_load_si128(reinterpret_cast<const __m128i*>(few->levels)))));
+    const float norm = sumOfLanes(once(amplitudes) & maskOf(Int4::load(few->levels)));
     // The divisor is known before the sum, so that this waits for no division.
     const float scale = fractal.amplitude / (norm * few->count);
     const float r = fractal.threshold + 0.5f + waveSum.sum * scale;
@@ -120,19 +139,19 @@ inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, flo
     if (few == nullptr) return manyCosine2d(tables, noise, px, py, time);
     const VolumeFractal& fractal = noise.fractal;
     const WaveConstants& k = tables.waveConstants;
-    const Levels growth = allLevels(fractal.frequencyRatio);
-    const PickedLevels turn = toPickFrom(turnsOf(k, fractal, time));
-    const PickedLevels x = toPickFrom(seriesFrom(k, levelsOf(px), growth));
-    const PickedLevels y = toPickFrom(seriesFrom(k, levelsOf(py), growth));
+    const Levels growth = fractal.frequencyRatio;
+    const Pickable<Levels> turn = pickable(turnsOf(k, fractal, time));
+    const Pickable<Levels> x = pickable(seriesFrom(k, px, growth));
+    const Pickable<Levels> y = pickable(seriesFrom(k, py, growth));
     const PackedWaves& waves = tables.packed2d[waveCount(noise) - 1];
     const auto angles = [&](int at) {
         const int* const level = few->level + at;
-        const Eight twoPi = load(k.twoPi);
-        return load(waves.phase + at) + pickLevels(turn, level) +
-               load(waves.x + at) * pickLevels(x, level) * twoPi +
-               load(waves.y + at) * pickLevels(y, level) * twoPi;
+        const Float8 twoPi = Float8::load(k.twoPi);
+        return Float8::load(waves.phase + at) + pickedOfFour(turn, level) +
+               Float8::load(waves.x + at) * pickedOfFour(x, level) * twoPi +
+               Float8::load(waves.y + at) * pickedOfFour(y, level) * twoPi;
     };
-    const Levels amplitudes = powersOf(k, allLevels(fractal.ratio));
+    const Levels amplitudes = powersOf(k, fractal.ratio);
     const FewSum waveSum = weightedSum(k, *few, amplitudes, angles(0), angles(8));
     if (!waveSum.holds) [[unlikely]]
         return manyCosine2d(tables, noise, px, py, time);
@@ -140,6 +159,8 @@ inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, flo
     const float r = waveSum.sum * scale + 0.5f + fractal.threshold;
     return r > 1.0f ? 1.0f : r;
 }
+
+constexpr VolumeKernels<CosineVolume> kCosineVolume{cosine3d, cosine2d};
 
 } // namespace
 } // namespace nezaiva

@@ -1,5 +1,5 @@
 // The sums of up to three plane waves in all, a wave at a time: registers of eight waves would be slower
-// than the plain formula. Included behind volume_lanes_base.h or volume_lanes_avx2.h.
+// than the plain formula.
 #pragma once
 
 #include "kernels/noises/volume/volume_kernels.h"

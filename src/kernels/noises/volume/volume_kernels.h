@@ -1,5 +1,4 @@
-// The two sets of volume noise kernels; called through volume_noise.h only. Plain declarations: the
-// sources compiled for AVX2 include this.
+// The tables of volume noise kernels for either instruction set; called through volume_noise.h only.
 #pragma once
 
 #include "kernels/noises/volume/volume_noise.h"
@@ -7,24 +6,13 @@
 
 namespace nezaiva {
 
-float perlin3dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
-                   float time);
-float perlin2dBase(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time);
-float billow3dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
-                   float time);
-float billow2dBase(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time);
-float cosine3dBase(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& point,
-                   float time);
-float cosine2dBase(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time);
-
-float perlin3dAvx2(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
-                   float time);
-float perlin2dAvx2(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time);
-float billow3dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float z,
-                   float time);
-float billow2dAvx2(const VolumeTables& tables, const BillowVolume& noise, float x, float y, float time);
-float cosine3dAvx2(const VolumeTables& tables, const CosineVolume& noise, const VolumePoint& point,
-                   float time);
-float cosine2dAvx2(const VolumeTables& tables, const CosineVolume& noise, float x, float y, float time);
+template <class Noise>
+struct VolumeKernels {
+    float (*in3d)(const VolumeTables& tables, const Noise& noise, const VolumePoint& point, float time);
+    float (*in2d)(const VolumeTables& tables, const Noise& noise, float x, float y, float time);
+};
+extern const VolumeKernels<PerlinVolume> perlinVolumeBase, perlinVolumeAvx2;
+extern const VolumeKernels<BillowVolume> billowVolumeBase, billowVolumeAvx2;
+extern const VolumeKernels<CosineVolume> cosineVolumeBase, cosineVolumeAvx2;
 
 } // namespace nezaiva

@@ -1,12 +1,12 @@
-// The lattice noises of the Perlin fractals, written once on the lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before. A point's coordinates are four lanes; eight
-// lanes are two points at once. Results are in the first lane of each point.
+// The lattice noises of the Perlin fractals, on lanes. A point's coordinates are four of them; eight are two
+// points at once. Results are in the first lane of each point.
 //
 // The sums over the knots are to be multiplied by kLattice2Scale or kLattice3Scale, once for each
 // octave.
 #pragma once
 
 #include "kernels/noises/volume/volume_kernels.h"
+#include "numeric/lanes.h"
 
 namespace nezaiva {
 namespace {
@@ -16,27 +16,20 @@ constexpr float kLattice3Scale = 0.125f;
 
 constexpr auto kUnitCells = static_cast<float>(kLatticeCells);
 
-inline Four fourOf(float x, float y, float z, float w)
-{
-    return _mm_setr_ps(x, y, z, w);
-}
-
 // One point or two at once, by the corners at which their neighbours begin in a table.
 struct OnePoint {
-    using Lanes = Four;
+    using Lanes = Float4;
     const float* corner;
 
-    Lanes load(int offset) const { return _mm_loadu_ps(corner + offset); }
-    static Lanes all(float value) { return _mm_set1_ps(value); }
+    Lanes load(int offset) const { return Float4::load(corner + offset); }
 };
 
 struct TwoPoints {
-    using Lanes = Eight;
+    using Lanes = Float8;
     const float* low;
     const float* high;
 
-    Lanes load(int offset) const { return loadHalves(low + offset, high + offset); }
-    static Lanes all(float value) { return broadcast(value); }
+    Lanes load(int offset) const { return {Float4::load(low + offset), Float4::load(high + offset)}; }
 };
 
 // Twice the uniform quadratic B-spline as a weighted sum of its knots: (1 - t)^2, 1 + 2 t (1 - t), t^2.
@@ -56,7 +49,7 @@ struct WeightedSpline {
 
     explicit WeightedSpline(Lanes t)
     {
-        const Lanes one = Points::all(1.0f);
+        const Lanes one = 1.0f;
         const Lanes rest = one - t;
         const Lanes product = t * rest;
         first = rest * rest;
@@ -69,11 +62,17 @@ struct WeightedSpline {
     {
         return {spread<Axis>(first), spread<Axis>(second), spread<Axis>(third)};
     }
+    // The weights of an axis in the first three lanes of each point.
+    template <int Axis>
+    Lanes acrossLanes() const
+    {
+        return shuffled<0, 2, Axis, Axis>(shuffled<Axis, Axis, Axis, Axis>(first, second), third);
+    }
     // Through the first three lanes of each point.
     template <int Axis>
     Lanes across(Lanes row) const
     {
-        const Lanes products = row * gather<Axis>(first, second, third);
+        const Lanes products = row * acrossLanes<Axis>();
         return (products + spread<1>(products)) + spread<2>(products);
     }
 };
@@ -88,10 +87,10 @@ typename Points::Lanes splineAlongX(const Points& points, int offset, typename P
 
 // The offset of the first two of four cells. Both multiplications are one: their sum is in the upper half.
 template <int Stride0, int Stride1>
-std::uint64_t offsetOfTwo(__m128i cells)
+std::uint64_t offsetOfTwo(Int4 cells)
 {
     constexpr std::uint64_t kStrides = std::uint64_t{Stride0} << 32 | std::uint64_t{Stride1};
-    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(cells)) * kStrides >> 32;
+    return lowTwoLanes(cells) * kStrides >> 32;
 }
 
 // The lattices: which lanes carry coordinates, where a point's cell lies, and the splines along x by the
@@ -105,9 +104,9 @@ struct SpaceLattice {
     static constexpr int kStride2 = 1;
 
     const float* begin() const { return &tables.space[0][0][0][0]; }
-    OnePoint corner(__m128i cells) const
+    OnePoint corner(Int4 cells) const
     {
-        return {begin() + offsetOfTwo<kStride0, kStride1>(cells) + _mm_extract_epi16(cells, 4)};
+        return {begin() + offsetOfTwo<kStride0, kStride1>(cells) + smallLane<2>(cells)};
     }
     template <class Spline, class Points>
     static typename Points::Lanes interpolate(const Points& points, typename Points::Lanes t)
@@ -130,7 +129,7 @@ struct PlaneLattice {
     static constexpr int kStride2 = 0;
 
     const float* begin() const { return &tables.plane[0][0][0]; }
-    OnePoint corner(__m128i cells) const { return {begin() + offsetOfTwo<kStride0, kStride1>(cells)}; }
+    OnePoint corner(Int4 cells) const { return {begin() + offsetOfTwo<kStride0, kStride1>(cells)}; }
     template <class Spline, class Points>
     static typename Points::Lanes interpolate(const Points& points, typename Points::Lanes t)
     {
@@ -140,17 +139,20 @@ struct PlaneLattice {
 
 struct Place {
     OnePoint neighbours;
-    Four fraction; // within the cell
+    Float4 fractions; // within the cell
 };
 
-// The place of any point, in cells; a coordinate that is not finite has cell 0 and the fraction 0.
-template <class Lattice>
-[[gnu::noinline, gnu::cold]] Place placeAny(const Lattice& lattice, Four point)
+// The place of any point, in cells, where each coordinate's cell is not wrapped. They are two functions,
+// because what one returned would be in memory. A coordinate that is not finite has cell 0 and the fraction
+// 0.
+[[gnu::noinline, gnu::cold]] inline Int4 cellsAnywhere(Float4 point)
 {
-    const Four f = unitFraction(point * _mm_set1_ps(1.0f / kUnitCells)) * _mm_set1_ps(kUnitCells);
-    const __m128i cells = _mm_cvttps_epi32(f);
-    const __m128i wrapped = _mm_and_si128(cells, _mm_set1_epi32(kLatticeCells - 1));
-    return {lattice.corner(wrapped), f - _mm_cvtepi32_ps(cells)};
+    return toInt(fraction(point * (1.0f / kUnitCells)) * kUnitCells);
+}
+[[gnu::noinline, gnu::cold]] inline Float4 fractionsAnywhere(Float4 point)
+{
+    const Float4 f = fraction(point * (1.0f / kUnitCells)) * kUnitCells;
+    return f - toFloat(toInt(f));
 }
 
 // The place of a point, in cells, that lies near `guess` + 1/2. Adding the constant rounds the guess to
@@ -159,51 +161,51 @@ template <class Lattice>
 // fraction. A fraction outside of 0..1 tells that the guess has missed the cell, as it may next to a
 // border, or that the point is not finite or too large.
 template <class Lattice>
-Place placeNear(const Lattice& lattice, Four point, Four guess)
+Place placeNear(const Lattice& lattice, Float4 point, Float4 guess)
 {
     constexpr float kRoundToCells = 12582912.0f; // 1.5 * 2^23
     constexpr float kLeastRounded = 8388608.0f;  // 2^23, below which the bits are not those of cells
     constexpr int kLastExponentBelowOne = 126;
-    const __m128i bits = _mm_castps_si128(guess + _mm_set1_ps(kRoundToCells));
-    const __m128i cells = _mm_and_si128(bits, _mm_set1_epi32(kLatticeCells - 1));
-    const Four units = _mm_castsi128_ps(_mm_and_si128(bits, _mm_set1_epi32(-kLatticeCells)));
-    const Four unit = _mm_max_ps(units, _mm_set1_ps(kLeastRounded)) - _mm_set1_ps(kRoundToCells);
-    const Four fraction = (point - unit) - _mm_cvtepi32_ps(cells);
-    const __m128i exponents = _mm_srli_epi32(_mm_castps_si128(fraction), 23); // with the sign above
-    const __m128i missed = _mm_cmpgt_epi32(exponents, _mm_set1_epi32(kLastExponentBelowOne));
-    if ((_mm_movemask_ps(_mm_castsi128_ps(missed)) & Lattice::kLanes) != 0) [[unlikely]]
-        return placeAny(lattice, point);
-    return {lattice.corner(cells), fraction};
+    const Int4 bits = bitsOf(guess + kRoundToCells);
+    Int4 cells = bits & (kLatticeCells - 1);
+    const Float4 units = floatOfBits(bits & -kLatticeCells);
+    const Float4 unit = max(units, kLeastRounded) - kRoundToCells;
+    Float4 fractions = (point - unit) - toFloat(cells);
+    const Int4 exponents = shiftedRightUnsigned(bitsOf(fractions), 23); // with the sign above
+    if ((laneBits(exponents > kLastExponentBelowOne) & Lattice::kLanes) != 0) [[unlikely]] {
+        cells = cellsAnywhere(point) & (kLatticeCells - 1);
+        fractions = fractionsAnywhere(point);
+    }
+    return {lattice.corner(cells), fractions};
 }
 
 // The noise at a point, in cells.
 template <class Lattice>
-[[gnu::always_inline]] inline Four latticeNoise(const Lattice& lattice, Four point)
+[[gnu::always_inline]] inline Float4 latticeNoise(const Lattice& lattice, Float4 point)
 {
-    const Place place = placeNear(lattice, point, point - _mm_set1_ps(0.5f));
-    return Lattice::template interpolate<WeightedSpline<OnePoint>>(place.neighbours, place.fraction);
-}
-
-// The fraction within the cell; the maximum turns the NaN of a coordinate that is not finite into 0.
-inline Eight withinCell(Eight scaled)
-{
-    return maximum(scaled - truncated(scaled), broadcast(0.0f));
+    const Place place = placeNear(lattice, point, point - 0.5f);
+    return Lattice::template interpolate<WeightedSpline<OnePoint>>(place.neighbours, place.fractions);
 }
 
 // The noise at two points, in units.
 template <class Lattice>
-[[gnu::always_inline]] inline Eight latticeNoise(const Lattice& lattice, Eight points)
+[[gnu::always_inline]] inline Float8 latticeNoise(const Lattice& lattice, Float8 points)
 {
     if constexpr (kEightAreTwoRegisters) {
-        const Four cells = _mm_set1_ps(kUnitCells);
-        return combine(latticeNoise(lattice, lowHalf(points) * cells),
-                       latticeNoise(lattice, highHalf(points) * cells));
+        return {latticeNoise(lattice, lowHalf(points) * kUnitCells),
+                latticeNoise(lattice, highHalf(points) * kUnitCells)};
     } else {
-        const Eight f = fractionOrNan(points) * broadcast(kUnitCells);
-        const CornerOffsets offsets =
-            cornerOffsets(f, Lattice::kStride0, Lattice::kStride1, Lattice::kStride2);
-        const TwoPoints corners{lattice.begin() + offsets.low, lattice.begin() + offsets.high};
-        return Lattice::template interpolate<WeightedSpline<TwoPoints>>(corners, withinCell(f));
+        const Float8 f = (points - floor(points)) * kUnitCells; // NaN for what is not finite
+        const Int8 cells = toInt(f);
+        const Int4 strides(Lattice::kStride0, Lattice::kStride1, Lattice::kStride2, 0);
+        const Int8 parts = smallProduct(cells & (kLatticeCells - 1), Int8(strides, strides));
+        const Int8 pairs = parts + shuffled<1, 0, 3, 2>(parts);
+        const Int8 offsets = pairs + shuffled<2, 3, 0, 1>(pairs);
+        const TwoPoints corners{lattice.begin() + lane<0>(lowHalf(offsets)),
+                                lattice.begin() + lane<0>(highHalf(offsets))};
+        // The maximum of a NaN and 0 is its second operand.
+        const Float8 fractions = max(f - toFloat(cells), 0.0f);
+        return Lattice::template interpolate<WeightedSpline<TwoPoints>>(corners, fractions);
     }
 }
 
@@ -214,11 +216,11 @@ struct AnimatedRow {
     Lanes m0, m1, m2;
     WeightedAxis<Points> time;
 
-    static Lanes fraction(Lanes a) { return a - truncated(a); }
+    static Lanes rest(Lanes a) { return a - truncated(a); } // of products in 0..2^18
     Lanes operator()(Lanes row) const
     {
-        const Lanes c = row + Points::all(2.0f);
-        return time(fraction(m0 * c), fraction(m1 * c), fraction(m2 * c));
+        const Lanes c = row + 2.0f;
+        return time(rest(m0 * c), rest(m1 * c), rest(m2 * c));
     }
 };
 
@@ -228,14 +230,15 @@ struct AnimatedCorner {
     float m0, m1, m2;
 };
 
-inline AnimatedCorner animatedCorner(const NoiseTables& noise, Four cells)
+inline AnimatedCorner animatedCorner(const NoiseTables& noise, Float4 cells)
 {
     constexpr int kPlaneStride = kLatticeSide * kLatticeRowStride;
-    const __m128i wrapped = _mm_and_si128(_mm_cvttps_epi32(cells), _mm_set1_epi32(kLatticeCells - 1));
-    const float* corner = &noise.space[0][0][0] + offsetOfTwo<kPlaneStride, kLatticeRowStride>(wrapped) +
-                          _mm_extract_epi16(wrapped, 4);
-    const int first = _mm_cvttss_si32(spread<3>(cells));
-    const auto step = [&](int i) { return (randomValue(noise, i) + 1.0f) * 21568.16f; };
+    const Int4 whole = toInt(cells);
+    const Int4 wrapped = whole & (kLatticeCells - 1);
+    const float* corner =
+        &noise.space[0][0][0] + offsetOfTwo<kPlaneStride, kLatticeRowStride>(wrapped) + smallLane<2>(wrapped);
+    const int first = lane<3>(whole);
+    const auto step = [&](int i) { return (randomValue(noise, i) + 1.0f) * kAnimationRange; };
     return {corner, step(first), step(first + 1), step(first + 2)};
 }
 
@@ -253,34 +256,34 @@ typename Points::Lanes splineOfAnimated(const Points& corners, const AnimatedRow
     const auto r1 = alongX(kLatticeRowStride);
     const auto r2 = alongX(2 * kLatticeRowStride);
     const auto noise = spline.template across<2>(spline.template axis<1>()(r0, r1, r2));
-    return noise * Points::all(0.125f) - Points::all(1.0f);
+    return noise * 0.125f - 1.0f;
 }
 
 // Cells of a period that is as long on every axis of space, and of `period` steps in time.
-inline Four periodCells(int period)
+inline Float4 periodCells(int period)
 {
-    return fourOf(kUnitCells, kUnitCells, kUnitCells, static_cast<float>(period < 60000 ? period : 60000));
+    const int steps = period < kLargestTimePeriod ? period : kLargestTimePeriod;
+    return {kUnitCells, kUnitCells, kUnitCells, static_cast<float>(steps)};
 }
 
 // The four-dimensional noise at a point or at two, in units and to no scale: the fourth lane is time, on
-// `period` steps, which makes cells in -2^31..60000.
-inline Four latticeNoise4(const NoiseTables& noise, Four point, int period)
+// `period` steps, which may be as many as -2^31.
+inline Float4 latticeNoise4(const NoiseTables& noise, Float4 point, int period)
 {
-    const Four f = unitFraction(point) * periodCells(period);
+    const Float4 f = fraction(point) * periodCells(period);
     const AnimatedCorner c = animatedCorner(noise, f);
-    const WeightedSpline<OnePoint> spline(f - truncated(f));
-    return splineOfAnimated<OnePoint>(
-        {c.corner}, {_mm_set1_ps(c.m0), _mm_set1_ps(c.m1), _mm_set1_ps(c.m2), spline.axis<3>()}, spline);
+    const WeightedSpline<OnePoint> spline(f - toFloat(toInt(f)));
+    return splineOfAnimated<OnePoint>({c.corner}, {c.m0, c.m1, c.m2, spline.axis<3>()}, spline);
 }
 
-inline Eight latticeNoise4(const NoiseTables& noise, Eight points, int period)
+inline Float8 latticeNoise4(const NoiseTables& noise, Float8 points, int period)
 {
-    const Four cells = periodCells(period);
-    const Eight f = unitFraction(points) * combine(cells, cells);
+    const Float4 cells = periodCells(period);
+    const Float8 f = fraction(points) * Float8(cells, cells);
     const AnimatedCorner a = animatedCorner(noise, lowHalf(f));
     const AnimatedCorner b = animatedCorner(noise, highHalf(f));
-    const auto both = [](float low, float high) { return combine(_mm_set1_ps(low), _mm_set1_ps(high)); };
-    const WeightedSpline<TwoPoints> spline(f - truncated(f));
+    const auto both = [](float low, float high) { return Float8(low, high); };
+    const WeightedSpline<TwoPoints> spline(f - toFloat(toInt(f)));
     return splineOfAnimated<TwoPoints>(
         {a.corner, b.corner}, {both(a.m0, b.m0), both(a.m1, b.m1), both(a.m2, b.m2), spline.axis<3>()},
         spline);

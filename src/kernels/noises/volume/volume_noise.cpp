@@ -43,32 +43,32 @@ void prepareVolumeNoise()
 
 float evalPerlin3d(const PerlinVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? perlin3dAvx2 : perlin3dBase)(volumeTables(), noise, point.x, point.y, point.z, time);
+    return chosen(perlinVolumeBase, perlinVolumeAvx2).in3d(volumeTables(), noise, point, time);
 }
 
 float evalPerlin2d(const PerlinVolume& noise, float x, float y, float time)
 {
-    return (hasAvx2() ? perlin2dAvx2 : perlin2dBase)(volumeTables(), noise, x, y, time);
+    return chosen(perlinVolumeBase, perlinVolumeAvx2).in2d(volumeTables(), noise, x, y, time);
 }
 
 float evalBillow3d(const BillowVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? billow3dAvx2 : billow3dBase)(volumeTables(), noise, point.x, point.y, point.z, time);
+    return chosen(billowVolumeBase, billowVolumeAvx2).in3d(volumeTables(), noise, point, time);
 }
 
 float evalBillow2d(const BillowVolume& noise, float x, float y, float time)
 {
-    return (hasAvx2() ? billow2dAvx2 : billow2dBase)(volumeTables(), noise, x, y, time);
+    return chosen(billowVolumeBase, billowVolumeAvx2).in2d(volumeTables(), noise, x, y, time);
 }
 
 float evalCosine3d(const CosineVolume& noise, const VolumePoint& point, float time)
 {
-    return (hasAvx2() ? cosine3dAvx2 : cosine3dBase)(volumeTables(), noise, point, time);
+    return chosen(cosineVolumeBase, cosineVolumeAvx2).in3d(volumeTables(), noise, point, time);
 }
 
 float evalCosine2d(const CosineVolume& noise, float x, float y, float time)
 {
-    return (hasAvx2() ? cosine2dAvx2 : cosine2dBase)(volumeTables(), noise, x, y, time);
+    return chosen(cosineVolumeBase, cosineVolumeAvx2).in2d(volumeTables(), noise, x, y, time);
 }
 
 float perlinLevel3d(const PerlinVolume& noise, VolumePoint point, float time, int level)

@@ -1,5 +1,4 @@
-// What all Perlin forms share, written on the lanes of volume_lanes_base.h or volume_lanes_avx2.h, one
-// of which is included before.
+// What all Perlin forms share, on lanes.
 #pragma once
 
 #include "kernels/noises/volume/volume_lattice_body.h"
@@ -7,27 +6,22 @@
 namespace nezaiva {
 namespace {
 
-inline float firstLane(Four a)
-{
-    return _mm_cvtss_f32(a);
-}
-
 // The weighted sum of the octaves.
 struct OctaveSum {
     float amplitude;
     float ratio;
-    Four keptBits; // all but the sign, for octaves folded into their absolute value
+    Int4 keptBits; // all but the sign, for octaves folded into their absolute value
     float sum;
 
     // The scale of the lattice is a power of two: where it is multiplied in makes no difference.
     OctaveSum(const VolumeFractal& fractal, float scale)
         : amplitude(fractal.amplitude * scale), ratio(fractal.ratio),
-          keptBits(_mm_castsi128_ps(_mm_set1_epi32(fractal.inflection ? 0x7fffffff : -1))), sum(0.0f)
+          keptBits(fractal.inflection ? 0x7fffffff : -1), sum(0.0f)
     {
     }
-    void add(Four octave)
+    void add(Float4 octave)
     {
-        sum += firstLane(_mm_and_ps(octave, keptBits)) * amplitude;
+        sum += lane<0>(keepBits(octave, keptBits)) * amplitude;
         amplitude *= ratio;
     }
 };
@@ -40,16 +34,17 @@ inline float biasedEnd(const VolumeFractal& fractal, float sum)
 }
 
 // The growth from octave to octave: that of the point, and its square root for the time.
-inline Four octaveGrowth(float frequencyRatio)
+inline Float4 octaveGrowth(float frequencyRatio)
 {
     const float ratio = frequencyRatio <= 0.0f ? 1.0f : frequencyRatio;
-    return fourOf(ratio, ratio, ratio, firstLane(_mm_sqrt_ss(_mm_set_ss(ratio))));
+    const Float4 all = ratio;
+    return shuffled<0, 0, 0, 1>(all, interleaved(all, sqrt(all)));
 }
 
 // (x, y, time) of a two-dimensional place (x, y, -, time).
-inline Four timeAsThird(Four place)
+inline Float4 timeAsThird(Float4 place)
 {
-    return _mm_shuffle_ps(place, place, _MM_SHUFFLE(3, 3, 1, 0));
+    return shuffled<0, 1, 3, 3>(place, place);
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-// The Perlin and space-time fractals, written once on the lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before.
+// The Perlin and space-time fractals, on lanes.
 //
 // A point and its time are four lanes; two octaves make eight, since their positions are known in
 // advance. Those of the wispy form are not: volume_wispy_body.h.
@@ -16,18 +15,18 @@ namespace {
 struct TabledDirections {
     const float (*table)[4];
 
-    Four operator()(int level) const { return _mm_load_ps(table[level]); }
+    Float4 operator()(int level) const { return Float4::load(table[level]); }
 };
 
 struct ComputedDirections {
     const NoiseTables& noise;
     void (*compute)(const NoiseTables&, int, float*);
 
-    Four operator()(int level) const
+    Float4 operator()(int level) const
     {
         alignas(16) float direction[4];
         compute(noise, level, direction);
-        return _mm_load_ps(direction);
+        return Float4::load(direction);
     }
 };
 
@@ -35,27 +34,25 @@ struct ComputedDirections {
 template <class Directions>
 struct OctaveWalk {
     Directions directions;
-    Four point;
-    Four shiftStep;
-    Four growth;
-    Four shift = _mm_setzero_ps();
+    Float4 point;
+    Float4 shiftStep;
+    Float4 growth;
+    Float4 shift = 0.0f;
     int level = 0;
 
     // time * rate + level * 0.5 along the level's direction.
-    Four drift(Four direction, float rate) const
+    Float4 drift(Float4 direction, float rate) const
     {
-        const Four s = _mm_add_ps(_mm_mul_ps(spread<3>(point), _mm_set1_ps(rate)),
-                                  _mm_set1_ps(static_cast<float>(level) * 0.5f));
-        return _mm_mul_ps(direction, s);
+        return direction * (spread<3>(point) * rate + static_cast<float>(level) * 0.5f);
     }
-    Four shifted()
+    Float4 shifted()
     {
-        shift = _mm_add_ps(shift, shiftStep);
-        return _mm_add_ps(point, shift);
+        shift = shift + shiftStep;
+        return point + shift;
     }
     void grow()
     {
-        point = _mm_mul_ps(point, growth);
+        point = point * growth;
         ++level;
     }
 };
@@ -67,12 +64,12 @@ float sumPairs(const VolumeFractal& fractal, float scale, Walk walk, const Posit
 {
     OctaveSum sum(fractal, scale);
     while (walk.level < fractal.depthMax) {
-        const Four first = position(walk);
+        const Float4 first = position(walk);
         if (walk.level == fractal.depthMax) {
             sum.add(lattice(first));
             break;
         }
-        const Eight octaves = lattice(combine(first, position(walk)));
+        const Float8 octaves = lattice(Float8(first, position(walk)));
         sum.add(lowHalf(octaves));
         sum.add(highHalf(octaves));
     }
@@ -84,37 +81,37 @@ template <class Lattice>
 struct StillOctaves {
     Lattice lattice;
 
-    Four operator()(Four place) const { return latticeNoise(lattice, place * _mm_set1_ps(kUnitCells)); }
-    Eight operator()(Eight places) const { return latticeNoise(lattice, places); }
+    Float4 operator()(Float4 place) const { return latticeNoise(lattice, place * kUnitCells); }
+    Float8 operator()(Float8 places) const { return latticeNoise(lattice, places); }
 };
 
 struct AnimatedOctaves {
     const NoiseTables& noise;
     int period;
 
-    Four operator()(Four place) const { return latticeNoise4(noise, place, period); }
-    Eight operator()(Eight places) const { return latticeNoise4(noise, places, period); }
+    Float4 operator()(Float4 place) const { return latticeNoise4(noise, place, period); }
+    Float8 operator()(Float8 places) const { return latticeNoise4(noise, places, period); }
 };
 
 template <class Directions>
 float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, const Directions& directions, float x,
                float y, float z, float time)
 {
-    const OctaveWalk<Directions> walk{directions, fourOf(x, y, z, time), fourOf(0.02f, 0.3f, 0.01f, 0.0f),
+    const OctaveWalk<Directions> walk{directions, Float4(x, y, z, time), Float4(0.02f, 0.3f, 0.01f, 0.0f),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
     const VolumeFractal& fractal = noise.fractal;
     if (noise.spaceTime || noise.timeNoise) {
-        const Four rate = fourOf(1.0f, 1.0f, 1.0f, noise.spaceTime ? 0.1f : 1.0f);
+        const Float4 rate = Float4(1.0f, 1.0f, 1.0f, noise.spaceTime ? 0.1f : 1.0f);
         const auto position = [&](auto& octave) {
-            const Four place = _mm_mul_ps(octave.shifted(), rate);
+            const Float4 place = octave.shifted() * rate;
             octave.grow();
             return place;
         };
         return sumPairs(fractal, 1.0f, walk, position, AnimatedOctaves{*tables.noise, noise.timePeriod});
     }
     const auto position = [](auto& octave) {
-        const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
-        const Four place = _mm_add_ps(octave.shifted(), drift);
+        const Float4 drift = octave.drift(octave.directions(octave.level), 0.0625f);
+        const Float4 place = octave.shifted() + drift;
         octave.grow();
         return place;
     };
@@ -125,13 +122,13 @@ template <class Directions>
 float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, const Directions& directions, float x,
                float y, float time)
 {
-    const OctaveWalk<Directions> walk{directions, fourOf(x, y, 0.0f, time), fourOf(0.02f, 0.3f, 0.0f, 0.0f),
+    const OctaveWalk<Directions> walk{directions, Float4(x, y, 0.0f, time), Float4(0.02f, 0.3f, 0.0f, 0.0f),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
     const VolumeFractal& fractal = noise.fractal;
     if (noise.spaceTime) {
-        const Four rate = fourOf(1.0f, 1.0f, 1.0f, 0.1f);
+        const Float4 rate = Float4(1.0f, 1.0f, 1.0f, 0.1f);
         const auto position = [&](auto& octave) {
-            const Four place = timeAsThird(_mm_mul_ps(octave.shifted(), rate));
+            const Float4 place = timeAsThird(octave.shifted() * rate);
             octave.grow();
             return place;
         };
@@ -140,8 +137,8 @@ float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, const Dire
     }
     // Kept as is: timeNoise has no branch here; in two dimensions only the wispy form knows it.
     const auto position = [](auto& octave) {
-        const Four drift = octave.drift(octave.directions(octave.level), 0.0625f);
-        const Four place = _mm_add_ps(octave.shifted(), drift);
+        const Float4 drift = octave.drift(octave.directions(octave.level), 0.0625f);
+        const Float4 place = octave.shifted() + drift;
         octave.grow();
         return place;
     };
@@ -160,20 +157,23 @@ float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, const Dire
     return perlin2d(tables, noise, ComputedDirections{*tables.noise, volumeDirection2d}, x, y, time);
 }
 
-inline float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float z,
+inline float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, const VolumePoint& point,
                       float time)
 {
-    if (noise.wispy) return wispy3d(tables, noise, fourOf(x, y, z, time));
+    const auto& [x, y, z] = point;
+    if (noise.wispy) return wispy3d(tables, noise, Float4(x, y, z, time));
     if (noise.fractal.depthMax > kTabledLevels) return deepPerlin3d(tables, noise, x, y, z, time);
     return perlin3d(tables, noise, TabledDirections{tables.directions3d}, x, y, z, time);
 }
 
 inline float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, float x, float y, float time)
 {
-    if (noise.wispy) return wispy2d(tables, noise, fourOf(x, y, 0.0f, time));
+    if (noise.wispy) return wispy2d(tables, noise, Float4(x, y, 0.0f, time));
     if (noise.fractal.depthMax > kTabledLevels) return deepPerlin2d(tables, noise, x, y, time);
     return perlin2d(tables, noise, TabledDirections{tables.directions2d}, x, y, time);
 }
+
+constexpr VolumeKernels<PerlinVolume> kPerlinVolume{perlin3d, perlin2d};
 
 } // namespace
 } // namespace nezaiva

@@ -1,5 +1,4 @@
-// The wispy Perlin fractals, written once on the SSE lanes of volume_lanes_base.h or
-// volume_lanes_avx2.h, one of which is included before.
+// The wispy Perlin fractals, on lanes.
 //
 // Each octave moves the points of all octaves behind it, so octaves wait for one another, and the
 // time of a sample is that of this chain: place the point, the splines along x, y and z, move the
@@ -18,20 +17,20 @@ namespace {
 
 // The spline as the formula has it, operation for operation.
 struct FormulaAxis {
-    Four t;
+    Float4 t;
 
-    Four operator()(Four a, Four b, Four c) const
+    Float4 operator()(Float4 a, Float4 b, Float4 c) const
     {
-        const Four difference = a - b;
-        const Four bend = (a - (b + b)) + c;
+        const Float4 difference = a - b;
+        const Float4 bend = (a - (b + b)) + c;
         return (bend * t - (difference + difference)) * t + (a + b);
     }
 };
 
 struct FormulaSpline {
-    Four t;
+    Float4 t;
 
-    explicit FormulaSpline(Four fractions) : t(fractions) {}
+    explicit FormulaSpline(Float4 fractions) : t(fractions) {}
 
     template <int Axis>
     FormulaAxis axis() const
@@ -40,7 +39,7 @@ struct FormulaSpline {
     }
     // Through the first three lanes, in all lanes.
     template <int Axis>
-    Four across(Four row) const
+    Float4 across(Float4 row) const
     {
         return axis<Axis>()(spread<0>(row), spread<1>(row), spread<2>(row));
     }
@@ -71,48 +70,48 @@ constexpr float kWispyDriftRate = 0.01875f;
 constexpr float kWispyWarp = 0.3125f;
 
 // (time * rate + level / 2) along the direction; the halves of the level and of the direction cancel.
-inline Four wispyDrift(const WispyLevel& level, Four point)
+inline Float4 wispyDrift(const WispyLevel& level, Float4 point)
 {
     constexpr float kTwiceTheRate = kWispyDriftRate * (2.0f / kUnitCells); // the time is 32-fold too
-    const Four steps = spread<3>(point) * _mm_set1_ps(kTwiceTheRate) + _mm_load_ps(level.number);
-    return _mm_load_ps(level.halfDirection) * steps;
+    const Float4 steps = spread<3>(point) * kTwiceTheRate + Float4::load(level.number);
+    return Float4::load(level.halfDirection) * steps;
 }
 
 // The sum of the octaves of `noise`, a function of a point in the scale `noiseScale`. The lattice, in the
 // scale `latticeScale`, warps.
 template <class Lattice, class Noise, class Levels>
 float sumWispy(const VolumeFractal& fractal, float noiseScale, const Lattice& lattice, float latticeScale,
-               Levels levels, Four start, const Noise& noise)
+               Levels levels, Float4 start, const Noise& noise)
 {
     OctaveSum sum(fractal, noiseScale);
     if (fractal.depthMax <= 0) return biasedEnd(fractal, sum.sum);
-    const Four narrowing = _mm_set1_ps(kWispyNarrowing);
-    const Four half = _mm_set1_ps(0.5f);
-    const Four scale = _mm_set1_ps(kWispyWarp * latticeScale);
-    const Four growth = octaveGrowth(fractal.frequencyRatio);
+    const Float4 narrowing = kWispyNarrowing;
+    const Float4 half = 0.5f;
+    const Float4 scale = kWispyWarp * latticeScale;
+    const Float4 growth = octaveGrowth(fractal.frequencyRatio);
     const WispyLevel& first = levels.next();
-    Four halfDirection = _mm_load_ps(first.halfDirection);
-    Four point = start * _mm_set1_ps(kUnitCells);
-    Four place = point + _mm_load_ps(first.shift);
-    Four warped = place * narrowing + wispyDrift(first, point);
-    Four guess = warped - half;
-    Four summed = point;
+    Float4 halfDirection = Float4::load(first.halfDirection);
+    Float4 point = start * kUnitCells;
+    Float4 place = point + Float4::load(first.shift);
+    Float4 warped = place * narrowing + wispyDrift(first, point);
+    Float4 guess = warped - half;
+    Float4 summed = point;
     for (int level = 1;; ++level) {
         const Place at = placeNear(lattice, warped, guess);
-        const Four warp = Lattice::template interpolate<FormulaSpline>(at.neighbours, at.fraction);
-        const Four move = halfDirection * (warp * scale);
+        const Float4 warp = Lattice::template interpolate<FormulaSpline>(at.neighbours, at.fractions);
+        const Float4 move = halfDirection * (warp * scale);
         // The noise of an octave comes when the next one's warp is on its way.
         if (level > 1) sum.add(noise(summed));
         summed = place + (move + move);
         if (level == fractal.depthMax) break;
         const WispyLevel& next = levels.next();
-        const Four shift = _mm_load_ps(next.shift);
-        const Four still = point * growth; // where the point would be without the warp
-        const Four drift = wispyDrift(next, still);
+        const Float4 shift = Float4::load(next.shift);
+        const Float4 still = point * growth; // where the point would be without the warp
+        const Float4 drift = wispyDrift(next, still);
         // The lines below from the warp to the next point, in one multiplication and one addition.
         guess = warp * (halfDirection * (growth * (scale * narrowing))) +
                 ((still + shift) * narrowing + (drift - half));
-        halfDirection = _mm_load_ps(next.halfDirection);
+        halfDirection = Float4::load(next.halfDirection);
         point = (point + move) * growth;
         place = point + shift;
         warped = place * narrowing + drift;
@@ -122,50 +121,52 @@ float sumWispy(const VolumeFractal& fractal, float noiseScale, const Lattice& la
 }
 
 template <class Levels>
-float wispy3d(const VolumeTables& tables, const PerlinVolume& noise, const Levels& levels, Four start)
+float wispy3d(const VolumeTables& tables, const PerlinVolume& noise, const Levels& levels, Float4 start)
 {
     const SpaceLattice space{*tables.splines};
     if (noise.timeNoise) {
-        const auto animated = [&](Four point) {
-            const Four inUnits = point * _mm_set1_ps(1.0f / kUnitCells);
+        const auto animated = [&](Float4 point) {
+            const Float4 inUnits = point * (1.0f / kUnitCells);
             return latticeNoise4(*tables.noise, inUnits, noise.timePeriod);
         };
         return sumWispy(noise.fractal, 1.0f, space, kLattice3Scale, levels, start, animated);
     }
     return sumWispy(noise.fractal, kLattice3Scale, space, kLattice3Scale, levels, start,
-                    [&](Four point) { return latticeNoise(space, point); });
+                    [&](Float4 point) { return latticeNoise(space, point); });
 }
 
 template <class Levels>
-float wispy2d(const VolumeTables& tables, const PerlinVolume& noise, const Levels& levels, Four start)
+float wispy2d(const VolumeTables& tables, const PerlinVolume& noise, const Levels& levels, Float4 start)
 {
     const PlaneLattice plane{*tables.splines};
     if (noise.timeNoise) {
         const SpaceLattice space{*tables.splines};
         return sumWispy(noise.fractal, kLattice3Scale, plane, kLattice2Scale, levels, start,
-                        [&](Four point) { return latticeNoise(space, timeAsThird(point)); });
+                        [&](Float4 point) { return latticeNoise(space, timeAsThird(point)); });
     }
     return sumWispy(noise.fractal, kLattice2Scale, plane, kLattice2Scale, levels, start,
-                    [&](Four point) { return latticeNoise(plane, point); });
+                    [&](Float4 point) { return latticeNoise(plane, point); });
 }
 
-[[gnu::noinline]] inline float deepWispy3d(const VolumeTables& tables, const PerlinVolume& noise, Four start)
+[[gnu::noinline]] inline float deepWispy3d(const VolumeTables& tables, const PerlinVolume& noise,
+                                           Float4 start)
 {
     return wispy3d(tables, noise, ComputedWispyLevels{*tables.noise, nextWispyLevel3d}, start);
 }
 
-[[gnu::noinline]] inline float deepWispy2d(const VolumeTables& tables, const PerlinVolume& noise, Four start)
+[[gnu::noinline]] inline float deepWispy2d(const VolumeTables& tables, const PerlinVolume& noise,
+                                           Float4 start)
 {
     return wispy2d(tables, noise, ComputedWispyLevels{*tables.noise, nextWispyLevel2d}, start);
 }
 
-inline float wispy3d(const VolumeTables& tables, const PerlinVolume& noise, Four start)
+inline float wispy3d(const VolumeTables& tables, const PerlinVolume& noise, Float4 start)
 {
     if (noise.fractal.depthMax > kTabledWispyLevels) return deepWispy3d(tables, noise, start);
     return wispy3d(tables, noise, TabledWispyLevels{tables.wispyLevels.space}, start);
 }
 
-inline float wispy2d(const VolumeTables& tables, const PerlinVolume& noise, Four start)
+inline float wispy2d(const VolumeTables& tables, const PerlinVolume& noise, Float4 start)
 {
     if (noise.fractal.depthMax > kTabledWispyLevels) return deepWispy2d(tables, noise, start);
     return wispy2d(tables, noise, TabledWispyLevels{tables.wispyLevels.plane}, start);
