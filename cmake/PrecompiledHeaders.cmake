@@ -1,5 +1,6 @@
 # Headers that many files include and few change are compiled once for each kind of target. They are a
-# matter of speed alone: every file includes what it needs, and `make clang` compiles without them.
+# matter of speed alone: every file includes what it needs, and `make clang` compiles without them. Not for
+# libombrix: behind precompiled headers g++ 12 takes copies inside the standard string for overflows.
 option(NEZAIVA_PCH "Compile common headers once" ON)
 
 # nezaiva_precompile(TARGET HEADER...): the target's files begin with these headers.

@@ -42,7 +42,9 @@ struct FloatInput : Input<TextureFloatInterface> {
     // With another number while it is unset.
     float valueOr(float otherwise, const OmbrixContext& context) const
     {
-        return texture ? texture->evalFloat(context) : otherwise;
+        if (!texture) [[likely]]
+            return otherwise;
+        return texture->evalFloat(context);
     }
     // As a flag: on at everything but 0, NaN included.
     bool isOn(const OmbrixContext& context) const { return (*this)(context) != 0.0f; }
@@ -66,7 +68,8 @@ struct ColorInput : Input<TextureInterface> {
     // With another colour while it is unset.
     AColor valueOr(const AColor& otherwise, const OmbrixContext& context) const
     {
-        if (!texture) return otherwise;
+        if (!texture) [[likely]]
+            return otherwise;
         AColor color;
         texture->evalColor(&color, context);
         return color;
@@ -80,10 +83,10 @@ struct ColorInput : Input<TextureInterface> {
     // Straight into a result: for nodes that pass an input on. Returns result.
     AColor* evalColor(AColor* result, const OmbrixContext& context) const
     {
-        if (texture)
-            texture->evalColor(result, context);
-        else
+        if (!texture) [[likely]]
             *result = unset;
+        else
+            texture->evalColor(result, context);
         return result;
     }
 
