@@ -108,6 +108,16 @@ struct ColorInput : Input<TextureInterface> {
     }
 };
 
+// The input's color under an alpha of its own, straight into a result: color first, then alpha. Returns
+// result.
+inline AColor* evalColorWithAlpha(AColor* result, const ColorInput& color, const FloatInput& alpha,
+                                  const OmbrixContext& context)
+{
+    color.evalColor(result, context);
+    result->a = alpha(context);
+    return result;
+}
+
 struct IntInput : Input<TextureIntInterface> {
     int unset = 0;
 

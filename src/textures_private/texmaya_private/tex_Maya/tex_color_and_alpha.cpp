@@ -26,9 +26,7 @@ public:
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        color_input.evalColor(result, context);
-        result->a = alpha_input(context);
-        return result;
+        return evalColorWithAlpha(result, color_input, alpha_input, context);
     }
 
     void evalColorBounds(AColor* lower, AColor* upper) override

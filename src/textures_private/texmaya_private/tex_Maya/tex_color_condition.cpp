@@ -32,10 +32,8 @@ public:
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        const bool takeA = condition.isOn(context);
-        (takeA ? color_a : color_b).evalColor(result, context);
-        result->a = (takeA ? alpha_a : alpha_b)(context);
-        return result;
+        return condition.isOn(context) ? evalColorWithAlpha(result, color_a, alpha_a, context)
+                                       : evalColorWithAlpha(result, color_b, alpha_b, context);
     }
 
     // Kept as is: the lower result takes what the upper bounds are, and the upper result is written only

@@ -25,9 +25,7 @@ public:
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        color.evalColor(result, context);
-        result->a = alpha(context);
-        return result;
+        return evalColorWithAlpha(result, color, alpha, context);
     }
 
     void evalColorBounds(AColor* lower, AColor* upper) override
