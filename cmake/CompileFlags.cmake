@@ -53,6 +53,6 @@ endif()
 # registers across calls g++ 12 forgets to clear the upper halves of the registers in functions that
 # called one of the same file, and the caller then pays for it at each of its operations.
 function(nezaiva_avx2_source)
-    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS
+    set_source_files_properties(${ARGN} PROPERTIES SKIP_PRECOMPILE_HEADERS ON COMPILE_OPTIONS
         "-mavx2;-mno-fma;$<$<CXX_COMPILER_ID:GNU>:-fno-ipa-ra>")
 endfunction()

@@ -15,25 +15,30 @@
 //   Float8(low, high)          also Int8, Mask8, Double4, DoubleMask4
 //   lowHalf(a)  highHalf(a)    of these
 //   L::load(p)  a.store(p)     kLanes numbers from p on, in order; p needs no alignment
+//   L::loadInAll(p)            floats that all are the one at p: less work than L(*p) is
 //   loadTwice(p)               Float8, both halves the four floats at p
 //   lane<I>(a)                 the number in a lane of Float4, Int4 or Double2
+//   smallLane<I>(a)            a lane of Int4 that is in 0..65535, as 64 bits; sooner than lane
+//   lowTwoLanes(a)             lanes 0 and 1 of Int4 as one number of 64 bits, lane 0 the lower
 //   gather(table, indices)     table[index] of floats or integers; the indices are not checked
 //
 // Arithmetic, every operation rounded.
 //
 //   a + b  -  *  /  -a         of integers too, which wrap; they have no /
+//   smallProduct(a, b)         of integers in 0..32767: sooner than a * b
 //   min(a, b)  max(a, b)       a < b ? a : b  and  a > b ? a : b, so b where either is NaN
 //   abs  sqrt  floor           of floats and doubles; floor keeps -0, NaN and the infinities
-//   truncated(a)               of floats in 0..2^31, and of no others, a without its fraction: sooner than
-//   floor
-//                              where the processor has no instruction for that
-//   narrowed(a)                doubles rounded to float. Not by casts of plain numbers, which g++ 12 drops:
-//                              Double2(double(float(x)), double(float(y))) becomes Double2(x, y)
+//   truncated(a)               of floats in 0..2^31, and of no others, a without its fraction; for the base
+//                              sooner than floor
+//   narrowed(a)                doubles rounded to float. Casts of plain numbers would not do: g++ 12 makes
+//                              Double2(x, y) of Double2(double(float(x)), double(float(y)))
 //   sumOfLanes(a)              of four floats (0 + 2) + (1 + 3); of two doubles 0 + 1; of twice as many, that
 //                              of lowHalf + highHalf
 //   &  |  ^  ~  <<  >>         of integers; >> keeps the sign, shiftedRightUnsigned(a, bits) brings in zeros
 //   bitsOf(a)  floatOfBits(i)  the bits of floats as integers, and back
-//   keepBits(a, bits)          doubles with the bits that are set in `bits` alone
+//   keepBits(a, bits)          floats or doubles with those bits alone that integers of their size have
+//   setBits(a, bits)           floats with the bits of integers set
+//   flipBits(a, bits)          and changed
 //   lowWords(a)                the lower 32 bits of doubles; those of Double2 twice
 //
 // Comparisons give masks. None with a NaN holds but !=, which does.
@@ -41,6 +46,8 @@
 //   <  <=  >  >=  ==  !=       and, of masks, &  |  ^  !
 //   select(mask, a, b)         a in the lanes where the mask holds, b in the others
 //   a & mask                   a where it holds, 0 elsewhere
+//   blended<Bits>(a, b)        b in the lanes whose bits are set in Bits, else a; of floats and doubles
+//   maskOf(a)                  from integers: -1 where it is to hold, else 0
 //   anyLane  allLanes          whether a mask holds anywhere, everywhere
 //   laneBits(mask)             lane i in bit i
 //
@@ -50,18 +57,25 @@
 //   toDouble(a)                of Float4, Int4
 //   toInt(a)                   truncates; what lies beyond 32 bits, or is NaN, gives the lowest integer
 //   cellIndex(a)               truncates; what lies beyond 32 bits gives the nearest end, what is not finite
-//   0:
-//                              the rule of numeric/cell_index.h
+//                              gives 0: the rule of numeric/cell_index.h
 //   finiteOrZero(a)            0 for what is not finite
 //   fraction(a)                a - floor(a), 0 for what is not finite; in 0..1, for that of a tiny negative
 //                              number is rounded to 1
 //   placeOf(a)                 {cell, fraction}: cellIndex(floor(a)) and fraction(a); not of Double2
 //
-// Order among four lanes; eight floats keep it in either half.
+// Order. What is done with four lanes is done in either half of eight floats.
 //
 //   spread<I>(a)               lane I in all lanes
 //   spreadTwice<I>(a)          lane I of Float4 in all lanes of a Float8
 //   shuffled<A, B, C, D>(a, b) lanes A and B of a, then C and D of b; of floats
+//   shuffled<A, B, C, D>(a)    lanes A, B, C and D; of integers
+//   interleaved(a, b)          lane 0 of a, then of b, and lane 1 of a and of b; of floats
+//   Pickable<L> p = pickable(a)   a Float8 made ready to be picked from; for the base, a Float4 too
+//   picked(p, numbers)         the lanes of p that eight numbers in memory name
+//   pickedOfFour(p, numbers)   the same, for numbers in 0..3 and equal halves of a Float8; sooner
+//
+// Where the sets are best served by different forms, a kernel asks kEightAreTwoRegisters, which holds for the
+// base.
 //
 // Lanes are kept in variables and small structs. g++ leaves an array of them in memory, even where a loop
 // over it is unrolled, which costs more than the lanes gain.

@@ -89,6 +89,7 @@ struct Float8 {
     Float8(Float4 low, Float4 high) : v(_mm256_set_m128(high.v, low.v)) {}
 
     static Float8 load(const float* eight) { return _mm256_loadu_ps(eight); }
+    static Float8 loadInAll(const float* one) { return _mm256_broadcast_ss(one); }
     void store(float* eight) const { _mm256_storeu_ps(eight, v); }
 
     friend Float4 lowHalf(Float8 a) { return _mm256_castps256_ps128(a.v); }

@@ -23,6 +23,7 @@ struct Pair {
     explicit(std::is_same_v<Scalar, bool>) Pair(Scalar all) : low(all), high(all) {}
 
     static Pair load(const Scalar* first) { return {Lanes::load(first), Lanes::load(first + Lanes::kLanes)}; }
+    static Pair loadInAll(const Scalar* one) { return {Lanes::loadInAll(one), Lanes::loadInAll(one)}; }
     void store(Scalar* first) const
     {
         low.store(first);

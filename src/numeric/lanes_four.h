@@ -108,6 +108,7 @@ struct Float4 {
     Float4(float a, float b, float c, float d) : v(_mm_setr_ps(a, b, c, d)) {}
 
     static Float4 load(const float* four) { return _mm_loadu_ps(four); }
+    static Float4 loadInAll(const float* one) { return _mm_load1_ps(one); }
     void store(float* four) const { _mm_storeu_ps(four, v); }
 
     friend Float4 operator+(Float4 a, Float4 b) { return _mm_add_ps(a.v, b.v); }

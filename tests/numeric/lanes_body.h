@@ -6,7 +6,7 @@
 
 namespace nezaiva {
 
-constexpr int kMostRows = 32;
+constexpr int kMostRows = 40;
 
 // Results as bits; of four lanes the first four columns count.
 using FloatRows = float[kMostRows][8];
@@ -77,6 +77,11 @@ void floatRows(const float* a, const float* b, FloatRows& rows)
     placeOf(x).fraction.store(rows[row + 2]);
     truncated(x).store(rows[row + 3]);
     select(x < 1.0f, 2.0f, 3.0f).store(rows[row + 4]);
+    keepBits(x, 0x7f0f0f0f).store(rows[row + 5]);
+    setBits(x, bitsOf(Lanes::load(b))).store(rows[row + 6]);
+    flipBits(x, bitsOf(Lanes::load(b))).store(rows[row + 7]);
+    blended<0b1010>(x, Lanes::load(b)).store(rows[row + 8]);
+    Lanes::loadInAll(b + 1).store(rows[row + 9]);
 }
 
 template <class Lanes>
@@ -119,6 +124,9 @@ void intRows(const std::int32_t* a, const std::int32_t* b, IntRows& rows)
     put(Lanes(1) & (x == y));
     put(Lanes(1) & (x != y));
     put(select(x < y, x, y));
+    put(Lanes(3) & maskOf(-(x & 1)));
+    put(smallProduct(x & 0x7fff, y & 0x7fff));
+    put(shuffled<3, 1, 1, 0>(x));
 }
 
 template <class Lanes>
@@ -128,6 +136,8 @@ void doubleRows(const double* a, const double* b, DoubleRows& rows)
     const int row = realRows(x, Lanes::load(b), rows);
     narrowed(x).store(rows[row]);
     keepBits(x, ~std::int64_t{0xFFFF}).store(rows[row + 1]);
+    blended<0b01>(x, Lanes::load(b)).store(rows[row + 2]);
+    blended<0b10>(x, Lanes::load(b)).store(rows[row + 3]);
 }
 
 inline void doubleToIntRows(const double* a, IntRows& rows)
@@ -147,6 +157,7 @@ inline void doubleToIntRows(const double* a, IntRows& rows)
 
 inline void orderRows(const float* a, const float* b, FloatRows& rows)
 {
+    double doubles[4];
     const Float4 x = Float4::load(a);
     const Float4 y = Float4::load(b);
     spread<2>(x).store(rows[0]);
@@ -165,6 +176,19 @@ inline void orderRows(const float* a, const float* b, FloatRows& rows)
     shuffled<3, 1, 2, 0>(both, Float8(highHalf(both), lowHalf(both))).store(rows[9]);
     loadTwice(a).store(rows[10]);
     spreadTwice<3>(x).store(rows[11]);
+    interleaved(x, y).store(rows[12]);
+    interleaved(both, Float8(y, x)).store(rows[13]);
+    blended<0b11000110>(both, Float8(y, x)).store(rows[14]);
+    constexpr std::int32_t kNumbers[8] = {7, 0, 3, 3, 5, 1, 2, 6};
+    picked(pickable(both), kNumbers).store(rows[15]);
+    constexpr std::int32_t kOfFour[8] = {3, 0, 1, 1, 2, 2, 0, 3};
+    pickedOfFour(pickable(Float8(x, x)), kOfFour).store(rows[16]);
+    const Int4 whole = toInt(x);
+    const float lowTwo = lowTwoLanes(whole) == (std::uint64_t{1} << 32) ? 1.0f : 0.0f;
+    Float4(static_cast<float>(smallLane<3>(whole)), static_cast<float>(smallLane<1>(whole)), lowTwo, 0.0f)
+        .store(rows[17]);
+    blended<0b1000>(Double4(Double2(0.0, 1.0), Double2(2.0, 3.0)), Double4(7.0)).store(doubles);
+    toFloat(Double4::load(doubles)).store(rows[18]);
 }
 
 inline void laneSums(const float* floats, const double* doubles, float (&two)[2], double (&alsoTwo)[2])

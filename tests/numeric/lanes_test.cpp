@@ -176,7 +176,8 @@ std::vector<std::int32_t> plainInts(std::int32_t a, std::int32_t b)
             wrapped(x >> 5), std::min(a, b),
             std::max(a, b),  a<b, a <= b, a> b,
             a >= b,          a == b,
-            a != b,          std::min(a, b)};
+            a != b,          std::min(a, b),
+            (a & 1) * 3,     (a & 0x7fff) * (b & 0x7fff)};
 }
 
 } // namespace
@@ -214,6 +215,9 @@ TEST(Lanes, IntegersActLikePlainOnes)
                         for (std::size_t row = 0; row < expected.size(); ++row)
                             ASSERT_EQ(rows[row][lane], expected[row])
                                 << "row " << row << " of " << numbers[i + lane] << ", " << numbers[j + lane];
+                        constexpr std::size_t kShuffled[] = {3, 1, 1, 0};
+                        ASSERT_EQ(rows[expected.size()][lane],
+                                  numbers[i + lane / 4 * 4 + kShuffled[lane % 4]]);
                     }
                 }
 }
@@ -250,6 +254,15 @@ TEST(Lanes, FloatsBecomeCellsByTheRuleForOneNumber)
                         EXPECT_EQ(floats[kBehindReals + 3][lane], std::floor(a[lane])) << a[lane];
                     }
                     EXPECT_EQ(floats[kBehindReals + 4][lane], a[lane] < 1.0f ? 2.0f : 3.0f) << a[lane];
+                    const auto otherBits = std::bit_cast<std::int32_t>(b[lane]);
+                    const auto resultBits = [&](int row) {
+                        return std::bit_cast<std::int32_t>(floats[kBehindReals + row][lane]);
+                    };
+                    EXPECT_EQ(resultBits(5), bits & 0x7f0f0f0f);
+                    EXPECT_EQ(resultBits(6), bits | otherBits);
+                    EXPECT_EQ(resultBits(7), bits ^ otherBits);
+                    EXPECT_EQ(resultBits(8), lane == 1 || lane == 3 ? otherBits : bits);
+                    EXPECT_EQ(resultBits(9), std::bit_cast<std::int32_t>(b[1]));
                 }
             }
 }
@@ -298,6 +311,9 @@ TEST(Lanes, DoublesAreNarrowedAndMasked)
                     EXPECT_TRUE(sameBits(rows[kBehindReals][lane], static_cast<double>(narrow))) << a;
                     const std::int64_t bits = std::bit_cast<std::int64_t>(a) & ~std::int64_t{0xFFFF};
                     EXPECT_EQ(std::bit_cast<std::int64_t>(rows[kBehindReals + 1][lane]), bits) << a;
+                    const double b = operands.b[first + lane];
+                    EXPECT_TRUE(sameBits(rows[kBehindReals + 2][lane], lane == 0 ? b : a));
+                    EXPECT_TRUE(sameBits(rows[kBehindReals + 3][lane], lane == 1 ? b : a));
                 }
             }
 }
@@ -306,26 +322,39 @@ TEST(Lanes, KeepAndChangeTheirOrder)
 {
     const float a[] = {0, 1, 2, 3};
     const float b[] = {4, 5, 6, 7};
-    constexpr float kExpected[12][8] = {
-        {2, 2, 2, 2},
-        {3, 1, 6, 4},
-        {0, 1, 2, 3},
-        {3, 2, 1, 0},
-        {1, 1, 1, 1},
-        {1, 1, 2, 2},
-        {2, 2, 2, 2},
-        {2, 1, 0, 1},
-        {2, 2, 2, 2, 6, 6, 6, 6},
-        {3, 1, 6, 4, 7, 5, 2, 0},
-        {0, 1, 2, 3, 0, 1, 2, 3},
-        {3, 3, 3, 3, 3, 3, 3, 3},
+    constexpr bool kFour = false;
+    constexpr bool kEight = true;
+    struct Row {
+        bool eight;
+        float lanes[8];
+    };
+    constexpr Row kExpected[] = {
+        {kFour, {2, 2, 2, 2}},
+        {kFour, {3, 1, 6, 4}},
+        {kFour, {0, 1, 2, 3}},
+        {kFour, {3, 2, 1, 0}},
+        {kFour, {1, 1, 1, 1}},
+        {kFour, {1, 1, 2, 2}},
+        {kFour, {2, 2, 2, 2}},
+        {kFour, {2, 1, 0, 1}},
+        {kEight, {2, 2, 2, 2, 6, 6, 6, 6}},
+        {kEight, {3, 1, 6, 4, 7, 5, 2, 0}},
+        {kEight, {0, 1, 2, 3, 0, 1, 2, 3}},
+        {kEight, {3, 3, 3, 3, 3, 3, 3, 3}},
+        {kFour, {0, 4, 1, 5}},
+        {kEight, {0, 4, 1, 5, 4, 0, 5, 1}},
+        {kEight, {0, 5, 6, 3, 4, 5, 2, 3}},
+        {kEight, {7, 0, 3, 3, 5, 1, 2, 6}},
+        {kEight, {3, 0, 1, 1, 2, 2, 0, 3}},
+        {kFour, {3, 1, 1, 0}},
+        {kFour, {0, 1, 2, 7}},
     };
     for (const LanesUnderTest* set : sets()) {
         FloatRows rows;
         set->order(a, b, rows);
-        for (int row = 0; row < 12; ++row)
-            for (int lane = 0; lane < (row < 8 ? 4 : 8); ++lane)
-                EXPECT_EQ(rows[row][lane], kExpected[row][lane]) << row << ", " << lane;
+        for (std::size_t row = 0; row < std::size(kExpected); ++row)
+            for (int lane = 0; lane < (kExpected[row].eight ? 8 : 4); ++lane)
+                EXPECT_EQ(rows[row][lane], kExpected[row].lanes[lane]) << row << ", " << lane;
     }
 }
 

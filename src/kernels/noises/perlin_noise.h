@@ -1,4 +1,16 @@
-// Gradient noise in three dimensions on a grid of period 256, with its own permutation and gradients.
+// Gradient noise (Perlin 1985, with the fade of 2002) in three dimensions on a grid of period 256, with its
+// own permutation and gradients.
+//
+// For a coordinate x, as a float,
+//
+//     cell = floor(x)      near = x - cell      far = x - (cell + 1)      fade = near^3 ((6 near - 15) near +
+//     10)
+//
+// where the cell is trunc(x - 1 + 1e-9) for a negative x, so that what lies within 1e-9 of 0 stays in cell 0.
+// The corner (i, j, k) of a point's cell has the unit vector g of the row (i + perm[j + perm[k]]) of the
+// gradient table, each sum modulo 256, and the value of the dot product of g with the point's distances to
+// that corner. The noise interpolates the eight values linearly, along x, y and z by their fades. All of this
+// is in double precision.
 //
 // All evaluation reads constants and runs on any thread at once. The results are the same bits with
 // every instruction set. A coordinate that is not finite counts as 0.
@@ -32,8 +44,13 @@ double gradientNoise3(float x, float y, float z);
 // gradientNoise3 when the distances along z are dropped.
 double gradientNoise2(float x, float y);
 
-// The octaves of gradientNoise3 that `params` describes, divided by the sum of their amplitudes. The
-// arithmetic is in double precision. Without octaves the result is NaN.
+// Octaves of gradientNoise3, in double precision:
+//
+//     sum of a_i n(F x l^i, F y l^i, F z l^i) / sum of a_i      a_i = (persistence / amplitudeDivisor)^i
+//
+// with F the frequency and l the lacunarity of `params`, and n the noise or, with absoluteOctaves, its
+// magnitude. Of kinds but 1 to 3 the upper sum is 0; kind 2 and absoluteOctaves take its magnitude. Without
+// octaves the result is NaN.
 float perlinFractalSum(const NoiseParams& params, double x, double y, double z);
 
 class PerlinNoise {

@@ -83,10 +83,10 @@ inline float simplexOne(float x, float y)
     const Float4 terms =
         contribution(cell.hashes, cell.dx + Float4(0.0f, kBesideCorner, kFarCorner, -kSimplexUnskew),
                      cell.dy + Float4(0.0f, -kSimplexUnskew, kFarCorner, kBesideCorner));
-    // Of the two corners beside the first one counts: that along x above the diagonal, else that along y.
+    // Of the two corners beside the first one counts, (1, 0) or (0, 1).
     const Float4 crossed = shuffled<1, 0, 3, 2>(terms, terms);
-    const bool above = lane<0>(cell.dy) > lane<0>(cell.dx);
-    const float middle = above ? lane<0>(crossed) : lane<2>(crossed);
+    const bool alongX = lane<0>(cell.dy) > lane<0>(cell.dx);
+    const float middle = alongX ? lane<0>(crossed) : lane<2>(crossed);
     return (lane<0>(terms) + middle + lane<2>(terms)) * kSimplexStrength;
 }
 
@@ -105,11 +105,11 @@ inline Float4 simplexFour(Float4 x, Float4 y)
     const Float4 dx = (ix - unskew) - px;
     const Float4 dy = (iy - unskew) - py;
 
-    const Mask4 above = dy > dx;
+    const Mask4 alongX = dy > dx;
     const Float4 first = contribution(a * b, dx, dy);
     const Float4 middle =
-        contribution(select(above, b * c, a * d), dx + select(above, kBesideCorner, -kSimplexUnskew),
-                     dy + select(above, -kSimplexUnskew, kBesideCorner));
+        contribution(select(alongX, b * c, a * d), dx + select(alongX, kBesideCorner, -kSimplexUnskew),
+                     dy + select(alongX, -kSimplexUnskew, kBesideCorner));
     const Float4 last = contribution(c * d, dx + kFarCorner, dy + kFarCorner);
     return (first + middle + last) * kSimplexStrength;
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "kernels/noises/volume/volume_billow_motion.h"
+#include "kernels/noises/volume/volume_constants.h"
 
 namespace nezaiva {
 namespace {
@@ -102,7 +103,7 @@ struct Course {
 // Places the next octaves, an even number, and moves on behind them.
 inline void placeOctaves(Course& course, int octaves, Places& places)
 {
-    const Float4 step = Float4(0.021f, 0.33f, 0.011f, 0.0f);
+    const Float4 step = Float4::load(kBlobAndWaveShifts);
     for (int octave = 0; octave < octaves; octave += 2) {
         const Float4 shift = course.shift + step;
         course.shift = shift + step;

@@ -2,6 +2,7 @@
 // octaves; else eight waves of an octave are eight lanes. A wave or three are taken one by one.
 #pragma once
 
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_cosine_thin.h"
 #include "kernels/noises/volume/volume_kernels.h"
 #include "kernels/noises/volume/volume_trig_body.h"
@@ -189,9 +190,9 @@ inline float packedCosine3d(PackedSum& packed, const VolumeTables& tables, const
     const auto along = [&](float start, int axis) {
         return start * factor + Float8::load(tables.waveShifts[axis]);
     };
-    const Pickable<Float8> x = pickable(along(px - 0.021f, 0));
-    const Pickable<Float8> y = pickable(along(py - 0.33f, 1));
-    const Pickable<Float8> z = pickable(along(pz - 0.011f, 2) * twoPi);
+    const Pickable<Float8> x = pickable(along(px - kBlobAndWaveShifts[0], 0));
+    const Pickable<Float8> y = pickable(along(py - kBlobAndWaveShifts[1], 1));
+    const Pickable<Float8> z = pickable(along(pz - kBlobAndWaveShifts[2], 2) * twoPi);
     const Pickable<Float8> turn = pickable(times * kPi);
     const PackedWaves& waves = packed.waves;
     const auto angles = [&](int at) {
@@ -235,7 +236,7 @@ float cosine3d(Waves& waves, const CosineVolume& noise, float px, float py, floa
     const auto count = static_cast<float>(waveCount(noise));
     const float growth = growthOf(fractal);
     const float timeGrowth = rootOf(growth);
-    const Float4 step(0.021f, 0.33f, 0.011f, 0.0f);
+    const Float4 step = Float4::load(kBlobAndWaveShifts);
     const Float4 start = Float4(px, py, pz, 0.0f) - step;
     Float4 shift = 0.0f;
     float factor = 1.0f;
@@ -261,7 +262,7 @@ float cosine3d(Waves& waves, const CosineVolume& noise, float px, float py, floa
         factor *= growth;
         time *= timeGrowth;
     }
-    const float r = fractal.inflection ? fractal.threshold + sum * 2.3f * fractal.amplitude / norm
+    const float r = fractal.inflection ? fractal.threshold + sum * kFoldedWaves * fractal.amplitude / norm
                                        : fractal.threshold + 0.5f + sum * fractal.amplitude / norm;
     return r > 1.0f ? 1.0f : r;
 }

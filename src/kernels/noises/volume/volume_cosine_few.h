@@ -15,11 +15,11 @@ namespace {
 // A lane for each of four octaves; twice, where eight lanes are one register, from which waves pick theirs.
 using Levels = std::conditional_t<kEightAreTwoRegisters, Float4, Float8>;
 
-inline Float4 once(Float4 levels)
+inline Float4 fourOf(Float4 levels)
 {
     return levels;
 }
-inline Float4 once(Float8 levels)
+inline Float4 fourOf(Float8 levels)
 {
     return lowHalf(levels);
 }
@@ -64,7 +64,7 @@ inline Levels powersOf(const WaveConstants& k, Levels ratio)
 // The turns of time in the octaves.
 inline Levels turnsOf(const WaveConstants& k, const VolumeFractal& fractal, float time)
 {
-    const Levels growth = sqrt(Levels(fractal.frequencyRatio));
+    const Levels growth = sqrt(Levels::loadInAll(&fractal.frequencyRatio));
     return seriesFrom(k, time, growth) * Levels::load(k.pi);
 }
 
@@ -104,9 +104,10 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, con
     if (few == nullptr) return manyCosine3d(tables, noise, p.x, p.y, p.z, time);
     const VolumeFractal& fractal = noise.fractal;
     const WaveConstants& k = tables.waveConstants;
-    const Levels factors = powersOf(k, fractal.frequencyRatio);
-    const auto along = [&](float coordinate, int axis) {
-        return (coordinate - Levels::load(k.start[axis])) * factors + Levels::load(k.shifts[axis]);
+    const Levels factors = powersOf(k, Levels::loadInAll(&fractal.frequencyRatio));
+    const auto along = [&](const float& coordinate, int axis) {
+        return (Levels::loadInAll(&coordinate) - Levels::load(k.start[axis])) * factors +
+               Levels::load(k.shifts[axis]);
     };
     const Pickable<Levels> turn = pickable(turnsOf(k, fractal, time));
     const Pickable<Levels> x = pickable(along(p.x, 0));
@@ -121,11 +122,11 @@ inline float cosine3d(const VolumeTables& tables, const CosineVolume& noise, con
                Float8::load(waves.y + at) * pickedOfFour(y, level) * twoPi +
                Float8::load(waves.z + at) * pickedOfFour(z, level);
     };
-    const Levels amplitudes = powersOf(k, fractal.ratio);
+    const Levels amplitudes = powersOf(k, Levels::loadInAll(&fractal.ratio));
     const FewSum waveSum = weightedSum(k, *few, amplitudes, angles(0), angles(8));
     if (!waveSum.holds) [[unlikely]]
         return manyCosine3d(tables, noise, p.x, p.y, p.z, time);
-    const float norm = sumOfLanes(once(amplitudes) & maskOf(Int4::load(few->levels)));
+    const float norm = sumOfLanes(fourOf(amplitudes) & maskOf(Int4::load(few->levels)));
     // The divisor is known before the sum, so that this waits for no division.
     const float scale = fractal.amplitude / (norm * few->count);
     const float r = fractal.threshold + 0.5f + waveSum.sum * scale;
@@ -139,7 +140,7 @@ inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, flo
     if (few == nullptr) return manyCosine2d(tables, noise, px, py, time);
     const VolumeFractal& fractal = noise.fractal;
     const WaveConstants& k = tables.waveConstants;
-    const Levels growth = fractal.frequencyRatio;
+    const Levels growth = Levels::loadInAll(&fractal.frequencyRatio);
     const Pickable<Levels> turn = pickable(turnsOf(k, fractal, time));
     const Pickable<Levels> x = pickable(seriesFrom(k, px, growth));
     const Pickable<Levels> y = pickable(seriesFrom(k, py, growth));
@@ -151,7 +152,7 @@ inline float cosine2d(const VolumeTables& tables, const CosineVolume& noise, flo
                Float8::load(waves.x + at) * pickedOfFour(x, level) * twoPi +
                Float8::load(waves.y + at) * pickedOfFour(y, level) * twoPi;
     };
-    const Levels amplitudes = powersOf(k, fractal.ratio);
+    const Levels amplitudes = powersOf(k, Levels::loadInAll(&fractal.ratio));
     const FewSum waveSum = weightedSum(k, *few, amplitudes, angles(0), angles(8));
     if (!waveSum.holds) [[unlikely]]
         return manyCosine2d(tables, noise, px, py, time);

@@ -2,14 +2,12 @@
 // than the plain formula.
 #pragma once
 
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_kernels.h"
 #include "kernels/noises/volume/volume_trig_body.h"
 
 namespace nezaiva {
 namespace {
-
-constexpr float kPi = 3.1415927f;
-constexpr float kTwoPi = 6.2831855f;
 
 inline float growthOf(const VolumeFractal& fractal)
 {
@@ -61,9 +59,9 @@ inline float thinCosine3d(const VolumeTables& tables, const CosineVolume& noise,
     float sum = 0.0f;
     float norm = 0.0f;
     for (int level = 0; level < fractal.depthMax; ++level) {
-        const float x = (px - 0.021f) * factor + tables.waveShifts[0][level];
-        const float y = (py - 0.33f) * factor + tables.waveShifts[1][level];
-        const float z = ((pz - 0.011f) * factor + tables.waveShifts[2][level]) * kTwoPi;
+        const float x = (px - kBlobAndWaveShifts[0]) * factor + tables.waveShifts[0][level];
+        const float y = (py - kBlobAndWaveShifts[1]) * factor + tables.waveShifts[1][level];
+        const float z = ((pz - kBlobAndWaveShifts[2]) * factor + tables.waveShifts[2][level]) * kTwoPi;
         const float turn = time * kPi;
         const auto angle = [&](const WaveLevel& waves, int wave) {
             return waves.phase[wave] + turn + waves.x[wave] * x * kTwoPi + waves.y[wave] * y * kTwoPi +
@@ -76,7 +74,8 @@ inline float thinCosine3d(const VolumeTables& tables, const CosineVolume& noise,
         time *= timeGrowth;
     }
     const float mean = sum * fractal.amplitude / (norm * static_cast<float>(count));
-    const float r = fractal.inflection ? fractal.threshold + mean * 2.3f : fractal.threshold + 0.5f + mean;
+    const float r =
+        fractal.inflection ? fractal.threshold + mean * kFoldedWaves : fractal.threshold + 0.5f + mean;
     return r > 1.0f ? 1.0f : r;
 }
 

@@ -3,6 +3,7 @@
 #include "kernels/noises/volume/volume_noise.h"
 
 #include "kernels/noises/lattice_noise.h"
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_kernels.h"
 #include "numeric/simd_dispatch.h"
 
@@ -74,12 +75,12 @@ float evalCosine2d(const CosineVolume& noise, float x, float y, float time)
 float perlinLevel3d(const PerlinVolume& noise, VolumePoint point, float time, int level)
 {
     if (noise.spaceTime || noise.timeNoise) {
-        const float w = noise.spaceTime ? time * 0.1f : time;
+        const float w = noise.spaceTime ? time * kSpaceTimeRate : time;
         return latticeNoise4(wide(point.x), wide(point.y), wide(point.z), wide(w), noise.timePeriod);
     }
     float direction[4];
     volumeDirection3d(activeNoiseTables(), level, direction);
-    const float s = 0.0625f * time + static_cast<float>(level) * 0.5f;
+    const float s = kDriftRate * time + static_cast<float>(level) * kDriftOfLevel;
     return latticeNoise3(wide(point.x + direction[0] * s), wide(point.y + direction[1] * s),
                          wide(point.z + s * direction[2]));
 }
@@ -87,10 +88,10 @@ float perlinLevel3d(const PerlinVolume& noise, VolumePoint point, float time, in
 // Kept as is: timeNoise has no branch here; in two dimensions only the wispy form knows it.
 float perlinLevel2d(const PerlinVolume& noise, float x, float y, float time, int level)
 {
-    if (noise.spaceTime) return latticeNoise3(wide(x), wide(y), wide(time * 0.1f));
+    if (noise.spaceTime) return latticeNoise3(wide(x), wide(y), wide(time * kSpaceTimeRate));
     float direction[4];
     volumeDirection2d(activeNoiseTables(), level, direction);
-    const float s = time * 0.0625f + static_cast<float>(level) * 0.5f;
+    const float s = time * kDriftRate + static_cast<float>(level) * kDriftOfLevel;
     return latticeNoise2(wide(x + direction[0] * s), wide(y + direction[1] * s));
 }
 

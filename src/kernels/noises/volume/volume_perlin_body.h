@@ -4,6 +4,7 @@
 // advance. Those of the wispy form are not: volume_wispy_body.h.
 #pragma once
 
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_octaves_body.h"
 #include "kernels/noises/volume/volume_wispy_body.h"
 
@@ -40,10 +41,10 @@ struct OctaveWalk {
     Float4 shift = 0.0f;
     int level = 0;
 
-    // time * rate + level * 0.5 along the level's direction.
-    Float4 drift(Float4 direction, float rate) const
+    // Along the level's direction, with time and from level to level.
+    Float4 drift(Float4 direction) const
     {
-        return direction * (spread<3>(point) * rate + static_cast<float>(level) * 0.5f);
+        return direction * (spread<3>(point) * kDriftRate + static_cast<float>(level) * kDriftOfLevel);
     }
     Float4 shifted()
     {
@@ -97,11 +98,11 @@ template <class Directions>
 float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, const Directions& directions, float x,
                float y, float z, float time)
 {
-    const OctaveWalk<Directions> walk{directions, Float4(x, y, z, time), Float4(0.02f, 0.3f, 0.01f, 0.0f),
+    const OctaveWalk<Directions> walk{directions, Float4(x, y, z, time), Float4::load(kPerlinShifts3d),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
     const VolumeFractal& fractal = noise.fractal;
     if (noise.spaceTime || noise.timeNoise) {
-        const Float4 rate = Float4(1.0f, 1.0f, 1.0f, noise.spaceTime ? 0.1f : 1.0f);
+        const Float4 rate = Float4(1.0f, 1.0f, 1.0f, noise.spaceTime ? kSpaceTimeRate : 1.0f);
         const auto position = [&](auto& octave) {
             const Float4 place = octave.shifted() * rate;
             octave.grow();
@@ -110,7 +111,7 @@ float perlin3d(const VolumeTables& tables, const PerlinVolume& noise, const Dire
         return sumPairs(fractal, 1.0f, walk, position, AnimatedOctaves{*tables.noise, noise.timePeriod});
     }
     const auto position = [](auto& octave) {
-        const Float4 drift = octave.drift(octave.directions(octave.level), 0.0625f);
+        const Float4 drift = octave.drift(octave.directions(octave.level));
         const Float4 place = octave.shifted() + drift;
         octave.grow();
         return place;
@@ -122,11 +123,11 @@ template <class Directions>
 float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, const Directions& directions, float x,
                float y, float time)
 {
-    const OctaveWalk<Directions> walk{directions, Float4(x, y, 0.0f, time), Float4(0.02f, 0.3f, 0.0f, 0.0f),
+    const OctaveWalk<Directions> walk{directions, Float4(x, y, 0.0f, time), Float4::load(kPerlinShifts2d),
                                       octaveGrowth(noise.fractal.frequencyRatio)};
     const VolumeFractal& fractal = noise.fractal;
     if (noise.spaceTime) {
-        const Float4 rate = Float4(1.0f, 1.0f, 1.0f, 0.1f);
+        const Float4 rate = Float4(1.0f, 1.0f, 1.0f, kSpaceTimeRate);
         const auto position = [&](auto& octave) {
             const Float4 place = timeAsThird(octave.shifted() * rate);
             octave.grow();
@@ -137,7 +138,7 @@ float perlin2d(const VolumeTables& tables, const PerlinVolume& noise, const Dire
     }
     // Kept as is: timeNoise has no branch here; in two dimensions only the wispy form knows it.
     const auto position = [](auto& octave) {
-        const Float4 drift = octave.drift(octave.directions(octave.level), 0.0625f);
+        const Float4 drift = octave.drift(octave.directions(octave.level));
         const Float4 place = octave.shifted() + drift;
         octave.grow();
         return place;

@@ -1,5 +1,6 @@
 #include "kernels/noises/volume/volume_tables.h"
 
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_trig.h"
 
 #include <cmath>
@@ -8,9 +9,6 @@
 namespace nezaiva {
 
 namespace {
-
-constexpr float kPi = 3.1415927f;
-constexpr float kTwoPi = 6.2831855f;
 
 // The first usable direction at index or behind it, index being left there. The tables have no
 // vector without length; the count only makes sure that the search ends.
@@ -71,15 +69,13 @@ void packWaves(const WaveLevel* levels, int count, PackedWaves& packed)
     }
 }
 
-constexpr float kWaveShifts[] = {0.021f, 0.33f, 0.011f}; // on each axis, in each octave again
-
 // The shifts grow from octave to octave before they are used, and are rounded each time.
 void fillWaveShifts(float (*shifts)[kPackedLevels])
 {
     for (int axis = 0; axis < 3; ++axis) {
         float shift = 0.0f;
         for (int level = 0; level < kPackedLevels; ++level)
-            shifts[axis][level] = shift += kWaveShifts[axis];
+            shifts[axis][level] = shift += kBlobAndWaveShifts[axis];
     }
 }
 
@@ -109,7 +105,7 @@ void fillWaveConstants(const VolumeTables& tables, WaveConstants& constants)
         constants.ones[lane] = 1.0f;
         constants.oneOfFour[lane] = lane % 4 == 0 ? 1.0f : 0.0f;
         for (int axis = 0; axis < 3; ++axis) {
-            constants.start[axis][lane] = kWaveShifts[axis];
+            constants.start[axis][lane] = kBlobAndWaveShifts[axis];
             constants.shifts[axis][lane] = tables.waveShifts[axis][lane % 4];
         }
     }

@@ -10,6 +10,7 @@
 // The chain is short because a point's cell is guessed before the point is known, see placeNear.
 #pragma once
 
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_octaves_body.h"
 
 namespace nezaiva {
@@ -64,10 +65,6 @@ struct ComputedWispyLevels {
         return level;
     }
 };
-
-constexpr float kWispyNarrowing = 0.1f;
-constexpr float kWispyDriftRate = 0.01875f;
-constexpr float kWispyWarp = 0.3125f;
 
 // (time * rate + level / 2) along the direction; the halves of the level and of the direction cancel.
 inline Float4 wispyDrift(const WispyLevel& level, Float4 point)

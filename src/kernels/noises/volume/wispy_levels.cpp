@@ -1,5 +1,6 @@
 #include "kernels/noises/volume/wispy_levels.h"
 
+#include "kernels/noises/volume/volume_constants.h"
 #include "kernels/noises/volume/volume_tables.h"
 
 namespace nezaiva {
@@ -41,12 +42,12 @@ void fillWispyLevels(const NoiseTables& noise, WispyLevels& levels)
 
 void nextWispyLevel3d(const NoiseTables& noise, WispyLevel& level)
 {
-    moveOn(level, {0.02f, 0.3f, 0.01f, 0.0f}, volumeDirection3d, noise);
+    moveOn(level, kPerlinShifts3d, volumeDirection3d, noise);
 }
 
 void nextWispyLevel2d(const NoiseTables& noise, WispyLevel& level)
 {
-    moveOn(level, {0.02f, 0.3f, 0.0f, 0.0f}, volumeDirection2d, noise);
+    moveOn(level, kPerlinShifts2d, volumeDirection2d, noise);
 }
 
 } // namespace nezaiva
