@@ -1,13 +1,14 @@
 // What the GPU text of expression nodes costs: parsing a colour correction's expressions, writing one
-// node's source, and the sources of a scene of 10,000 colour corrections, whose goal is less than 2 seconds
-// on one thread. The texts are read before anything is timed; the scene's time stands at the end.
+// node's source, that of 10,000 colour corrections each of which is the next one's input, and the sources of
+// a scene of 10,000 that stand alone, whose goal is less than 2 seconds on one thread. The texts are read
+// before anything is timed; the scene's time stands at the end.
 
 #include "host/gpu/host_gpu.h"
 #include "host/gpu/source_reader.h"
 #include "plugin_frame/lib_desc.h"
 #include "support/host_doubles.h"
 #include "support/test_textures.h"
-#include "textures/expr/parser.h"
+#include "textures/expr/lisp_parser.h"
 
 #include <benchmark/benchmark.h>
 
@@ -82,7 +83,16 @@ public:
             bytes += textOf(source).size();
         return bytes;
     }
-    std::string firstText() const { return textOf(sources.front()); }
+    std::string lastText() const { return textOf(sources.back()); }
+    // Makes each node the input colour of the next.
+    void chainUp()
+    {
+        for (std::size_t i = 1; i < plugins.size(); ++i) {
+            auto* life = support::interfaceOf<OmbrixPluginInterface>(plugins[i], EXT_OMBRIX_PLUGIN);
+            set(*life, "in_color", plugins[i - 1]);
+            life->frameBegin(&renderer);
+        }
+    }
 
 private:
     static void connect(OmbrixPluginInterface& life, Inputs& inputs)
@@ -116,7 +126,7 @@ void checkText(const Scene& scene, std::size_t slots)
 {
     ombrix::SourceReaderOptions options;
     options.isForeign = [](std::string_view line) { return line.ends_with(" MaterialDescriptor"); };
-    const ombrix::SourceReading reading = ombrix::readSource(scene.firstText(), options);
+    const ombrix::SourceReading reading = ombrix::readSource(scene.lastText(), options);
     for (const ombrix::SourceProblem& problem : reading.problems)
         if (problem.weight == ombrix::SourceProblem::Weight::Error)
             std::fprintf(stderr, "%s\n", ombrix::problemText(problem).c_str());
@@ -156,6 +166,8 @@ int main(int argc, char** argv)
 
     Inputs inputs;
     const Scene unset(1, nullptr), connected(1, &inputs), scene(kSceneNodes, &inputs);
+    Scene chain(kSceneNodes, nullptr);
+    chain.chainUp();
     // Unset: (+ (* (hsv2rgb (manip (manip (manip (rgb2hsv in) hueShift) satGain) valGain)) colGain)
     // colOffset), and the variable "clamped", which stands once after folding: 6 symbols and 7 operators.
     checkText(unset, 13);
@@ -163,6 +175,8 @@ int main(int argc, char** argv)
     // clampMin, clampMax, clamp and if: 41 slots. It stands first, then shouldPremultiply, a repetition, a,
     // manip, a repetition, if and the end.
     checkText(connected, 48);
+    // The first slot of each holds the source of the one before it.
+    checkText(chain, kSceneNodes * (13 - 1) + 1);
 
     benchmark::RegisterBenchmark("parse", parseExpressions);
     const auto write = [](const Scene& written) {
@@ -173,6 +187,10 @@ int main(int argc, char** argv)
     };
     benchmark::RegisterBenchmark("node/unset", write(unset));
     benchmark::RegisterBenchmark("node/connected", write(connected));
+    benchmark::RegisterBenchmark("chain/unset", [&chain](benchmark::State& state) {
+        for (auto _ : state)
+            benchmark::DoNotOptimize(chain.lastText().size());
+    })->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("scene/connected", write(scene))->Unit(benchmark::kMillisecond);
 
     ShortestReporter reporter;

@@ -1,8 +1,8 @@
 #include "fuzz/expr_exercise.h"
 
 #include "textures/expr/gpu_source_helper.h"
+#include "textures/expr/lisp_parser.h"
 #include "textures/expr/mirror_visitor.h"
-#include "textures/expr/parser.h"
 
 #include "support/test_textures.h"
 #include "support/text_sink.h"
@@ -23,7 +23,7 @@ std::string exerciseTree(std::string_view text)
     Node* root = parser.getRoot();
     if (!root) return "a root is null";
     MirrorVisitor visitor;
-    const std::unique_ptr<Node> copy(visitor.mirror(*root));
+    const std::unique_ptr<Node> copy = visitor.mirror(*root);
     if (copy->toString() != root->toString()) return "a copy prints otherwise";
     if (copy->compare(*root) != 0) return "a copy compares otherwise";
     LispParser again(expr_test::reprint(*root));

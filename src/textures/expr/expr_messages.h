@@ -8,9 +8,10 @@ namespace nezaiva::expr {
 
 inline constexpr char kUnableToParse[] = "Unable to parse expression";
 inline constexpr char kExpectedClosing[] = "Expected ')', got";
+inline constexpr char kNestedTooDeep[] = "Expression nested deeper than 100 forms"; // kDeepestNesting
 inline constexpr char kDifferentTypes[] = "Unable to compare nodes of different types";
 inline constexpr char kCallFailed[] = "Error while calling ";
-// Kept as is: the count follows without a blank.
+// Kept as is: the count follows without a blank (GpuExpression.ManipWithFewerThanTwoArgumentsFails).
 inline constexpr char kManipArguments[] = "(manip) expects at least 2 arguments, got";
 inline constexpr char kUndefinedVariable[] = "Undefined variable '";
 inline constexpr char kVariableSyntax[] = "Syntax error in variable ";

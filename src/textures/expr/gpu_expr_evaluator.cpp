@@ -17,7 +17,8 @@ struct Builtin {
 };
 
 // In order of registration; a later one replaces an earlier one of its name.
-// Kept as is: "/" stands twice, so operand 3 is never written.
+// Kept as is: "/" stands twice, so operand 3 is never written
+// (GpuExpression.EveryBuiltinHasItsOpcodeAndOperand).
 constexpr Builtin kBuiltins[] = {
     {"abs", -944, 0},     {"clamp", -951, 0},     {"facingRatio", -971, 4}, {"hsv2rgb", -965, 0},
     {"if", -948, 0},      {"intensity", -973, 1}, {"lerp", -945, 0},        {"luminance", -973, 2},
@@ -28,51 +29,29 @@ constexpr Builtin kBuiltins[] = {
 };
 
 // Kept as is: no variable has this type, the kind being spelt "expression". So a symbol that only the
-// expressions of variables use does not count, and its variable is not hoisted.
+// expressions of variables use does not count, and its variable is not hoisted: the slots of every source
+// depend on it (GpuExpression.ASymbolRepeatedOnlyInVariablesIsNotHoisted).
 constexpr char kCountedVariable[] = "expressions";
 
 constexpr std::int32_t kHoistedUses = 2;
 
 } // namespace
 
-GPUVariable* findVariable(const VariableVector& variables, std::string_view name)
-{
-    for (Variable* variable : variables)
-        if (variable->name == name) return static_cast<GPUVariable*>(variable);
-    return nullptr;
-}
-
 GPUExpressionEvaluator::GPUExpressionEvaluator()
 {
     for (const Builtin& builtin : kBuiltins)
-        addFunction(builtin.name, new GPUCommonFunction(builtin.opcode, builtin.operand));
-    addFunction("manip", new ManipFunction);
+        addFunction(builtin.name, std::make_unique<GPUCommonFunction>(builtin.opcode, builtin.operand));
+    addFunction("manip", std::make_unique<ManipFunction>());
 }
 
-GPUExpressionEvaluator::~GPUExpressionEvaluator()
+void GPUExpressionEvaluator::addFunction(std::string_view name, std::unique_ptr<GPUFunction> function)
 {
-    for (Variable* variable : variables)
-        delete variable;
-    for (const auto& [name, function] : functions)
-        delete function;
+    functions[HostString(name)] = std::move(function);
 }
 
-void GPUExpressionEvaluator::addFunction(std::string_view name, GPUFunction* function)
+void GPUExpressionEvaluator::addVariable(std::unique_ptr<GPUVariable> variable)
 {
-    GPUFunction*& registered = functions[HostString(name)];
-    delete registered;
-    registered = function;
-}
-
-void GPUExpressionEvaluator::addVariable(GPUVariable* variable)
-{
-    if (!variable) return;
-    const GPUVariable* existing = findVariable(variable->name);
-    if (!existing) {
-        variables.push_back(variable);
-    } else if (existing != variable) {
-        delete variable;
-    }
+    if (variable && !findVariable(variable->name)) variables.push_back(std::move(variable));
 }
 
 GPUVariable* GPUExpressionEvaluator::findVariable(std::string_view name) const
@@ -83,30 +62,35 @@ GPUVariable* GPUExpressionEvaluator::findVariable(std::string_view name) const
 void GPUExpressionEvaluator::evaluate(GPUSourceWriter& sourceWriter, std::string_view mainExpression)
 {
     writer = &sourceWriter;
-    const std::unique_ptr<Node> tree(prepare(mainExpression, variables));
+    writeExpression(mainExpression);
+    writer = nullptr;
+    sourceWriter.flush();
+}
+
+void GPUExpressionEvaluator::writeExpression(std::string_view text)
+{
+    const std::unique_ptr<Node> tree = prepare(text, variables);
     tree->accept(symbolCounter);
-    for (const Variable* variable : variables)
-        if (variable->type == kCountedVariable)
-            countSymbols(static_cast<const GPUVariable*>(variable)->expression);
+    for (const std::unique_ptr<GPUVariable>& variable : variables)
+        if (variable->type == kCountedVariable) countSymbols(variable->expression);
     hoistVariables();
     tree->accept(*this);
     if (writer->getDepth() > 0) writer->writeFinish(writer->getDepth());
-    writer = nullptr;
 }
 
 void GPUExpressionEvaluator::countSymbols(std::string_view text)
 {
-    const std::unique_ptr<Node> tree(prepare(text, variables));
+    const std::unique_ptr<Node> tree = prepare(text, variables);
     tree->accept(symbolCounter);
 }
 
 // Writes the variables that are used repeatedly once, ahead of the expression.
 void GPUExpressionEvaluator::hoistVariables()
 {
-    for (const Variable* variable : variables) {
+    for (const std::unique_ptr<GPUVariable>& variable : variables) {
         if (symbolCounter.getCount(variable->name) < kHoistedUses) continue;
         if (variable->type != kExpressionVariable && variable->type != kPluginVariable) continue;
-        emitVariable(static_cast<const GPUVariable*>(variable));
+        emitVariable(variable.get());
         slots[variable->name] = writer->getDepth();
     }
 }
@@ -123,15 +107,7 @@ void GPUExpressionEvaluator::emitVariable(const GPUVariable* variable)
         writer->openSlot();
         writer->writeTexture(variable->plugin);
     } else if (variable->type == kExpressionVariable) {
-        const std::unique_ptr<Node> tree(prepare(variable->expression, variables));
-        if (!tree) {
-            writer->openSlot();
-            return;
-        }
-        // To its end now: the tree ends here.
-        const std::size_t remaining = agenda.size();
-        tree->accept(*this);
-        agenda.runDownTo(*this, remaining);
+        prepare(variable->expression, variables)->accept(*this);
     }
 }
 
@@ -148,7 +124,7 @@ void GPUExpressionEvaluator::visitList(ListNode& node)
     const NodeVector& children = node.getChildren();
     for (std::size_t i = 0; i < color.size() && i < children.size(); ++i)
         if (children[i]->getType() == kLiteralType)
-            color[i] = static_cast<const FloatingLiteralNode*>(children[i])->getValue();
+            color[i] = static_cast<const FloatingLiteralNode*>(children[i].get())->getValue();
     writer->openSlot();
     writer->writeColor(color[0], color[1], color[2], color[3]);
 }
@@ -166,35 +142,11 @@ void GPUExpressionEvaluator::visitSymbol(SymbolNode& node)
 
 void GPUExpressionEvaluator::visitFunction(FunctionNode& node)
 {
-    // Kept as is: a call that fails opens no slot, so that whoever consumes its value takes one too many.
+    // Kept as is: a call that fails opens no slot, so that whoever consumes its value takes one too many
+    // (GpuExpression.AnUnknownFunctionWritesNothing).
     const auto function = functions.find(node.getName());
     if (function == functions.end() || !function->second->call(node, *this, *writer))
         reportError({kCallFailed, node.getName()});
-}
-
-void GPUExpressionEvaluator::visitAll(const NodeVector& nodes)
-{
-    agenda.addEach(acceptStep, nodes, nodes.size());
-    agenda.run(*this);
-}
-
-void GPUExpressionEvaluator::writeArguments(FunctionNode& node, std::size_t count,
-                                            const GPUFunction& function, GPUSourceWriter& functionWriter,
-                                            Finish finish)
-{
-    pendingCalls.push_back({&function, &functionWriter, finish});
-    agenda.add(finishStep, node);
-    agenda.addEach(acceptStep, node.getArgs(), count);
-    agenda.run(*this);
-}
-
-// Calls nest, so the last one pending is the one whose arguments are done.
-void GPUExpressionEvaluator::finishStep(Visitor& visitor, Node& node)
-{
-    auto& self = static_cast<GPUExpressionEvaluator&>(visitor);
-    const PendingCall call = self.pendingCalls.back();
-    self.pendingCalls.pop_back();
-    call.finish(*call.function, static_cast<FunctionNode&>(node), *call.writer);
 }
 
 } // namespace nezaiva::expr::gpu

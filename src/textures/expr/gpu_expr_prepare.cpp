@@ -1,8 +1,8 @@
 #include "textures/expr/gpu_expr_prepare.h"
 
 #include "textures/expr/expr_messages.h"
+#include "textures/expr/lisp_parser.h"
 #include "textures/expr/mirror_visitor.h"
-#include "textures/expr/parser.h"
 
 #include <ombrix/texture_interfaces.h>
 
@@ -33,7 +33,8 @@ int selectBy(float condition)
 }
 
 // The argument that a texture's bounds select, if they lie together.
-// Kept as is: of the green, blue and alpha bounds none counts.
+// Kept as is: a colour is known by red alone; its green, blue and alpha may vary
+// (GpuCondition.AColorTextureIsKnownByItsRedBounds).
 std::optional<int> selectByBounds(PluginInterface& texture)
 {
     // Bounds that a texture leaves unwritten are apart.
@@ -55,7 +56,7 @@ std::optional<int> selectByBounds(PluginInterface& texture)
         Vector lower{0.0f, 0.0f, 0.0f};
         Vector upper{1.0f, 1.0f, 1.0f};
         static_cast<TextureVectorInterface&>(texture).evalVectorBounds(&lower, &upper);
-        // Kept as is: the lower x against the upper y.
+        // Kept as is: the lower x against the upper y (GpuCondition.AVectorTextureIsKnownByXAndY).
         lowerValue = lower.x;
         upperValue = upper.y;
         break;
@@ -75,7 +76,7 @@ public:
     {
         if (node.getName() == "if" && node.getArgs().size() >= kIfArgs) {
             if (const std::optional<int> selected = selectArg(*node.getArg(kConditionArg))) {
-                setMirrored(*node.getArg(*selected));
+                setResult(mirror(*node.getArg(*selected)));
                 return;
             }
         }
@@ -111,7 +112,8 @@ private:
     const VariableVector* variables;
 };
 
-// Kept as is: the arguments of a "color" that are no numbers are never evaluated; they read as 0.
+// Kept as is: the arguments of a "color" that are no numbers are never evaluated; they read as 0
+// (GpuExpression.AColorFormIsOneSlot).
 class ColorToList : public MirrorVisitor {
 public:
     void visitFunction(FunctionNode& node) override
@@ -125,9 +127,9 @@ public:
             const Node* arg = node.getArg(i);
             const bool isLiteral = arg && arg->getType() == kLiteralType;
             const float value = isLiteral ? static_cast<const FloatingLiteralNode*>(arg)->getValue() : 0.0f;
-            channels.push_back(new FloatingLiteralNode(value));
+            channels.push_back(std::make_unique<FloatingLiteralNode>(value));
         }
-        setResult(new ListNode(channels));
+        setResult(std::make_unique<ListNode>(std::move(channels)));
     }
 
 private:
@@ -136,12 +138,12 @@ private:
 
 } // namespace
 
-Node* prepare(std::string_view text, const VariableVector& variables)
+std::unique_ptr<Node> prepare(std::string_view text, const VariableVector& variables)
 {
     LispParser parser(text);
     VisitorChain chain;
-    chain.addVisitor(new ConditionOptimizer(&variables));
-    chain.addVisitor(new ColorToList);
+    chain.addVisitor(std::make_unique<ConditionOptimizer>(&variables));
+    chain.addVisitor(std::make_unique<ColorToList>());
     return chain.run(parser.getRoot());
 }
 

@@ -4,7 +4,6 @@
 #include "textures/expr/expr_messages.h"
 #include "textures/expr/gpu_expr_evaluator.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -46,20 +45,27 @@ std::int32_t channelOp(const Node* node)
     return symbolCode(kChannelOps, node);
 }
 
+Operands manipOperands(const FunctionNode& node)
+{
+    Operands operands{}; // the operations of red, green, blue and alpha, then their selectors
+    for (std::size_t i = 0; i < kChannels; ++i) {
+        operands[i] = channelOp(node.getArg(static_cast<int>(kFirstChannelOp + i)));
+        // Kept as is: a literal, which counts as a channel operation, is no selector
+        // (GpuExpression.ManipReadsOperationsAndSelectors).
+        operands[kChannels + i] = symbolCode(kSwizzles, node.getArg(static_cast<int>(kFirstSwizzle + i)));
+    }
+    return operands;
+}
+
 } // namespace
 
 bool GPUCommonFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer)
 {
-    evaluator.writeArguments(node, node.getArgs().size(), *this, writer, writeCall);
-    return true;
-}
-
-void GPUCommonFunction::writeCall(const GPUFunction& function, FunctionNode& node, GPUSourceWriter& writer)
-{
-    const auto& self = static_cast<const GPUCommonFunction&>(function);
+    evaluator.visitAll(node.getArgs());
     writer.openSlot();
-    writer.writeOperator(self.opcode, {self.operand});
+    writer.writeOperator(opcode, {operand});
     writer.popSlots(static_cast<std::int32_t>(node.getArgs().size()));
+    return true;
 }
 
 bool ManipFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer)
@@ -70,25 +76,13 @@ bool ManipFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, 
         reportError({kManipArguments, std::string_view(&digit, 1)});
         return false;
     }
-    evaluator.writeArguments(node, kManipColors, *this, writer, writeCall);
-    return true;
-}
-
-void ManipFunction::writeCall(const GPUFunction& /*function*/, FunctionNode& node, GPUSourceWriter& writer)
-{
-    std::int32_t channelOps[kChannels] = {}, swizzle[kChannels] = {}; // of red, green, blue and alpha
-    for (std::size_t i = 0; i < kChannels; ++i) {
-        channelOps[i] = channelOp(node.getArg(static_cast<int>(kFirstChannelOp + i)));
-        // Kept as is: a literal, which counts as a channel operation, is no selector.
-        swizzle[i] = symbolCode(kSwizzles, node.getArg(static_cast<int>(kFirstSwizzle + i)));
-    }
-    Operands operands{};
-    std::copy_n(channelOps, kChannels, operands.begin());
-    std::copy_n(swizzle, kChannels, operands.begin() + kChannels);
+    for (std::size_t i = 0; i < kManipColors; ++i)
+        node.getArgs()[i]->accept(evaluator);
     writer.openSlot();
-    writer.writeOperator(kManipOperator, operands);
-    // Kept as is: two slots go, also when there are more arguments; the others were never written.
+    writer.writeOperator(kManipOperator, manipOperands(node));
+    // Only the two colours have slots, however many arguments follow them.
     writer.popSlots(static_cast<std::int32_t>(kManipColors));
+    return true;
 }
 
 } // namespace nezaiva::expr::gpu

@@ -18,13 +18,12 @@ public:
 
     virtual ~GPUFunction() = default;
     // Writes the call: the arguments through the evaluator, then the function itself. True on success;
-    // false with nothing written. Within a walk of the evaluator the lines are written when that walk
-    // goes on.
+    // false with nothing written.
     virtual bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) = 0;
 };
 
 // An operator that takes each argument from a slot.
-// Kept as is: the number of arguments is never tested.
+// Kept as is: the number of arguments is never tested (GpuExpression.TheNumberOfArgumentsIsNotTested).
 class GPUCommonFunction : public GPUFunction {
 public:
     // The operand is the first of the operator's twelve integers.
@@ -35,8 +34,6 @@ public:
     bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) override;
 
 private:
-    static void writeCall(const GPUFunction& function, FunctionNode& node, GPUSourceWriter& writer);
-
     std::int32_t opcode;
     std::int32_t operand;
 };
@@ -45,9 +42,6 @@ private:
 class ManipFunction : public GPUFunction {
 public:
     bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) override;
-
-private:
-    static void writeCall(const GPUFunction& function, FunctionNode& node, GPUSourceWriter& writer);
 };
 
 } // namespace nezaiva::expr::gpu

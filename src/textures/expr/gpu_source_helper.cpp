@@ -1,7 +1,7 @@
 #include "textures/expr/gpu_source_helper.h"
 
 #include "textures/expr/expr_messages.h"
-#include "textures/expr/parser.h"
+#include "textures/expr/lisp_parser.h"
 
 namespace nezaiva {
 
@@ -17,12 +17,12 @@ GPUSourceHelper::~GPUSourceHelper() = default;
 
 void GPUSourceHelper::addPluginVariable(std::string_view name, OUtils::PluginInterface* plugin)
 {
-    evaluator.addVariable(new GPUVariable(name, plugin));
+    evaluator.addVariable(std::make_unique<GPUVariable>(name, plugin));
 }
 
 void GPUSourceHelper::addColorVariable(std::string_view name, float value)
 {
-    evaluator.addVariable(new GPUVariable(name, OUtils::AColor{value, value, value, value}));
+    evaluator.addVariable(std::make_unique<GPUVariable>(name, OUtils::AColor{value, value, value, value}));
 }
 
 void GPUSourceHelper::addExpressionVariable(std::string_view name, std::string_view text)
@@ -32,7 +32,7 @@ void GPUSourceHelper::addExpressionVariable(std::string_view name, std::string_v
         expr::reportError({expr::kVariableSyntax, name, ": ", text});
         return;
     }
-    evaluator.addVariable(new GPUVariable(name, text));
+    evaluator.addVariable(std::make_unique<GPUVariable>(name, text));
 }
 
 void GPUSourceHelper::evaluate(std::string_view expression)

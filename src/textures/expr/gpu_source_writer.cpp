@@ -15,14 +15,13 @@ void GPUSourceWriter::openSlot()
         firstSlot = false;
         return;
     }
-    shaderSource->append("subtex\n");
+    pending.push_back(SlotEnd{});
     ++depth;
 }
 
 void GPUSourceWriter::writeColor(float red, float green, float blue, float alpha)
 {
-    shaderSource->printf("color %f %f %f %f\n", static_cast<double>(red), static_cast<double>(green),
-                         static_cast<double>(blue), static_cast<double>(alpha));
+    pending.push_back(OUtils::AColor{red, green, blue, alpha});
 }
 
 void GPUSourceWriter::writeGray(float value)
@@ -32,14 +31,12 @@ void GPUSourceWriter::writeGray(float value)
 
 void GPUSourceWriter::writeTexture(OUtils::PluginInterface* texture)
 {
-    OUtils::RTTexInterface::getRTTexSource(texture, name, tag, descriptor, *shaderSource, *oclData);
+    pending.push_back(texture);
 }
 
-void GPUSourceWriter::writeOperator(std::int32_t opcode, const Operands& n)
+void GPUSourceWriter::writeOperator(std::int32_t opcode, const Operands& operands)
 {
-    shaderSource->printf("bitmap %d\n", opcode);
-    shaderSource->printf("uvw_transform %d,%d,%d, %d,%d,%d, %d,%d,%d, %d,%d,%d\n", n[0], n[1], n[2], n[3],
-                         n[4], n[5], n[6], n[7], n[8], n[9], n[10], n[11]);
+    pending.push_back(Operator{opcode, operands});
 }
 
 void GPUSourceWriter::writeReference(std::int32_t offset)
@@ -52,6 +49,37 @@ void GPUSourceWriter::writeFinish(std::int32_t count)
     openSlot();
     writeOperator(kFinishOperator, {count});
     depth -= count + 1;
+}
+
+void GPUSourceWriter::flush()
+{
+    for (const auto& part : pending)
+        std::visit([this](const auto& content) { append(content); }, part);
+    pending.clear();
+}
+
+void GPUSourceWriter::append(const SlotEnd& /*end*/)
+{
+    shaderSource->append("subtex\n");
+}
+
+void GPUSourceWriter::append(const OUtils::AColor& color)
+{
+    shaderSource->printf("color %f %f %f %f\n", static_cast<double>(color.r), static_cast<double>(color.g),
+                         static_cast<double>(color.b), static_cast<double>(color.a));
+}
+
+void GPUSourceWriter::append(OUtils::PluginInterface* texture)
+{
+    OUtils::RTTexInterface::getRTTexSource(texture, name, tag, descriptor, *shaderSource, *oclData);
+}
+
+void GPUSourceWriter::append(const Operator& call)
+{
+    const Operands& n = call.operands;
+    shaderSource->printf("bitmap %d\n", call.opcode);
+    shaderSource->printf("uvw_transform %d,%d,%d, %d,%d,%d, %d,%d,%d, %d,%d,%d\n", n[0], n[1], n[2], n[3],
+                         n[4], n[5], n[6], n[7], n[8], n[9], n[10], n[11]);
 }
 
 } // namespace nezaiva::expr::gpu

@@ -2,15 +2,21 @@
 #pragma once
 
 #include <ombrix/gpu_source.h>
+#include <ombrix/memory.h>
+#include <ombrix/types.h>
 
 #include <array>
 #include <cstdint>
+#include <variant>
 
 namespace nezaiva::expr::gpu {
 
 // The twelve integers of an operator. Those that are not named are 0.
 using Operands = std::array<std::int32_t, 12>;
 
+// Holds its lines back until flush. A texture writes its source through a writer of its own, and that of its
+// input's through a third: a chain of textures then costs the stack of what calls flush, and not of the
+// expressions that the lines come from. A chain of 10,000 fits a stack of 8 MiB.
 class GPUSourceWriter {
 public:
     // Borrows everything. The three strings and the data are handed on to textures as they are.
@@ -34,12 +40,25 @@ public:
     void writeReference(std::int32_t offset);
     // Drops the slots that lie count deep below the top, and keeps the top.
     void writeFinish(std::int32_t count);
+    // Appends what was written since the last flush to the source.
+    void flush();
 
     // The index of the top slot.
     std::int32_t getDepth() const { return depth; }
     void popSlots(std::int32_t count) { depth -= count; }
 
 private:
+    struct SlotEnd {};
+    struct Operator {
+        std::int32_t opcode;
+        Operands operands;
+    };
+
+    void append(const SlotEnd& end);
+    void append(const OUtils::AColor& color);
+    void append(OUtils::PluginInterface* texture);
+    void append(const Operator& call);
+
     bool firstSlot = true; // no slot has been opened yet
     std::int32_t depth = 0;
     const char* name;
@@ -47,6 +66,7 @@ private:
     const char* descriptor;
     OUtils::ShaderSource* shaderSource;
     OUtils::OCLData* oclData;
+    OUtils::HostVector<std::variant<SlotEnd, OUtils::AColor, OUtils::PluginInterface*, Operator>> pending;
 };
 
 } // namespace nezaiva::expr::gpu

@@ -7,6 +7,7 @@
 #include <ombrix/plugin_base.h>
 #include <ombrix/types.h>
 
+#include <memory>
 #include <string_view>
 
 namespace nezaiva::expr::gpu {
@@ -39,10 +40,15 @@ public:
     const HostString expression;
 };
 
-// Pointers to GPUVariables, in order of addition.
-using VariableVector = HostVector<Variable*>;
+// In order of addition, no two of a name.
+using VariableVector = HostVector<std::unique_ptr<GPUVariable>>;
 
 // The variable of exactly this name, or null.
-GPUVariable* findVariable(const VariableVector& variables, std::string_view name);
+inline GPUVariable* findVariable(const VariableVector& variables, std::string_view name)
+{
+    for (const std::unique_ptr<GPUVariable>& variable : variables)
+        if (variable->name == name) return variable.get();
+    return nullptr;
+}
 
 } // namespace nezaiva::expr::gpu

@@ -1,5 +1,6 @@
+#include "textures/expr/lisp_parser.h"
+
 #include "textures/expr/expr_messages.h"
-#include "textures/expr/parser.h"
 #include "textures/expr/tokens.h"
 
 #include <string_view>
@@ -9,122 +10,94 @@ namespace nezaiva::expr {
 
 namespace {
 
-Node* parseAtom(std::string_view token)
-{
-    if (isNumber(token)) return new FloatingLiteralNode(readNumber(token));
-    return new SymbolNode(HostString(token));
-}
-
-// A form whose ")" has not come yet.
-struct OpenForm {
-    bool quoted;
-    std::string_view name;
-    NodeVector nodes;
-};
-
-// Parses one expression. The forms around the token in hand are on a stack of their own, so that deep
-// nesting is no danger.
+// The rules of the grammar. Each takes its tokens from the front of the list, and gives null when it is
+// faulty; what it had parsed of the expression is gone then.
 class ExpressionParser {
 public:
     explicit ExpressionParser(TokenList& tokenList) : tokens(tokenList) {}
 
-    // The expression at the front of the tokens; null when there is none or it is faulty.
-    Node* parseExpression()
+    // Also null, without a fault, when no token is left.
+    std::unique_ptr<Node> parseExpression()
     {
-        do {
-            if (!parseToken()) {
-                failForms();
-                return nullptr;
-            }
-        } while (!forms.empty());
-        return result;
+        if (tokens.empty()) return nullptr;
+        const bool quoted = tokens.front() == "'";
+        if (quoted) tokens.take();
+        if (tokens.empty()) return nullptr;
+        const std::string_view token = tokens.take();
+        return token == "(" ? parseForm(quoted) : parseAtom(token);
     }
 
 private:
-    // Takes one atom, or the opening of a form, and closes the forms that end behind it. False when the
-    // tokens end, or the expression is faulty.
-    bool parseToken()
+    // What follows "(", with its ")". Every form around a fault fails too, the innermost first, and says so.
+    std::unique_ptr<Node> parseForm(bool quoted)
     {
-        if (tokens.empty()) return false;
-        const bool quoted = tokens.front() == "'";
-        if (quoted) tokens.take();
-        if (tokens.empty()) return false;
-        const std::string_view token = tokens.take();
-        if (token != "(") return finish(parseAtom(token));
-        if (quoted) {
-            forms.push_back({true, {}, {}});
-        } else {
-            if (tokens.size() < 2) {
-                tokens.reportTokens(kUnableToParse);
-                return false;
-            }
-            forms.push_back({false, tokens.take(), {}});
+        if (nesting == kDeepestNesting) {
+            tokens.reportTokens(kNestedTooDeep);
+            tokens.drop(); // each form around this one would list them again
+            return nullptr;
         }
-        return closeForms();
+        ++nesting;
+        std::unique_ptr<Node> form = quoted ? parseList() : parseFunction();
+        --nesting;
+        if (!form) {
+            tokens.reportTokens(kUnableToParse);
+            return nullptr;
+        }
+        if (tokens.empty()) {
+            tokens.reportTokens(kExpectedClosing);
+            return nullptr;
+        }
+        tokens.take();
+        return form;
     }
 
-    // Hands a node to the form around it, or makes it the result.
-    bool finish(Node* node)
+    std::unique_ptr<Node> parseFunction()
     {
-        if (forms.empty()) {
-            result = node;
-            return true;
-        }
-        forms.back().nodes.push_back(node);
-        return closeForms();
+        if (tokens.size() < 2) return nullptr;
+        const std::string_view name = tokens.take();
+        NodeVector args;
+        if (!parseUntilClosing(args)) return nullptr;
+        return std::make_unique<FunctionNode>(HostString(name), std::move(args));
     }
 
-    bool closeForms()
+    std::unique_ptr<Node> parseList()
     {
-        while (tokens.empty() || tokens.front() == ")") {
-            Node* node = takeForm();
-            if (tokens.empty()) {
-                tokens.reportTokens(kExpectedClosing);
-                delete node;
-                return false;
-            }
-            tokens.take();
-            if (forms.empty()) {
-                result = node;
-                return true;
-            }
-            forms.back().nodes.push_back(node);
+        NodeVector children;
+        if (!parseUntilClosing(children)) return nullptr;
+        return std::make_unique<ListNode>(std::move(children));
+    }
+
+    // Up to a ")", which stays, or to the end. False when an expression is faulty.
+    bool parseUntilClosing(NodeVector& nodes)
+    {
+        while (!tokens.empty() && tokens.front() != ")") {
+            std::unique_ptr<Node> node = parseExpression();
+            if (!node) return false;
+            nodes.push_back(std::move(node));
         }
         return true;
     }
 
-    Node* takeForm()
+    static std::unique_ptr<Node> parseAtom(std::string_view token)
     {
-        const OpenForm form = std::move(forms.back());
-        forms.pop_back();
-        if (form.quoted) return new ListNode(form.nodes);
-        return new FunctionNode(HostString(form.name), form.nodes);
-    }
-
-    // Every form around a fault fails too, the innermost first, and says so.
-    void failForms()
-    {
-        while (!forms.empty()) {
-            deleteTrees(forms.back().nodes);
-            forms.pop_back();
-            tokens.reportTokens(kUnableToParse);
-        }
+        if (isNumber(token)) return std::make_unique<FloatingLiteralNode>(readNumber(token));
+        return std::make_unique<SymbolNode>(HostString(token));
     }
 
     TokenList& tokens;
-    HostVector<OpenForm> forms;
-    Node* result = nullptr;
+    int nesting = 0; // the forms that are open
 };
 
 } // namespace
 
-Node* LispParser::parseText(const HostString& text)
+std::unique_ptr<Node> LispParser::parseText(const HostString& text)
 {
     TokenList tokens(text);
+    ExpressionParser parser(tokens);
     NodeVector expressions;
-    while (Node* expression = ExpressionParser(tokens).parseExpression())
-        expressions.push_back(expression);
-    return new BeginNode(expressions);
+    while (std::unique_ptr<Node> expression = parser.parseExpression())
+        expressions.push_back(std::move(expression));
+    return std::make_unique<BeginNode>(std::move(expressions));
 }
 
 } // namespace nezaiva::expr

@@ -3,12 +3,12 @@
 
 #include "textures/expr/visitor.h"
 
+#include <memory>
+
 namespace nezaiva::expr {
 
 // Copies a tree, and is the base of every rewrite: a subclass overrides a visit operation, decides, and
-// ends in setResult, in setMirrored or in the operation of this class.
-//
-// A result belongs to whoever reads it; the destructor frees no node.
+// ends in setResult or in the operation of this class. The copied tree stays as it is.
 class MirrorVisitor : public Visitor {
 public:
     MirrorVisitor();
@@ -19,46 +19,31 @@ public:
     void visitLiteral(FloatingLiteralNode& node) override;
     void visitBegin(BeginNode& node) override;
 
-    // The copy of the tree, owned by the caller.
-    Node* mirror(Node& node);
-    // The copy of the node that is being visited, and after accept the copy of the whole tree.
-    void setResult(Node* node) { results.back() = node; }
-    Node* getResult() const { return results.back(); }
-
-protected:
-    // As setResult with the node's mirror, but made after the visit operation that calls it, so that a
-    // chain of replacements costs no stack.
-    void setMirrored(Node& node);
+    // The copy of the tree. A visit operation calls it for the nodes below its own.
+    std::unique_ptr<Node> mirror(Node& node);
+    // The copy of the node that is being visited, and after accept that of the whole tree. It stays with the
+    // visitor until takeResult hands it over and leaves null.
+    void setResult(std::unique_ptr<Node> node) { results.back() = std::move(node); }
+    Node* getResult() const { return results.back().get(); }
+    std::unique_ptr<Node> takeResult() { return std::move(results.back()); }
 
 private:
-    // Copies the held nodes and then, from their copies, the node itself, after the operation that
-    // calls it when a walk is under way.
-    void copyAfter(const NodeVector& held, Node& node);
-    static void mirrorStep(Visitor& visitor, Node& node);
-    static void buildStep(Visitor& visitor, Node& node);
+    NodeVector mirrorAll(const NodeVector& nodes);
 
-    // One place for each level: copies that wait for their parent's, and the copy being made on top.
-    // Never empty.
+    // One for each level of mirror that is under way, and below them the one of accept.
     NodeVector results;
-    Agenda agenda;
 };
 
 // Rewrites that follow one another.
 class VisitorChain {
 public:
-    VisitorChain() = default;
-    VisitorChain(const VisitorChain&) = delete;
-    VisitorChain& operator=(const VisitorChain&) = delete;
-    ~VisitorChain();
-
-    // Takes the visitor.
-    void addVisitor(MirrorVisitor* visitor);
-    // Lets each visitor rewrite what the one before it made. Returns a new tree, owned by the caller,
-    // also from a chain without visitors; null for null. The given tree is untouched.
-    Node* run(Node* root);
+    void addVisitor(std::unique_ptr<MirrorVisitor> visitor);
+    // Lets each visitor rewrite what the one before it made. Returns a new tree, also from a chain without
+    // visitors; null for null. The given tree is borrowed and stays as it is.
+    std::unique_ptr<Node> run(Node* root);
 
 private:
-    HostVector<MirrorVisitor*> visitors;
+    HostVector<std::unique_ptr<MirrorVisitor>> visitors;
 };
 
 } // namespace nezaiva::expr

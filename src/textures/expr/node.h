@@ -1,12 +1,15 @@
 // The parse tree of the expression language.
 //
 // A tree has one owner, the holder of its root; each node owns its children. A tree and everything that
-// walks it belong to one thread. No operation recurses: the depth of a tree costs heap, never stack.
+// walks it belong to one thread. Every walk recurses, so a tree's depth costs stack; the parser says how
+// deep a tree becomes.
 #pragma once
 
 #include <ombrix/memory.h>
 
 #include <cstdint>
+#include <memory>
+#include <utility>
 
 namespace nezaiva::expr {
 
@@ -16,8 +19,8 @@ using OUtils::HostVector;
 class Visitor;
 class Node;
 
-// Pointers that own, or borrow, what they point at, as the holder says; never null.
-using NodeVector = HostVector<Node*>;
+// Nodes in order, none of them null.
+using NodeVector = HostVector<std::unique_ptr<Node>>;
 
 enum NodeType : int {
     kBeginType = 1,
@@ -48,9 +51,7 @@ public:
 // The whole text: its forms, in order.
 class BeginNode : public Node {
 public:
-    // Copies the pointers and takes what they point at.
-    explicit BeginNode(const NodeVector& nodes) : children(nodes) {}
-    ~BeginNode() override;
+    explicit BeginNode(NodeVector nodes) : children(std::move(nodes)) {}
 
     void accept(Visitor& visitor) override;
     int getType() const override { return kBeginType; }
@@ -60,7 +61,6 @@ public:
     const NodeVector& getChildren() const { return children; }
 
 private:
-    friend class TreeDeletion;
     NodeVector children;
 };
 
@@ -82,12 +82,10 @@ private:
 
 class FunctionNode : public Node {
 public:
-    // Copies the pointers and takes what they point at.
-    FunctionNode(const HostString& functionName, const NodeVector& arguments)
-        : name(functionName), args(arguments)
+    FunctionNode(HostString functionName, NodeVector arguments)
+        : name(std::move(functionName)), args(std::move(arguments))
     {
     }
-    ~FunctionNode() override;
 
     void accept(Visitor& visitor) override;
     int getType() const override { return kFunctionType; }
@@ -101,7 +99,6 @@ public:
     Node* getArg(int index) const;
 
 private:
-    friend class TreeDeletion;
     HostString name;
     NodeVector args;
 };
@@ -109,9 +106,7 @@ private:
 // A quoted list.
 class ListNode : public Node {
 public:
-    // Copies the pointers and takes what they point at.
-    explicit ListNode(const NodeVector& nodes) : children(nodes) {}
-    ~ListNode() override;
+    explicit ListNode(NodeVector nodes) : children(std::move(nodes)) {}
 
     void accept(Visitor& visitor) override;
     int getType() const override { return kListType; }
@@ -121,13 +116,12 @@ public:
     const NodeVector& getChildren() const { return children; }
 
 private:
-    friend class TreeDeletion;
     NodeVector children;
 };
 
 class SymbolNode : public Node {
 public:
-    explicit SymbolNode(const HostString& symbolName) : name(symbolName) {}
+    explicit SymbolNode(HostString symbolName) : name(std::move(symbolName)) {}
 
     void accept(Visitor& visitor) override;
     int getType() const override { return kSymbolType; }
@@ -140,12 +134,5 @@ public:
 private:
     HostString name;
 };
-
-// What a node holds, in order: the children of a BeginNode or ListNode, the arguments of a FunctionNode;
-// null for a literal or a symbol.
-const NodeVector* heldNodes(const Node& node);
-
-// Deletes all trees of the vector, in order, and empties it.
-void deleteTrees(NodeVector& trees);
 
 } // namespace nezaiva::expr

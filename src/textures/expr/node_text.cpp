@@ -3,67 +3,25 @@
 #include "textures/expr/node.h"
 
 #include <charconv>
-#include <cstddef>
+#include <string_view>
 
 namespace nezaiva::expr {
 
 namespace {
 
-struct OpenNode {
-    const NodeVector* nodes;
-    std::size_t next;
-};
-
-void appendNumber(HostString& text, float value)
+// "[", the heading, a blank, the nodes with ", " between them, "]".
+HostString bracketed(std::string_view heading, const NodeVector& nodes)
 {
-    char digits[32]; // six significant digits with sign, point and exponent take at most 13
-    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, static_cast<double>(value),
-                                                   std::chars_format::general, 6);
-    text.append(digits, end.ptr);
-}
-
-// Appends a leaf, or the beginning of a node that holds others.
-void appendOpening(HostString& text, const Node& node)
-{
-    switch (node.getType()) {
-    case kBeginType:
-        text += "[Begin ";
-        break;
-    case kFunctionType:
-        text += "[Func ";
-        text += static_cast<const FunctionNode&>(node).getName();
-        text += ' ';
-        break;
-    case kListType:
-        text += "[List ";
-        break;
-    case kLiteralType:
-        appendNumber(text, static_cast<const FloatingLiteralNode&>(node).getValue());
-        break;
-    default:
-        text += static_cast<const SymbolNode&>(node).getName();
-        break;
+    HostString text = "[";
+    text += heading;
+    std::string_view separator = " ";
+    if (nodes.empty()) text += separator;
+    for (const std::unique_ptr<Node>& node : nodes) {
+        text += separator;
+        text += node->toString();
+        separator = ", ";
     }
-}
-
-HostString treeText(const Node& root)
-{
-    HostString text;
-    HostVector<OpenNode> open;
-    appendOpening(text, root);
-    if (const NodeVector* nodes = heldNodes(root)) open.push_back({nodes, 0});
-    while (!open.empty()) {
-        OpenNode& innermost = open.back();
-        if (innermost.next == innermost.nodes->size()) {
-            text += ']';
-            open.pop_back();
-            continue;
-        }
-        if (innermost.next > 0) text += ", ";
-        const Node& node = *(*innermost.nodes)[innermost.next++];
-        appendOpening(text, node);
-        if (const NodeVector* nodes = heldNodes(node)) open.push_back({nodes, 0});
-    }
+    text += ']';
     return text;
 }
 
@@ -71,27 +29,30 @@ HostString treeText(const Node& root)
 
 HostString BeginNode::toString() const
 {
-    return treeText(*this);
-}
-
-HostString FloatingLiteralNode::toString() const
-{
-    return treeText(*this);
+    return bracketed("Begin", children);
 }
 
 HostString FunctionNode::toString() const
 {
-    return treeText(*this);
+    return bracketed("Func " + name, args);
 }
 
 HostString ListNode::toString() const
 {
-    return treeText(*this);
+    return bracketed("List", children);
+}
+
+HostString FloatingLiteralNode::toString() const
+{
+    char digits[32]; // six significant digits with sign, point and exponent take at most 13
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, static_cast<double>(value),
+                                                   std::chars_format::general, 6);
+    return HostString(digits, end.ptr);
 }
 
 HostString SymbolNode::toString() const
 {
-    return treeText(*this);
+    return name;
 }
 
 } // namespace nezaiva::expr

@@ -1,8 +1,9 @@
-// From text to tree.
+// Parser: from a text to its tree, once.
 #pragma once
 
 #include "textures/expr/node.h"
 
+#include <memory>
 #include <string_view>
 
 namespace nezaiva::expr {
@@ -16,39 +17,20 @@ public:
     Parser(const Parser&) = delete;
     Parser& operator=(const Parser&) = delete;
 
-    virtual ~Parser() { delete root; }
-    // A new tree, owned by the caller.
-    virtual Node* parseText(const HostString& text) = 0;
+    virtual ~Parser() = default;
+    // A new tree.
+    virtual std::unique_ptr<Node> parseText(const HostString& text) = 0;
 
-    // The tree of the source, owned by the parser.
+    // The tree of the source, which stays the parser's.
     Node* getRoot()
     {
         if (!root) root = parseText(source);
-        return root;
+        return root.get();
     }
 
 private:
     HostString source;
-    Node* root = nullptr;
-};
-
-// The Lisp-like language:
-//   program     any number of expressions
-//   expression  "(" head expression ... ")"     a FunctionNode
-//               "'" "(" expression ... ")"      a ListNode
-//               word, or "'" word               a literal if it begins with a digit, or with "-" and a
-//                                               digit; else a symbol
-// Kept as is: tabs and line ends part words only where they stand before a token; inside a word they
-// belong to it, and so does a quote. A stray ")" at top level is a symbol. A literal takes what its word
-// begins with (2x is 2, 0x10 is 16) and .5 and +1 are symbols.
-//
-// A fault is told on the standard error stream and ends the program: the root holds what came before it.
-// A root is never null, and never nests a BeginNode. Neither the result nor the messages follow the
-// process's locale. The text ends at its first NUL.
-class LispParser : public Parser {
-public:
-    using Parser::Parser;
-    Node* parseText(const HostString& text) override;
+    std::unique_ptr<Node> root;
 };
 
 } // namespace nezaiva::expr

@@ -44,7 +44,7 @@ TokenList::TokenList(std::string_view text)
         if (text[i] == '\'' || text[i] == '(' || text[i] == ')') {
             ++i;
         } else {
-            // Kept as is: only blanks and brackets end a word; tabs, line ends and quotes do not.
+            // Only blanks and brackets end a word; tabs, line ends and quotes do not.
             while (i < text.size() && text[i] != ' ' && text[i] != '(' && text[i] != ')')
                 ++i;
         }

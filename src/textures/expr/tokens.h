@@ -19,6 +19,8 @@ public:
     // The two need a list that is not empty.
     std::string_view front() const { return tokens[next]; }
     std::string_view take() { return tokens[next++]; }
+    // Takes all tokens left.
+    void drop() { next = tokens.size(); }
     // Writes an error line: the message, ":", and all tokens left, each after a blank.
     void reportTokens(std::string_view message) const;
 

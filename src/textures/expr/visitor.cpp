@@ -2,11 +2,6 @@
 
 namespace nezaiva::expr {
 
-void acceptStep(Visitor& visitor, Node& node)
-{
-    node.accept(visitor);
-}
-
 void Visitor::visitBegin(BeginNode& node)
 {
     visitAll(node.getChildren());
@@ -14,7 +9,7 @@ void Visitor::visitBegin(BeginNode& node)
 
 void Visitor::visitAll(const NodeVector& nodes)
 {
-    for (Node* node : nodes)
+    for (const std::unique_ptr<Node>& node : nodes)
         node->accept(*this);
 }
 
@@ -36,12 +31,6 @@ void SymbolCounterVisitor::visitFunction(FunctionNode& node)
 void SymbolCounterVisitor::visitBegin(BeginNode& node)
 {
     visitAll(node.getChildren());
-}
-
-void SymbolCounterVisitor::visitAll(const NodeVector& nodes)
-{
-    agenda.addEach(acceptStep, nodes, nodes.size());
-    agenda.run(*this);
 }
 
 std::int32_t SymbolCounterVisitor::getCount(std::string_view name) const

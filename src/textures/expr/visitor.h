@@ -1,7 +1,6 @@
 // Walking a tree.
 #pragma once
 
-#include "textures/expr/agenda.h"
 #include "textures/expr/node.h"
 
 #include <cstdint>
@@ -16,6 +15,8 @@ namespace nezaiva::expr {
 template <class T>
 using NameMap = std::map<HostString, T, std::less<>, OUtils::HostAllocator<std::pair<const HostString, T>>>;
 
+// Does nothing but walk through a text's forms; a subclass says what happens at which node, and whether the
+// walk goes further down there. Borrows the nodes that it visits.
 class Visitor {
 public:
     Visitor() = default;
@@ -41,17 +42,12 @@ public:
     void visitList(ListNode& node) override;
     void visitFunction(FunctionNode& node) override;
     void visitBegin(BeginNode& node) override;
-    void visitAll(const NodeVector& nodes) override;
 
     // 0 for a name that was never seen.
     std::int32_t getCount(std::string_view name) const;
 
 private:
     NameMap<std::int32_t> counts;
-    Agenda agenda;
 };
-
-// The step of an agenda that lets the node accept the visitor.
-void acceptStep(Visitor& visitor, Node& node);
 
 } // namespace nezaiva::expr

@@ -1,7 +1,7 @@
 // Neither the parser nor the texts follow the process's locale.
 
 #include "textures/expr/gpu_source_helper.h"
-#include "textures/expr/parser.h"
+#include "textures/expr/lisp_parser.h"
 
 #include "expr_support.h"
 #include "gpu_expr_support.h"

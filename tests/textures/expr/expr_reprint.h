@@ -5,8 +5,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace expr_test {
 
@@ -29,41 +29,43 @@ inline void appendSymbol(std::string& text, const nezaiva::expr::SymbolNode& nod
     text += node.getName();
 }
 
-inline std::string reprint(const nezaiva::expr::Node& root)
+inline void appendNode(std::string& text, const nezaiva::expr::Node& node)
 {
     using namespace nezaiva::expr;
-    struct Pending {
-        const Node* node; // null: the end of a form
-    };
-    std::string text;
-    std::vector<Pending> pending{{&root}};
-    while (!pending.empty()) {
-        const Node* node = pending.back().node;
-        pending.pop_back();
-        if (!node) {
-            text += ") ";
-            continue;
-        }
-        if (node->getType() == kLiteralType) {
-            appendLiteral(text, static_cast<const FloatingLiteralNode*>(node)->getValue());
-            text += ' ';
-        } else if (node->getType() == kSymbolType) {
-            appendSymbol(text, *static_cast<const SymbolNode*>(node));
-            text += ' ';
-        } else {
-            if (node->getType() == kFunctionType) {
-                text += '(';
-                text += static_cast<const FunctionNode*>(node)->getName();
-                text += ' ';
-            } else if (node->getType() == kListType) {
-                text += "'(";
-            }
-            if (node->getType() != kBeginType) pending.push_back({nullptr});
-            const NodeVector& held = *heldNodes(*node);
-            for (std::size_t i = held.size(); i-- > 0;)
-                pending.push_back({held[i]});
-        }
+    const NodeVector* held = nullptr;
+    switch (node.getType()) {
+    case kLiteralType:
+        appendLiteral(text, static_cast<const FloatingLiteralNode&>(node).getValue());
+        break;
+    case kSymbolType:
+        appendSymbol(text, static_cast<const SymbolNode&>(node));
+        break;
+    case kFunctionType:
+        text += '(';
+        text += static_cast<const FunctionNode&>(node).getName();
+        text += ' ';
+        held = &static_cast<const FunctionNode&>(node).getArgs();
+        break;
+    default:
+        text += "'(";
+        held = &static_cast<const ListNode&>(node).getChildren();
+        break;
     }
+    if (held) {
+        for (const std::unique_ptr<Node>& below : *held)
+            appendNode(text, *below);
+        text += ')';
+    }
+    text += ' ';
+}
+
+// Of the root of a text.
+inline std::string reprint(const nezaiva::expr::Node& root)
+{
+    std::string text;
+    for (const std::unique_ptr<nezaiva::expr::Node>& form :
+         static_cast<const nezaiva::expr::BeginNode&>(root).getChildren())
+        appendNode(text, *form);
     return text;
 }
 

@@ -7,8 +7,10 @@
 
 #include <pthread.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace expr_test {
@@ -37,15 +39,17 @@ inline std::string repeated(std::string_view piece, std::size_t count)
     return text;
 }
 
-// Runs an action on a thread whose stack has room for a few hundred calls within each other, and not
-// for thousands.
+// The stack of a host's thread, as small as one makes it and as large as it comes.
+inline constexpr std::size_t kSmallStack = std::size_t{512} << 10;
+inline constexpr std::size_t kUsualStack = std::size_t{8} << 20;
+
+// Runs an action on a thread of its own.
 template <class Action>
-void onSmallStack(Action&& action)
+void onStack(std::size_t size, Action&& action)
 {
-    constexpr std::size_t kStackSize = 512 * 1024;
     pthread_attr_t attributes;
     ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kStackSize), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
     pthread_t thread;
     const auto start = [](void* argument) -> void* {
         (*static_cast<std::remove_reference_t<Action>*>(argument))();

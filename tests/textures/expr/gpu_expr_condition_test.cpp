@@ -49,21 +49,24 @@ class GpuCondition : public testing::Test {
 protected:
     Texture a{"a"}, b{"b"};
 
-    Written folded(std::string_view expression, GPUVariable* third = nullptr)
+    // With a and b bound to textures, and further names.
+    Written folded(std::string_view expression, std::vector<Binding> bindings = {})
     {
-        return evaluated({new GPUVariable("a", a), new GPUVariable("b", b), third}, expression);
+        bindings.insert(bindings.end(), {{"a", a}, {"b", b}});
+        return evaluated(bindings, expression);
     }
-    void expect(std::string_view expression, const std::string& expected, GPUVariable* third = nullptr)
+    void expect(std::string_view expression, const std::string& expected,
+                const std::vector<Binding>& bindings = {})
     {
         SCOPED_TRACE(expression);
-        const Written written = folded(expression, third);
+        const Written written = folded(expression, bindings);
         EXPECT_EQ(written.source, expected);
         EXPECT_EQ(written.errors, "");
     }
     // "(if c a b)" with c bound to a texture.
     std::string onTexture(OUtils::PluginInterface* texture)
     {
-        return folded("(if c a b)", new GPUVariable("c", texture)).source;
+        return folded("(if c a b)", {{"c", texture}}).source;
     }
 };
 
@@ -113,14 +116,13 @@ TEST_F(GpuCondition, AnUndefinedSymbolIsToldAndKept)
 
 TEST_F(GpuCondition, OfAColorRedAloneDecides)
 {
-    expect("(if c a b)", source("b"), new GPUVariable("c", AColor{0.0f, 1.0f, 1.0f, 1.0f}));
-    expect("(if c a b)", source("a"), new GPUVariable("c", AColor{0.5f, 0.0f, 0.0f, 0.0f}));
+    expect("(if c a b)", source("b"), {{"c", AColor{0.0f, 1.0f, 1.0f, 1.0f}}});
+    expect("(if c a b)", source("a"), {{"c", AColor{0.5f, 0.0f, 0.0f, 0.0f}}});
 }
 
 TEST_F(GpuCondition, AnExpressionIsNotKnown)
 {
-    expect("(if c a b)", slots({gray("0.000000"), source("a"), source("b"), op(kIf)}),
-           new GPUVariable("c", "0"));
+    expect("(if c a b)", slots({gray("0.000000"), source("a"), source("b"), op(kIf)}), {{"c", "0"}});
 }
 
 TEST_F(GpuCondition, ANullTextureIsFalse)
@@ -184,7 +186,7 @@ TEST_F(GpuCondition, AnotherInterfaceIsNotKnown)
 
 TEST_F(GpuCondition, VariablesFoldToo)
 {
-    expect("(* a e)", slots({source("a"), source("b"), op(-980)}), new GPUVariable("e", "(if 1 b (* a a))"));
+    expect("(* a e)", slots({source("a"), source("b"), op(-980)}), {{"e", "(if 1 b (* a a))"}});
 }
 
 } // namespace

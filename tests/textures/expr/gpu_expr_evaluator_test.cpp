@@ -2,6 +2,9 @@
 // together by hand from the rules of the stack.
 
 #include "gpu_expr_support.h"
+#include "support/heap_hooks.h"
+
+#include <ombrix/exception_msg.h>
 
 namespace {
 
@@ -16,14 +19,14 @@ class GpuExpression : public testing::Test {
 protected:
     Texture a{"a"}, b{"b"};
 
-    GPUVariable* varA() { return new GPUVariable("a", a); }
-    GPUVariable* varB() { return new GPUVariable("b", b); }
+    Binding varA() { return {"a", a}; }
+    Binding varB() { return {"b", b}; }
 
-    void expect(std::initializer_list<GPUVariable*> variables, std::string_view expression,
+    void expect(const std::vector<Binding>& bindings, std::string_view expression,
                 const std::string& expected, const std::string& errors = "")
     {
         SCOPED_TRACE(expression);
-        const Written written = evaluated(variables, expression, kind);
+        const Written written = evaluated(bindings, expression, kind);
         EXPECT_EQ(written.source, expected);
         EXPECT_EQ(written.errors, errors);
     }
@@ -59,28 +62,28 @@ TEST_F(GpuExpression, ARepeatedPluginIsHoistedAndReferenced)
 
 TEST_F(GpuExpression, AColorIsNeverHoisted)
 {
-    expect({new GPUVariable("c", AColor{0.25f, 0.5f, 0.75f, 1.0f})}, "(* c c)",
+    expect({{"c", AColor{0.25f, 0.5f, 0.75f, 1.0f}}}, "(* c c)",
            slots({"color 0.250000 0.500000 0.750000 1.000000\n",
                   "color 0.250000 0.500000 0.750000 1.000000\n", op(kMultiply)}));
 }
 
 TEST_F(GpuExpression, AnExpressionUsedTwiceIsWrittenOnce)
 {
-    expect({varA(), varB(), new GPUVariable("e", "(* a b)")}, "(+ e e)",
+    expect({varA(), varB(), {"e", "(* a b)"}}, "(+ e e)",
            slots({source("a"), source("b"), op(kMultiply), op(kReference, {0}), op(kReference, {1}),
                   op(kAdd, {1}), op(kFinish, {1})}));
 }
 
 TEST_F(GpuExpression, AnExpressionUsedOnceIsInlined)
 {
-    expect({varA(), varB(), new GPUVariable("e", "(* a b)")}, "(+ 1 e)",
+    expect({varA(), varB(), {"e", "(* a b)"}}, "(+ 1 e)",
            slots({gray("1.000000"), source("a"), source("b"), op(kMultiply), op(kAdd, {1})}));
 }
 
 // Variables' expressions are not counted.
 TEST_F(GpuExpression, ASymbolRepeatedOnlyInVariablesIsNotHoisted)
 {
-    expect({varA(), new GPUVariable("e", "(* a 2)"), new GPUVariable("f", "(- a 3)")}, "(+ e f)",
+    expect({varA(), {"e", "(* a 2)"}, {"f", "(- a 3)"}}, "(+ e f)",
            slots({source("a"), gray("2.000000"), op(kMultiply), source("a"), gray("3.000000"), op(kAdd),
                   op(kAdd, {1})}));
 }
@@ -88,7 +91,7 @@ TEST_F(GpuExpression, ASymbolRepeatedOnlyInVariablesIsNotHoisted)
 TEST_F(GpuExpression, AHoistedExpressionSeesWhatWasHoistedBeforeIt)
 {
     // a is hoisted before e, and b after it: e references a and has a source of b of its own.
-    expect({varA(), new GPUVariable("e", "(* a b)"), varB()}, "(+ (+ a a) (+ (+ e e) (+ b b)))",
+    expect({varA(), {"e", "(* a b)"}, varB()}, "(+ (+ a a) (+ (+ e e) (+ b b)))",
            slots({source("a"),                                             // depth 0: a
                   op(kReference, {0}), source("b"), op(kMultiply),         // depth 1: e
                   source("b"),                                             // depth 2: b
@@ -100,7 +103,7 @@ TEST_F(GpuExpression, AHoistedExpressionSeesWhatWasHoistedBeforeIt)
 
 TEST_F(GpuExpression, ARepeatedNullPluginIsHoistedAsAnEmptySlot)
 {
-    expect({new GPUVariable("n", static_cast<OUtils::PluginInterface*>(nullptr))}, "(+ n n)",
+    expect({{"n", static_cast<OUtils::PluginInterface*>(nullptr)}}, "(+ n n)",
            kNext + slots({op(kReference, {0}), op(kReference, {1}), op(kAdd, {1}), op(kFinish, {1})}));
 }
 
@@ -108,8 +111,7 @@ TEST_F(GpuExpression, AHoistedSlotBelowTheFirstIsWrittenAgain)
 {
     kind = support::TextKind::Broken;
     // The unknown function leaves no slot, so abs ends at depth -1, three times over.
-    expect({new GPUVariable("e", "(abs (nothing))")}, "(+ e e)",
-           slots({op(-944), op(-944), op(-944), op(kAdd, {1})}),
+    expect({{"e", "(abs (nothing))"}}, "(+ e e)", slots({op(-944), op(-944), op(-944), op(kAdd, {1})}),
            "[ERR] Error while calling nothing\n[ERR] Error while calling nothing\n"
            "[ERR] Error while calling nothing\n");
 }
@@ -135,7 +137,7 @@ TEST_F(GpuExpression, SeveralFormsHaveASlotEach)
 
 TEST_F(GpuExpression, AVariableOfSeveralFormsKeepsTheirOrder)
 {
-    expect({varA(), new GPUVariable("e", "(* a 2) 3 (abs 4)")}, "(max 1 e)",
+    expect({varA(), {"e", "(* a 2) 3 (abs 4)"}}, "(max 1 e)",
            slots({gray("1.000000"), source("a"), gray("2.000000"), op(kMultiply), gray("3.000000"),
                   gray("4.000000"), op(-944), op(-943, {1}), op(kFinish, {2})}));
 }
@@ -245,7 +247,7 @@ TEST_F(GpuExpression, TheWordsOfManipCountAsSymbols)
 {
     // A texture of the name of a selector is hoisted, and the selectors still read as words.
     Texture x("x");
-    expect({varA(), new GPUVariable("x", x)}, "(manip a 1 0 0 0 0 x x)",
+    expect({varA(), {"x", x}}, "(manip a 1 0 0 0 0 x x)",
            slots({source("x"), source("a"), gray("1.000000"), op(kManip, {0, 0, 0, 0, 1, 1}),
                   op(kFinish, {1})}));
 }
@@ -267,16 +269,18 @@ TEST_F(GpuExpression, AnIfOfTwoArgumentsIsNotFolded)
 
 TEST_F(GpuExpression, OfTwoVariablesOfANameTheFirstStays)
 {
-    expect({varA(), new GPUVariable("a", AColor{})}, "a", source("a"));
-    expect({nullptr, varA(), nullptr}, "a", source("a"));
+    expect({varA(), {"a", AColor{}}}, "a", source("a"));
+    expect({varA(), {"e", "a"}, {"e", "(abs a)"}}, "(abs e)", slots({source("a"), op(-944)}));
 }
 
 TEST_F(GpuExpression, VariablesAreFoundByTheirExactName)
 {
     GPUExpressionEvaluator evaluator;
-    GPUVariable* variable = varA();
-    evaluator.addVariable(variable);
-    evaluator.addVariable(variable);
+    std::unique_ptr<GPUVariable> added = varA().variable();
+    const GPUVariable* variable = added.get();
+    evaluator.addVariable(nullptr);
+    evaluator.addVariable(std::move(added));
+    evaluator.addVariable(nullptr);
     EXPECT_EQ(evaluator.findVariable("a"), variable);
     EXPECT_EQ(evaluator.findVariable("A"), nullptr);
     EXPECT_EQ(evaluator.findVariable("aa"), nullptr);
@@ -302,17 +306,56 @@ TEST_F(GpuExpression, VariablesHoldWhatTheirTypeSays)
 
 TEST_F(GpuExpression, FaultsOfAVariableAreToldAtEachUse)
 {
-    expect({new GPUVariable("e", "1 (")}, "(+ e 2)",
-           slots({gray("1.000000"), gray("2.000000"), op(kAdd, {1})}), "[ERR] Unable to parse expression:\n");
+    expect({{"e", "1 ("}}, "(+ e 2)", slots({gray("1.000000"), gray("2.000000"), op(kAdd, {1})}),
+           "[ERR] Unable to parse expression:\n");
 }
 
-using GpuExpressionDeathTest = GpuExpression;
+// Ends the walk that asks for its bounds once too often.
+class Patience : public Texture {
+public:
+    struct AtAnEnd {};
 
-// No guard exists: the recursion ends with the stack.
-TEST_F(GpuExpressionDeathTest, AVariableThatNamesItselfRecursesWithoutBound)
+    Patience() : Texture("c") {}
+    void evalColorBounds(AColor* lower, AColor* upper) override
+    {
+        if (++asked == kMost) throw AtAnEnd{};
+        Texture::evalColorBounds(lower, upper);
+    }
+
+    static constexpr int kMost = 1000;
+    int asked = 0;
+};
+
+// Nothing guards against it: only the texture's own patience ends the walk. Its bounds are asked for at each
+// time that the expression of e is taken up.
+TEST_F(GpuExpression, AVariableThatNamesItselfIsFollowedWithoutBound)
 {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_DEATH(onSmallStack([] { evaluated({new GPUVariable("e", "(abs e)")}, "e"); }), "");
+    Patience c;
+    support::TextSink sink;
+    EXPECT_THROW(evaluate({{"c", c}, {"e", "(if c 1 e)"}}, "e", sink), Patience::AtAnEnd);
+    EXPECT_EQ(c.asked, Patience::kMost);
+}
+
+// Memory ends at another allocation for each size from which on blocks are refused.
+TEST_F(GpuExpression, LeavesNothingBehindWhenMemoryEnds)
+{
+    const std::vector<Binding> bindings = {varA(), varB(), {"e", "(manip a b + + + +)"}};
+    const auto endsWithout = [&](std::size_t blockSize) {
+        support::TextSink sink(support::TextKind::Broken); // it ends where memory does
+        try {
+            const support::ExhaustedHeap heap(blockSize);
+            evaluate(bindings, "(* e (if a (color 1 0 0) '(0 (abs e) 1)))", sink);
+            return false;
+        } catch (const OUtils::ExceptionMsg&) {
+            return true;
+        }
+    };
+    const std::int64_t before = ombrix::allocationCounters().liveBlocks;
+    std::size_t blockSize = 1;
+    for (; endsWithout(blockSize); ++blockSize)
+        ASSERT_EQ(ombrix::allocationCounters().liveBlocks, before) << "without blocks of " << blockSize;
+    EXPECT_EQ(ombrix::allocationCounters().liveBlocks, before);
+    EXPECT_GT(blockSize, 200u); // variables, functions and nodes are smaller
 }
 
 } // namespace

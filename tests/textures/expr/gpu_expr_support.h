@@ -8,7 +8,9 @@
 #include "support/text_sink.h"
 
 #include <initializer_list>
+#include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace expr_test {
@@ -53,6 +55,38 @@ public:
     operator OUtils::PluginInterface*() { return static_cast<OUtils::TextureInterface*>(this); }
 };
 
+// A name, and the texture, constant or expression that it stands for.
+struct Binding {
+    Binding(const char* boundName, OUtils::PluginInterface* texture) : name(boundName), meaning(texture) {}
+    Binding(const char* boundName, const OUtils::AColor& constant) : name(boundName), meaning(constant) {}
+    Binding(const char* boundName, const char* text) : name(boundName), meaning(text) {}
+
+    std::unique_ptr<nezaiva::expr::gpu::GPUVariable> variable() const
+    {
+        return std::visit(
+            [this](const auto& value) {
+                return std::make_unique<nezaiva::expr::gpu::GPUVariable>(name, value);
+            },
+            meaning);
+    }
+
+    const char* name;
+    std::variant<OUtils::PluginInterface*, OUtils::AColor, const char*> meaning;
+};
+
+// Writes the source of an expression into the sink. Returns the writer's depth.
+inline int evaluate(const std::vector<Binding>& bindings, std::string_view expression,
+                    OUtils::ShaderSource& sink)
+{
+    support::NoData data;
+    nezaiva::expr::gpu::GPUSourceWriter writer("theName", "theTag", "MaterialDescriptor", sink, data);
+    nezaiva::expr::gpu::GPUExpressionEvaluator evaluator;
+    for (const Binding& binding : bindings)
+        evaluator.addVariable(binding.variable());
+    evaluator.evaluate(writer, expression);
+    return writer.getDepth();
+}
+
 // What the evaluation of an expression wrote.
 struct Written {
     std::string source;
@@ -60,20 +94,13 @@ struct Written {
     int depth = 0;
 };
 
-// Takes the variables.
-inline Written evaluated(std::initializer_list<nezaiva::expr::gpu::GPUVariable*> variables,
-                         std::string_view expression, support::TextKind kind = support::TextKind::Understood)
+inline Written evaluated(const std::vector<Binding>& bindings, std::string_view expression,
+                         support::TextKind kind = support::TextKind::Understood)
 {
     support::TextSink sink(kind);
-    support::NoData data;
-    nezaiva::expr::gpu::GPUSourceWriter writer("theName", "theTag", "MaterialDescriptor", sink, data);
-    nezaiva::expr::gpu::GPUExpressionEvaluator evaluator;
-    for (nezaiva::expr::gpu::GPUVariable* variable : variables)
-        evaluator.addVariable(variable);
     Written written;
-    written.errors = errorsOf([&] { evaluator.evaluate(writer, expression); });
+    written.errors = errorsOf([&] { written.depth = evaluate(bindings, expression, sink); });
     written.source = sink.text;
-    written.depth = writer.getDepth();
     return written;
 }
 

@@ -24,8 +24,9 @@ TEST_F(SourceWriter, TheFirstSlotNeedsNoLine)
     EXPECT_EQ(sink.text, "");
     EXPECT_EQ(writer.getDepth(), 0);
     writer.openSlot();
-    EXPECT_EQ(sink.text, "subtex\n");
     EXPECT_EQ(writer.getDepth(), 1);
+    writer.flush();
+    EXPECT_EQ(sink.text, "subtex\n");
     writer.popSlots(3);
     EXPECT_EQ(writer.getDepth(), -2);
 }
@@ -36,6 +37,7 @@ TEST_F(SourceWriter, WritesItsLines)
     writer.writeGray(2.0f);
     writer.writeOperator(-1, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, -11, 12});
     writer.writeReference(7);
+    writer.flush();
     EXPECT_EQ(sink.text, "color 0.250000 -1.500000 1000000.000000 0.100000\n"
                          "color 2.000000 2.000000 2.000000 2.000000\n"
                          "bitmap -1\n"
@@ -51,6 +53,7 @@ TEST_F(SourceWriter, FinishOpensASlotAndTakesTheOthers)
     writer.openSlot();
     writer.openSlot();
     writer.writeFinish(2);
+    writer.flush();
     EXPECT_EQ(sink.text, "subtex\nsubtex\nsubtex\nbitmap -934\nuvw_transform 2,0,0, 0,0,0, 0,0,0, 0,0,0\n");
     EXPECT_EQ(writer.getDepth(), 0);
 }
@@ -60,7 +63,26 @@ TEST_F(SourceWriter, HandsTheThreeStringsToATexture)
     Texture a("a");
     writer.writeTexture(a);
     writer.writeTexture(nullptr);
+    writer.flush();
     EXPECT_EQ(sink.text, "a theName theTag MaterialDescriptor\n");
+}
+
+TEST_F(SourceWriter, HoldsItsLinesBackUntilFlush)
+{
+    Texture a("a");
+    writer.openSlot();
+    writer.writeGray(2.0f);
+    writer.openSlot();
+    writer.writeTexture(a);
+    EXPECT_EQ(sink.text, "");
+    writer.flush();
+    EXPECT_EQ(sink.text, slots({gray("2.000000"), source("a")}));
+    writer.flush();
+    EXPECT_EQ(sink.text, slots({gray("2.000000"), source("a")}));
+    writer.openSlot();
+    writer.writeGray(3.0f);
+    writer.flush();
+    EXPECT_EQ(sink.text, slots({gray("2.000000"), source("a"), gray("3.000000")}));
 }
 
 class SourceHelper : public testing::Test {

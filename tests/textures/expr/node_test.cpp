@@ -1,7 +1,7 @@
 // Nodes: their data, who owns them, and how they compare.
 
+#include "textures/expr/lisp_parser.h"
 #include "textures/expr/node.h"
-#include "textures/expr/parser.h"
 #include "textures/expr/visitor.h"
 
 #include "expr_support.h"
@@ -56,12 +56,14 @@ TEST(Node, AcceptCallsTheOperationOfItsClass)
     EXPECT_EQ(teller.told, "symbol x\nlist [List 1]\nfunction [Func f y]\nliteral 2\n");
 }
 
-TEST(Node, ABareVisitorDoesNothing)
+TEST(Node, AVisitorGoesNoFurtherThanTheFormsUnlessToldTo)
 {
-    Visitor visitor;
-    LispParser parser("x '(1) (f y) 2");
-    parser.getRoot()->accept(visitor);
-    EXPECT_EQ(textOf(*parser.getRoot()), "[Begin x, [List 1], [Func f y], 2]");
+    struct Teller : Visitor {
+        void visitSymbol(SymbolNode& node) override { told += textOf(node) + "\n"; }
+        std::string told;
+    } teller;
+    LispParser("x '(inList) (f inCall) 2 y").getRoot()->accept(teller);
+    EXPECT_EQ(teller.told, "x\ny\n");
 }
 
 TEST(Node, GetArgOutsideTheArgumentsIsNull)
@@ -76,6 +78,14 @@ TEST(Node, GetArgOutsideTheArgumentsIsNull)
     EXPECT_EQ(function.getArg(INT_MIN), nullptr);
 }
 
+template <class... NodeClass>
+NodeVector nodes(std::unique_ptr<NodeClass>... node)
+{
+    NodeVector vector;
+    (vector.push_back(std::move(node)), ...);
+    return vector;
+}
+
 class TracedSymbol : public SymbolNode {
 public:
     TracedSymbol(const char* word, std::vector<std::string>& deleted) : SymbolNode(word), log(deleted) {}
@@ -88,14 +98,14 @@ private:
 TEST(Node, DeletesAllBelowItOnceAndInOrder)
 {
     std::vector<std::string> deleted;
-    const auto symbol = [&](const char* name) -> Node* { return new TracedSymbol(name, deleted); };
+    const auto symbol = [&](const char* name) { return std::make_unique<TracedSymbol>(name, deleted); };
     {
-        const NodeVector inner{symbol("b"), symbol("c")};
-        const NodeVector list{symbol("d"), new ListNode(NodeVector{}), symbol("e")};
-        const NodeVector outer{symbol("a"), new FunctionNode("f", inner), new ListNode(list), symbol("g")};
-        // The vectors are the caller's: the nodes hold copies.
-        const std::unique_ptr<Node> root(new BeginNode(outer));
-        EXPECT_TRUE(deleted.empty());
+        auto call = std::make_unique<FunctionNode>("f", nodes(symbol("b"), symbol("c")));
+        auto emptyList = std::make_unique<ListNode>(NodeVector{});
+        auto list = std::make_unique<ListNode>(nodes(symbol("d"), std::move(emptyList), symbol("e")));
+        const BeginNode root(nodes(symbol("a"), std::move(call), std::move(list), symbol("g")));
+        EXPECT_EQ(textOf(root), "[Begin a, [Func f b, c], [List d, [List ], e], g]");
+        EXPECT_EQ(deleted, std::vector<std::string>{});
     }
     EXPECT_EQ(deleted, (std::vector<std::string>{"a", "b", "c", "d", "e", "g"}));
 }

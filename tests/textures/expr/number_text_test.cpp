@@ -1,7 +1,6 @@
 // Literals: how they are read and printed.
 
 #include "textures/expr/node.h"
-#include "textures/expr/parser.h"
 #include "textures/expr/tokens.h"
 
 #include "expr_support.h"

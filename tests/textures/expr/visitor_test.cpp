@@ -1,7 +1,7 @@
 // Counting, copying and rewriting trees.
 
+#include "textures/expr/lisp_parser.h"
 #include "textures/expr/mirror_visitor.h"
-#include "textures/expr/parser.h"
 
 #include "expr_support.h"
 
@@ -15,7 +15,7 @@ using namespace expr_test;
 std::string rewritten(VisitorChain& chain, const char* text)
 {
     LispParser parser(text);
-    const std::unique_ptr<Node> tree(chain.run(parser.getRoot()));
+    const std::unique_ptr<Node> tree = chain.run(parser.getRoot());
     return textOf(*tree);
 }
 
@@ -45,7 +45,7 @@ TEST(MirrorVisitor, CopiesEveryKindOfNode)
 {
     LispParser parser("x 1.5 '(1 '() y) (f (g) z)");
     MirrorVisitor visitor;
-    const std::unique_ptr<Node> copy(visitor.mirror(*parser.getRoot()));
+    const std::unique_ptr<Node> copy = visitor.mirror(*parser.getRoot());
     EXPECT_EQ(textOf(*copy), "[Begin x, 1.5, [List 1, [List ], y], [Func f [Func g ], z]]");
     EXPECT_EQ(copy->compare(*parser.getRoot()), 0);
     const auto& original = *static_cast<BeginNode*>(parser.getRoot());
@@ -59,13 +59,14 @@ TEST(MirrorVisitor, KeepsItsLastResultOnTop)
     MirrorVisitor visitor;
     EXPECT_EQ(visitor.getResult(), nullptr);
     SymbolNode symbol("x");
-    const std::unique_ptr<Node> copy(visitor.mirror(symbol));
+    EXPECT_EQ(textOf(*visitor.mirror(symbol)), "x");
     EXPECT_EQ(visitor.getResult(), nullptr); // mirror takes its own level away
     symbol.accept(visitor);
-    const std::unique_ptr<Node> accepted(visitor.getResult());
-    EXPECT_EQ(textOf(*accepted), "x");
-    visitor.setResult(&symbol);
-    EXPECT_EQ(visitor.getResult(), &symbol);
+    EXPECT_EQ(textOf(*visitor.getResult()), "x");
+    visitor.setResult(std::make_unique<SymbolNode>("y"));
+    EXPECT_EQ(textOf(*visitor.getResult()), "y");
+    EXPECT_EQ(textOf(*visitor.takeResult()), "y");
+    EXPECT_EQ(visitor.getResult(), nullptr);
 }
 
 // Replaces a symbol, falls through elsewhere, and calls mirror from within.
@@ -74,7 +75,7 @@ public:
     void visitSymbol(SymbolNode& node) override
     {
         if (node.getName() == "one") {
-            setResult(new FloatingLiteralNode(1.0f));
+            setResult(std::make_unique<FloatingLiteralNode>(1.0f));
             return;
         }
         MirrorVisitor::visitSymbol(node);
@@ -85,22 +86,24 @@ public:
             MirrorVisitor::visitFunction(node);
             return;
         }
-        const NodeVector copies{mirror(*node.getArg(0)), mirror(*node.getArg(0))};
-        setResult(new ListNode(copies));
+        NodeVector copies;
+        copies.push_back(mirror(*node.getArg(0)));
+        copies.push_back(mirror(*node.getArg(0)));
+        setResult(std::make_unique<ListNode>(std::move(copies)));
     }
 };
 
 TEST(MirrorVisitor, ASubclassRewritesWhatItOverrides)
 {
     VisitorChain chain;
-    chain.addVisitor(new Doubler);
+    chain.addVisitor(std::make_unique<Doubler>());
     EXPECT_EQ(rewritten(chain, "(f one 'x (g one))"), "[Begin [Func f 1, x, [Func g 1]]]");
 }
 
 TEST(MirrorVisitor, MirrorMayBeCalledFromWithin)
 {
     VisitorChain chain;
-    chain.addVisitor(new Doubler);
+    chain.addVisitor(std::make_unique<Doubler>());
     EXPECT_EQ(rewritten(chain, "(f a (twice (g one (twice b))) c)"),
               "[Begin [Func f a, [List [Func g 1, [List b, b]], [Func g 1, [List b, b]]], c]]");
 }
@@ -115,7 +118,7 @@ TEST(VisitorChain, WithoutVisitorsCopies)
 {
     LispParser parser("(f x)");
     VisitorChain chain;
-    const std::unique_ptr<Node> copy(chain.run(parser.getRoot()));
+    const std::unique_ptr<Node> copy = chain.run(parser.getRoot());
     EXPECT_NE(copy.get(), parser.getRoot());
     EXPECT_EQ(textOf(*copy), "[Begin [Func f x]]");
 }
@@ -125,7 +128,7 @@ public:
     Renamer(const char* oldName, const char* newName) : from(oldName), to(newName) {}
     void visitSymbol(SymbolNode& node) override
     {
-        setResult(new SymbolNode(node.getName() == from ? to : node.getName()));
+        setResult(std::make_unique<SymbolNode>(node.getName() == from ? to : node.getName()));
     }
 
 private:
@@ -135,8 +138,8 @@ private:
 TEST(VisitorChain, RunsItsVisitorsInOrder)
 {
     VisitorChain chain;
-    chain.addVisitor(new Renamer("a", "b"));
-    chain.addVisitor(new Renamer("b", "c"));
+    chain.addVisitor(std::make_unique<Renamer>("a", "b"));
+    chain.addVisitor(std::make_unique<Renamer>("b", "c"));
     EXPECT_EQ(rewritten(chain, "(f a b)"), "[Begin [Func f c, c]]");
 }
 
@@ -144,9 +147,9 @@ TEST(VisitorChain, LeavesTheRootAndRunsAgain)
 {
     LispParser parser("(f a)");
     VisitorChain chain;
-    chain.addVisitor(new Renamer("a", "b"));
+    chain.addVisitor(std::make_unique<Renamer>("a", "b"));
     for (int i = 0; i < 2; ++i) {
-        const std::unique_ptr<Node> copy(chain.run(parser.getRoot()));
+        const std::unique_ptr<Node> copy = chain.run(parser.getRoot());
         EXPECT_EQ(textOf(*copy), "[Begin [Func f b]]");
         EXPECT_EQ(textOf(*parser.getRoot()), "[Begin [Func f a]]");
     }
@@ -158,7 +161,7 @@ TEST(VisitorChain, OutlivesTheParser)
     {
         LispParser parser("(f a)");
         VisitorChain chain;
-        copy.reset(chain.run(parser.getRoot()));
+        copy = chain.run(parser.getRoot());
     }
     EXPECT_EQ(textOf(*copy), "[Begin [Func f a]]");
 }
