@@ -28,11 +28,6 @@ constexpr Builtin kBuiltins[] = {
     {"-", -979, 0},       {"*", -980, 0},         {"/", -956, 2},
 };
 
-// Kept as is: no variable has this type, the kind being spelt "expression". So a symbol that only the
-// expressions of variables use does not count, and its variable is not hoisted: the slots of every source
-// depend on it (GpuExpression.ASymbolRepeatedOnlyInVariablesIsNotHoisted).
-constexpr char kCountedVariable[] = "expressions";
-
 constexpr std::int32_t kHoistedUses = 2;
 
 } // namespace
@@ -70,18 +65,13 @@ void GPUExpressionEvaluator::evaluate(GPUSourceWriter& sourceWriter, std::string
 void GPUExpressionEvaluator::writeExpression(std::string_view text)
 {
     const std::unique_ptr<Node> tree = prepare(text, variables);
+    // Kept as is: only the main expression is counted. A symbol that the expressions of variables repeat is
+    // not hoisted, and the slots of every source depend on it
+    // (GpuExpression.ASymbolRepeatedOnlyInVariablesIsNotHoisted).
     tree->accept(symbolCounter);
-    for (const std::unique_ptr<GPUVariable>& variable : variables)
-        if (variable->type == kCountedVariable) countSymbols(variable->expression);
     hoistVariables();
     tree->accept(*this);
     if (writer->getDepth() > 0) writer->writeFinish(writer->getDepth());
-}
-
-void GPUExpressionEvaluator::countSymbols(std::string_view text)
-{
-    const std::unique_ptr<Node> tree = prepare(text, variables);
-    tree->accept(symbolCounter);
 }
 
 // Writes the variables that are used repeatedly once, ahead of the expression.

@@ -39,7 +39,6 @@ public:
 private:
     void addFunction(std::string_view name, std::unique_ptr<GPUFunction> function);
     void writeExpression(std::string_view text);
-    void countSymbols(std::string_view text);
     void hoistVariables();
     void emitVariable(const GPUVariable* variable);
 
