@@ -12,7 +12,7 @@ namespace {
 
 struct Builtin {
     std::string_view name;
-    std::int32_t opcode;
+    GpuOperator opcode;
     std::int32_t operand;
 };
 
@@ -20,12 +20,29 @@ struct Builtin {
 // Kept as is: "/" stands twice, so operand 3 is never written
 // (GpuExpression.EveryBuiltinHasItsOpcodeAndOperand).
 constexpr Builtin kBuiltins[] = {
-    {"abs", -944, 0},     {"clamp", -951, 0},     {"facingRatio", -971, 4}, {"hsv2rgb", -965, 0},
-    {"if", -948, 0},      {"intensity", -973, 1}, {"lerp", -945, 0},        {"luminance", -973, 2},
-    {"max", -943, 1},     {"min", -943, 0},       {"overlay", -946, 26},    {"/", -956, 3},
-    {"rgb2hsv", -987, 0}, {"==", -947, 0},        {"!=", -947, 1},          {"<", -947, 2},
-    {">", -947, 3},       {"<=", -947, 4},        {">=", -947, 5},          {"+", -979, 1},
-    {"-", -979, 0},       {"*", -980, 0},         {"/", -956, 2},
+    {"abs", GpuOperator::Abs, 0},
+    {"clamp", GpuOperator::Clamp, 0},
+    {"facingRatio", GpuOperator::FacingRatio, 4},
+    {"hsv2rgb", GpuOperator::HsvToRgb, 0},
+    {"if", GpuOperator::Condition, 0},
+    {"intensity", GpuOperator::ColorToFloat, 1},
+    {"lerp", GpuOperator::Lerp, 0},
+    {"luminance", GpuOperator::ColorToFloat, 2},
+    {"max", GpuOperator::MinMax, 1},
+    {"min", GpuOperator::MinMax, 0},
+    {"overlay", GpuOperator::Overlay, 26},
+    {"/", GpuOperator::MultiplyDivide, 3},
+    {"rgb2hsv", GpuOperator::RgbToHsv, 0},
+    {"==", GpuOperator::Compare, 0},
+    {"!=", GpuOperator::Compare, 1},
+    {"<", GpuOperator::Compare, 2},
+    {">", GpuOperator::Compare, 3},
+    {"<=", GpuOperator::Compare, 4},
+    {">=", GpuOperator::Compare, 5},
+    {"+", GpuOperator::AddColors, 1},
+    {"-", GpuOperator::AddColors, 0},
+    {"*", GpuOperator::MultiplyColors, 0},
+    {"/", GpuOperator::MultiplyDivide, 2},
 };
 
 constexpr std::int32_t kHoistedUses = 2;

@@ -11,7 +11,6 @@ namespace nezaiva::expr::gpu {
 
 namespace {
 
-constexpr std::int32_t kManipOperator = -935;
 constexpr std::size_t kManipColors = 2;
 constexpr std::size_t kFirstChannelOp = 2;
 constexpr std::size_t kFirstSwizzle = 6;
@@ -79,7 +78,7 @@ bool ManipFunction::call(FunctionNode& node, GPUExpressionEvaluator& evaluator, 
     for (std::size_t i = 0; i < kManipColors; ++i)
         node.getArgs()[i]->accept(evaluator);
     writer.openSlot();
-    writer.writeOperator(kManipOperator, manipOperands(node));
+    writer.writeOperator(GpuOperator::Manip, manipOperands(node));
     // Only the two colours have slots, however many arguments follow them.
     writer.popSlots(static_cast<std::int32_t>(kManipColors));
     return true;

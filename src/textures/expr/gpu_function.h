@@ -27,14 +27,14 @@ public:
 class GPUCommonFunction : public GPUFunction {
 public:
     // The operand is the first of the operator's twelve integers.
-    GPUCommonFunction(std::int32_t functionOpcode, std::int32_t firstOperand)
+    GPUCommonFunction(GpuOperator functionOpcode, std::int32_t firstOperand)
         : opcode(functionOpcode), operand(firstOperand)
     {
     }
     bool call(FunctionNode& node, GPUExpressionEvaluator& evaluator, GPUSourceWriter& writer) override;
 
 private:
-    std::int32_t opcode;
+    GpuOperator opcode;
     std::int32_t operand;
 };
 

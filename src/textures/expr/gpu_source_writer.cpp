@@ -2,13 +2,6 @@
 
 namespace nezaiva::expr::gpu {
 
-namespace {
-
-constexpr std::int32_t kReferenceOperator = -952;
-constexpr std::int32_t kFinishOperator = -934;
-
-} // namespace
-
 void GPUSourceWriter::openSlot()
 {
     if (firstSlot) {
@@ -34,20 +27,20 @@ void GPUSourceWriter::writeTexture(OUtils::PluginInterface* texture)
     pending.push_back(texture);
 }
 
-void GPUSourceWriter::writeOperator(std::int32_t opcode, const Operands& operands)
+void GPUSourceWriter::writeOperator(GpuOperator opcode, const Operands& operands)
 {
     pending.push_back(Operator{opcode, operands});
 }
 
 void GPUSourceWriter::writeReference(std::int32_t offset)
 {
-    writeOperator(kReferenceOperator, {offset});
+    writeOperator(GpuOperator::Reference, {offset});
 }
 
 void GPUSourceWriter::writeFinish(std::int32_t count)
 {
     openSlot();
-    writeOperator(kFinishOperator, {count});
+    writeOperator(GpuOperator::Finish, {count});
     depth -= count + 1;
 }
 
@@ -77,7 +70,7 @@ void GPUSourceWriter::append(OUtils::PluginInterface* texture)
 void GPUSourceWriter::append(const Operator& call)
 {
     const Operands& n = call.operands;
-    shaderSource->printf("bitmap %d\n", call.opcode);
+    shaderSource->printf("bitmap %d\n", static_cast<int>(call.opcode));
     shaderSource->printf("uvw_transform %d,%d,%d, %d,%d,%d, %d,%d,%d, %d,%d,%d\n", n[0], n[1], n[2], n[3],
                          n[4], n[5], n[6], n[7], n[8], n[9], n[10], n[11]);
 }

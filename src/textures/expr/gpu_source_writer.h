@@ -1,6 +1,8 @@
 // GPUSourceWriter: writes the slots of a GPU source, and knows how deep their stack is.
 #pragma once
 
+#include "textures/expr/gpu_operator.h"
+
 #include <ombrix/gpu_source.h>
 #include <ombrix/memory.h>
 #include <ombrix/types.h>
@@ -35,7 +37,7 @@ public:
     // The texture's own source; nothing for null, or a texture without one.
     void writeTexture(OUtils::PluginInterface* texture);
     // A built-in operator. Opens no slot, and takes none off the stack.
-    void writeOperator(std::int32_t opcode, const Operands& operands);
+    void writeOperator(GpuOperator opcode, const Operands& operands);
     // A copy of the slot that lies offset below the one before this.
     void writeReference(std::int32_t offset);
     // Drops the slots that lie count deep below the top, and keeps the top.
@@ -50,7 +52,7 @@ public:
 private:
     struct SlotEnd {};
     struct Operator {
-        std::int32_t opcode;
+        GpuOperator opcode;
         Operands operands;
     };
 

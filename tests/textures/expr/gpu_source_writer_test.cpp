@@ -35,7 +35,7 @@ TEST_F(SourceWriter, WritesItsLines)
 {
     writer.writeColor(0.25f, -1.5f, 1e6f, 0.1f);
     writer.writeGray(2.0f);
-    writer.writeOperator(-1, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, -11, 12});
+    writer.writeOperator(static_cast<nezaiva::GpuOperator>(-1), {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, -11, 12});
     writer.writeReference(7);
     writer.flush();
     EXPECT_EQ(sink.text, "color 0.250000 -1.500000 1000000.000000 0.100000\n"
