@@ -135,7 +135,7 @@ private:
             const JsonPlace element = place.at(i);
             if (!nesting.empty() && element->is_array()) {
                 good = readElements(element, sample) && good;
-                if (nesting == "ended") sample.push_back(Value(-1));
+                if (nesting == "ended") sample.emplace_back(-1);
             } else {
                 good = readElement(element, sample) && good;
             }
