@@ -2,12 +2,9 @@
 
 #include "host/bake/unit_square_surface.h"
 #include "host/context/host_context.h"
+#include "host/parallel/parallel_for.h"
 
 #include <ombrix/texture_interfaces.h>
-
-#include <tbb/global_control.h>
-#include <tbb/parallel_for.h>
-#include <tbb/task_arena.h>
 
 #include <algorithm>
 #include <atomic>
@@ -96,12 +93,12 @@ BakeResult bakeTexture(const BakeSource& source, int size, int threads, Progress
     const float step = 1.0f / static_cast<float>(size);
     const int tilesAcross = (size + kTileSize - 1) / kTileSize;
     std::atomic<std::int64_t> doneTexels{0};
-    const auto bakeTile = [&](int tile) {
+    const auto bakeTile = [&](int tile, int thread) {
         if (InterruptGuard::interrupted()) return;
         const int left = tile % tilesAcross * kTileSize, top = tile / tilesAcross * kTileSize;
         const int right = std::min(left + kTileSize, size), bottom = std::min(top + kTileSize, size);
         HostContext context;
-        context.thread.threadIndex = tbb::this_task_arena::current_thread_index();
+        context.thread.threadIndex = thread;
         context.surfaceObject = &surface;
         context.positionDiffU = {step, 0.0f, 0.0f};
         context.positionDiffV = {0.0f, step, 0.0f};
@@ -114,10 +111,7 @@ BakeResult bakeTexture(const BakeSource& source, int size, int threads, Progress
         doneTexels += texels;
         progress.advance(texels);
     };
-    const tbb::global_control allowed(tbb::global_control::max_allowed_parallelism,
-                                      static_cast<std::size_t>(threads));
-    tbb::task_arena arena(threads);
-    arena.execute([&] { tbb::parallel_for(0, tilesAcross * tilesAcross, bakeTile); });
+    parallelFor(tilesAcross * tilesAcross, threads, bakeTile);
     result.doneTexels = doneTexels;
     return result;
 }

@@ -1,9 +1,6 @@
 #include "host/integrator/render.h"
 
-#include <tbb/blocked_range.h>
-#include <tbb/global_control.h>
-#include <tbb/parallel_for.h>
-#include <tbb/task_arena.h>
+#include "host/parallel/parallel_for.h"
 
 #include <atomic>
 #include <chrono>
@@ -37,9 +34,8 @@ struct WorldGuard {
     ~WorldGuard() { tracer.setWorld(nullptr); }
 };
 
-void renderTile(PathTracer& tracer, Film& film, int tile, int begin, int end)
+void renderTile(PathTracer& tracer, Film& film, int tile, int thread, int begin, int end)
 {
-    const int thread = tbb::this_task_arena::current_thread_index();
     const Film::Rectangle area = film.tile(tile);
     for (int y = area.top; y < area.bottom; ++y)
         for (int x = area.left; x < area.right; ++x)
@@ -57,29 +53,19 @@ RenderStatistics renderWorld(const World& world, PathTracer& tracer, const Rende
     const WorldGuard guard(tracer, world);
     tracer.wantUvw(film.has(Layer::Uv));
 
-    // More threads than processors are started only when they are asked for by this name.
-    const tbb::global_control allowance(tbb::global_control::max_allowed_parallelism,
-                                        static_cast<std::size_t>(options.threads));
-    tbb::task_arena arena(options.threads);
     std::atomic<bool> ended{false};
     for (int begin = 0; begin < options.samples && !ended;) {
         const int end = passEnd(begin, options.samples);
-        const auto renderRange = [&](const tbb::blocked_range<int>& tiles) {
-            for (int tile = tiles.begin(); tile != tiles.end(); ++tile) {
-                if (ended || (options.stopped && options.stopped())) {
-                    ended = true;
-                    return;
-                }
-                renderTile(tracer, film, tile, begin, end);
-                const Film::Rectangle area = film.tile(tile);
-                if (options.advanced)
-                    options.advanced(static_cast<std::int64_t>(area.right - area.left) *
-                                     (area.bottom - area.top) * (end - begin));
+        parallelFor(film.tileCount(), options.threads, [&](int tile, int thread) {
+            if (ended || (options.stopped && options.stopped())) {
+                ended = true;
+                return;
             }
-        };
-        arena.execute([&] {
-            tbb::parallel_for(tbb::blocked_range<int>(0, film.tileCount(), 1), renderRange,
-                              tbb::simple_partitioner());
+            renderTile(tracer, film, tile, thread, begin, end);
+            const Film::Rectangle area = film.tile(tile);
+            if (options.advanced)
+                options.advanced(static_cast<std::int64_t>(area.right - area.left) *
+                                 (area.bottom - area.top) * (end - begin));
         });
         begin = end;
     }
