@@ -3,7 +3,6 @@ find_package(Threads REQUIRED)
 find_package(nlohmann_json 3.10 REQUIRED)
 find_package(CLI11 2.1 REQUIRED)
 find_package(fmt 9 REQUIRED)
-find_package(spdlog 1.9 REQUIRED)
 # Debian's Imath, which it looks for, tells of a file of its Python side that no package has.
 set(CMAKE_MESSAGE_LOG_LEVEL NOTICE)
 find_package(OpenImageIO 2.4 REQUIRED)

@@ -6,7 +6,7 @@ set -eu
 
 # openimageio-tools: CMake's description of libopenimageio-dev asks for its programs to be there.
 build="cmake g++ make ninja-build nlohmann-json3-dev libbenchmark-dev libcli11-dev libembree-dev
-       libfmt-dev libgtest-dev libopenimageio-dev libspdlog-dev libtbb-dev libtinyobjloader-dev
+       libfmt-dev libgtest-dev libopenimageio-dev libtbb-dev libtinyobjloader-dev
        openimageio-tools python3"
 lint="clang clang-format clang-tidy"
 bench="libnoise-dev"

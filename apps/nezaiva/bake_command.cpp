@@ -1,11 +1,15 @@
 // nezaiva bake: a texture over the unit square into an image.
 
 #include "apps/nezaiva/commands.h"
-#include "apps/nezaiva/session.h"
+#include "apps/nezaiva/scene_loading.h"
+#include "apps/nezaiva/shared_options.h"
 #include "host/bake/bake.h"
+#include "host/errors/errors.h"
 #include "host/image/image.h"
 #include "host/log/log.h"
+#include "host/progress/interrupt_guard.h"
 #include "host/renderer/setting_limits.h"
+#include "host/scene/scene_life.h"
 
 #include <fmt/format.h>
 
@@ -66,13 +70,13 @@ void bake(CommandLine& commandLine, const BakeOptions& options)
     RecordingLogger logger;
     HostRenderer renderer(scene->settings(), threads, &logger);
     const InterruptGuard guard;
-    scene->renderBegin(renderer);
-    scene->frameBegin(renderer, frame);
+    RenderLife renderLife(*scene, renderer);
+    FrameLife frameLife(renderLife, frame);
     ProgressBar progress("baking " + options.texture, static_cast<std::int64_t>(size) * size);
     BakeResult result = bakeTexture(source, size, threads, progress);
     progress.finish();
-    scene->frameEnd(renderer);
-    scene->renderEnd(renderer);
+    frameLife.end();
+    renderLife.end();
 
     if (options.withoutAlpha) dropAlpha(result.image);
     writeImage(options.file, result.image, {{"Software", "nezaiva"}, {"nezaivaTexture", options.texture}});

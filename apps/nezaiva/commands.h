@@ -23,8 +23,8 @@ struct CommandLine {
     int exitCode = kDone;
 };
 
-// A command's callback runs after the whole command line was read. It sets exitCode; WorkError,
-// LibraryError, ExceptionMsg and std::exception end in main as one "error: " line.
+// A command's callback runs after the whole command line was read. It sets exitCode. What it throws ends
+// in main as one "error: " line, with the exit code kWrongInput for WrongInput, else kWorkFailed.
 void addListCommand(CLI::App& app, CommandLine& commandLine);
 void addDescribeCommand(CLI::App& app, CommandLine& commandLine);
 void addProbeCommand(CLI::App& app, CommandLine& commandLine);

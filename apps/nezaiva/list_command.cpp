@@ -1,7 +1,9 @@
 // nezaiva list and nezaiva describe: what the plug-in libraries and the host offer.
 
 #include "apps/nezaiva/commands.h"
-#include "apps/nezaiva/session.h"
+#include "apps/nezaiva/scene_loading.h"
+#include "apps/nezaiva/standard_output.h"
+#include "host/errors/errors.h"
 #include "host/report/plugin_report.h"
 #include "host/scene/kind_words.h"
 

@@ -2,12 +2,11 @@
 // standard error and an exit code.
 
 #include "apps/nezaiva/commands.h"
-#include "apps/nezaiva/session.h"
-#include "host/log/log.h"
-#include "host/plugins/registry.h"
+#include "apps/nezaiva/standard_output.h"
+#include "host/console/console.h"
+#include "host/errors/errors.h"
 #include "host/report/text_layout.h"
 #include "host/scene/diagnostics.h"
-#include "host/scene/scene.h"
 
 #include <ombrix/exception_msg.h>
 
@@ -135,16 +134,12 @@ int runCommandLine(CLI::App& app, CommandLine& commandLine, int argumentCount, c
     try {
         parseAndRun(app, argumentCount, arguments);
         return commandLine.exitCode;
-    } catch (const ReaderGone&) {
+    } catch (const ombrix::ReaderGone&) {
         return endByBrokenPipe();
     } catch (const CLI::ParseError& problem) {
         return reportWrongCall(app, problem);
-    } catch (const WrongInput& problem) {
-        return fail(kWrongInput, problem.message);
-    } catch (const ombrix::LibraryError& problem) {
-        return fail(kWorkFailed, problem.message);
-    } catch (const ombrix::WorkError& problem) {
-        return fail(kWorkFailed, problem.message);
+    } catch (const ombrix::WrongInput& problem) {
+        return fail(kWrongInput, problem.what());
     } catch (const OUtils::ExceptionMsg& problem) {
         return fail(kWorkFailed, problem.what());
     } catch (const std::bad_alloc&) {

@@ -1,7 +1,9 @@
 // nezaiva probe: what the nodes of a scene give at chosen points.
 
 #include "apps/nezaiva/commands.h"
-#include "apps/nezaiva/session.h"
+#include "apps/nezaiva/scene_loading.h"
+#include "apps/nezaiva/standard_output.h"
+#include "host/errors/errors.h"
 #include "host/files/output_file.h"
 #include "host/probe/probe_run.h"
 #include "host/scene/json_text.h"

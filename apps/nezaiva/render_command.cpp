@@ -2,12 +2,16 @@
 
 #include "apps/nezaiva/commands.h"
 #include "apps/nezaiva/frame_files.h"
-#include "apps/nezaiva/session.h"
+#include "apps/nezaiva/scene_loading.h"
+#include "apps/nezaiva/shared_options.h"
+#include "host/errors/errors.h"
 #include "host/integrator/default_scene.h"
 #include "host/integrator/render.h"
 #include "host/log/log.h"
+#include "host/progress/interrupt_guard.h"
 #include "host/progress/progress.h"
 #include "host/renderer/setting_limits.h"
+#include "host/scene/scene_life.h"
 
 #include <fmt/format.h>
 
@@ -128,30 +132,21 @@ public:
           tracer(threads)
     {
         renderer.addInterface(&tracer, 0);
-        scene.renderBegin(renderer);
+        life.emplace(scene, renderer);
     }
     FrameRenderer(const FrameRenderer&) = delete;
     FrameRenderer& operator=(const FrameRenderer&) = delete;
-    ~FrameRenderer()
-    {
-        scene.renderEnd(renderer);
-        renderer.removeInterface(&tracer);
-    }
 
+    // Ends the life of the plugins, after the last frame.
+    void end() { life->end(); }
     // Renders a frame and writes its files. False when it was interrupted.
     bool render(double frame)
     {
         const SceneSettings& settings = scene.settings();
         Film film(settings.width, settings.height, layers);
-        RenderStatistics statistics;
-        scene.frameBegin(renderer, frame);
-        try {
-            statistics = renderInto(film, frame);
-        } catch (...) {
-            scene.frameEnd(renderer);
-            throw;
-        }
-        scene.frameEnd(renderer);
+        FrameLife frameLife(*life, frame);
+        const RenderStatistics statistics = renderInto(film, frame);
+        frameLife.end();
 
         int least = settings.samples;
         for (int tile = 0; tile < film.tileCount(); ++tile)
@@ -207,6 +202,7 @@ private:
     RecordingLogger logger;
     HostRenderer renderer;
     PathTracer tracer;
+    std::optional<RenderLife> life; // ends before what the plugins were handed
 };
 
 void render(const CommandLine& commandLine, const RenderCall& call)
@@ -233,6 +229,7 @@ void render(const CommandLine& commandLine, const RenderCall& call)
     FrameRenderer frameRenderer(call, *scene, std::move(layers));
     for (const double frame : frames)
         if (!frameRenderer.render(frame)) break;
+    frameRenderer.end();
 }
 
 } // namespace

@@ -1,11 +1,15 @@
 // nezaiva source: the GPU text of a texture, and the bitmaps that it refers to.
 
 #include "apps/nezaiva/commands.h"
-#include "apps/nezaiva/session.h"
+#include "apps/nezaiva/scene_loading.h"
+#include "apps/nezaiva/shared_options.h"
+#include "apps/nezaiva/standard_output.h"
+#include "host/errors/errors.h"
 #include "host/gpu/host_gpu.h"
 #include "host/gpu/source_tree.h"
 #include "host/image/image.h"
 #include "host/log/log.h"
+#include "host/scene/scene_life.h"
 
 #include <fmt/format.h>
 
@@ -115,18 +119,18 @@ void source(const CommandLine& commandLine, const SourceOptions& options)
 
     RecordingLogger logger;
     HostRenderer renderer(scene->settings(), renderThreads(scene->settings()), &logger);
-    scene->renderBegin(renderer);
-    scene->frameBegin(renderer, options.frame.value_or(scene->settings().frame));
+    HostOCLData data(&renderer, scene->settings().gpuBlockStore);
+    RenderLife renderLife(*scene, renderer);
+    FrameLife frameLife(renderLife, options.frame.value_or(scene->settings().frame));
     auto* texture = static_cast<OUtils::RTTexInterface*>(object.getInterface(OUtils::EXT_RTTEX));
     if (!texture)
         throw WrongInput{fmt::format("{} \"{}\" has no GPU source: it offers no EXT_RTTEX",
                                      object.instance->kind->desc->getName(), options.texture)};
-    HostOCLData data(&renderer, scene->settings().gpuBlockStore);
     HostShaderSource text;
     const int answered =
         texture->getSource(options.name.c_str(), options.tag.c_str(), options.descriptor.c_str(), text, data);
-    scene->frameEnd(renderer);
-    scene->renderEnd(renderer);
+    frameLife.end();
+    renderLife.end();
     if (!answered)
         throw WorkError{fmt::format("{} \"{}\" gives no source for \"{}\"",
                                     object.instance->kind->desc->getName(), options.texture,

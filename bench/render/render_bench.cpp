@@ -3,6 +3,7 @@
 
 #include "host/integrator/default_scene.h"
 #include "host/integrator/render.h"
+#include "host/scene/scene_life.h"
 
 #include <benchmark/benchmark.h>
 #include <embree3/rtcore.h>
@@ -49,8 +50,8 @@ struct Prepared {
         }
         renderer = std::make_unique<HostRenderer>(scene->settings(), 1, &logger);
         renderer->addInterface(&tracer, 0);
-        scene->renderBegin(*renderer);
-        scene->frameBegin(*renderer, 1.0);
+        renderLife = std::make_unique<RenderLife>(*scene, *renderer);
+        frameLife = std::make_unique<FrameLife>(*renderLife, 1.0);
         std::vector<OUtils::PluginBase*> plugins;
         for (const PluginInstance& instance : scene->instances())
             plugins.push_back(instance.plugin);
@@ -58,12 +59,6 @@ struct Prepared {
     }
     Prepared(const Prepared&) = delete;
     Prepared& operator=(const Prepared&) = delete;
-    ~Prepared()
-    {
-        scene->frameEnd(*renderer);
-        scene->renderEnd(*renderer);
-        renderer->removeInterface(&tracer);
-    }
 
     RenderStatistics render()
     {
@@ -78,6 +73,8 @@ struct Prepared {
     RecordingLogger logger{false};
     std::unique_ptr<HostRenderer> renderer;
     PathTracer tracer{1};
+    std::unique_ptr<RenderLife> renderLife;
+    std::unique_ptr<FrameLife> frameLife;
     std::unique_ptr<World> world;
 };
 

@@ -3,6 +3,7 @@
 #include "host/bake/unit_square_surface.h"
 #include "host/context/host_context.h"
 #include "host/parallel/parallel_for.h"
+#include "host/progress/interrupt_guard.h"
 
 #include <ombrix/texture_interfaces.h>
 

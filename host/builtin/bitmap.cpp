@@ -4,10 +4,10 @@
 // coordinates are not finite. Its bounds hold that color too.
 
 #include "host/builtin/builtin_metadata.h"
+#include "host/errors/errors.h"
 #include "host/image/image.h"
 #include "host/image/mip_pyramid.h"
 #include "host/plugins/registry.h"
-#include "host/scene/scene.h"
 
 #include <ombrix/plugin.h>
 

@@ -2,6 +2,7 @@
 
 #include "host/builtin/builtin_metadata.h"
 #include "host/builtin/parameter_values.h"
+#include "host/errors/errors.h"
 #include "host/geometry/geometry_interfaces.h"
 #include "host/geometry/obj_reader.h"
 #include "host/geometry/shapes.h"

@@ -1,6 +1,6 @@
 #include "host/files/output_file.h"
 
-#include "host/scene/scene.h"
+#include "host/errors/errors.h"
 
 #include <fmt/format.h>
 

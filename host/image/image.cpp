@@ -1,8 +1,8 @@
 #include "host/image/image.h"
 
+#include "host/errors/errors.h"
 #include "host/files/output_file.h"
 #include "host/image/image_formats.h"
-#include "host/scene/scene.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-// The host's log: what plugins and the host itself say goes to standard error, and can be recorded.
+// The host's log: what plugins and the host itself say goes to the console, and can be recorded.
 #pragma once
 
 #include <ombrix/renderer.h>
@@ -10,18 +10,9 @@
 
 namespace ombrix {
 
-enum class Verbosity { Quiet, Normal, Verbose };
-
-// Sets up the process's talk on standard error, through spdlog. Quiet shows errors alone, Verbose adds
-// informations and the debugger channel. Lines read "error: ...", "warning: ...", "info: ...".
-void setVerbosity(Verbosity verbosity);
-Verbosity verbosity();
-
-// Says a line of the host itself, as the verbosity allows. Thread-safe.
+// Says a line of the host itself, as the verbosity allows: "error: ...", "warning: ..." or "info: ...".
+// Thread-safe.
 void say(OUtils::LogLevel level, std::string_view text);
-// Writes a line on standard error as it stands, whatever the verbosity. Where standard error is closed or
-// full the line is lost; the exit code still tells that something went wrong.
-void writeErrorLine(std::string line);
 
 struct LogLine {
     OUtils::LogLevel level;

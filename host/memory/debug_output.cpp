@@ -1,5 +1,5 @@
 // The debugger channel. It runs on the path of failed allocations, so it takes no memory and no lock.
-#include "host/log/log.h"
+#include "host/console/console.h"
 #include "host/memory/allocator.h"
 
 #include <unistd.h>

@@ -1,5 +1,6 @@
 #include "host/plugins/registry.h"
 
+#include "host/errors/errors.h"
 #include "host/image/image_formats.h"
 #include "host/log/log.h"
 #include "host/plugins/elf_symbols.h"

@@ -19,11 +19,6 @@ struct RegisteredPlugin {
     std::string library; // the file it came from; "" for a built-in kind
 };
 
-// Thrown with a message that names the file and the reason.
-struct LibraryError {
-    std::string message;
-};
-
 class PluginRegistry : public OUtils::OmbrixPluginHost {
 public:
     // Registers the built-in kinds.

@@ -1,5 +1,6 @@
 #include "host/probe/probe_operations.h"
 
+#include "host/errors/errors.h"
 #include "host/probe/probe_context.h"
 #include "host/report/plugin_report.h"
 #include "host/scene/scene_object.h"

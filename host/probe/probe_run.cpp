@@ -1,6 +1,7 @@
 #include "host/probe/probe_run.h"
 
 #include "host/probe/probe_operations.h"
+#include "host/scene/scene_life.h"
 
 namespace ombrix {
 
@@ -48,7 +49,7 @@ public:
     ProbeAnswer run()
     {
         ProbeAnswer answer;
-        scene.renderBegin(renderer);
+        RenderLife render(scene, renderer);
         std::vector<LogLine> outerLog = logger.takeLines();
         std::vector<std::string> outerProgress = logger.takeProgress();
         OutputJson frames = OutputJson::array();
@@ -57,9 +58,9 @@ public:
                 answer.allAnswered = false;
                 break;
             }
-            frames.push_back(runFrame(frame, answer.allAnswered));
+            frames.push_back(runFrame(render, frame, answer.allAnswered));
         }
-        scene.renderEnd(renderer);
+        render.end();
         append(outerLog, logger.takeLines());
         append(outerProgress, logger.takeProgress());
         answer.json["frames"] = std::move(frames);
@@ -84,12 +85,12 @@ private:
         return false;
     }
 
-    OutputJson runFrame(const FrameSpec& spec, bool& allAnswered)
+    OutputJson runFrame(RenderLife& render, const FrameSpec& spec, bool& allAnswered)
     {
         HostOCLData gpuData(&renderer, scene.settings().gpuBlockStore);
         const ProbeFrame frame{scene, *renderer.getMapChannelNames(), gpuData, stamps};
         OutputJson results = OutputJson::array();
-        scene.frameBegin(renderer, spec.frame);
+        FrameLife life(render, spec.frame);
         for (const RequestSpec& request : spec.requests) {
             OutputJson result = answerRequest(request, frame);
             if (result.contains("error")) {
@@ -101,7 +102,7 @@ private:
             }
             results.push_back(std::move(result));
         }
-        scene.frameEnd(renderer);
+        life.end();
         OutputJson answer;
         answer["frame"] = toJson(spec.frame);
         answer["results"] = std::move(results);

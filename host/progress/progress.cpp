@@ -1,13 +1,9 @@
 #include "host/progress/progress.h"
 
-#include "host/log/log.h"
-
-#include <sys/ioctl.h>
-#include <unistd.h>
+#include "host/console/console.h"
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 
 namespace ombrix {
@@ -20,35 +16,25 @@ constexpr auto kTerminalInterval = std::chrono::milliseconds(100);
 constexpr auto kPlainInterval = std::chrono::seconds(2); // short work stays short in a log file
 constexpr int kPlainStep = 10;                           // percent
 constexpr int kBarWidth = 30;
-constexpr const char* kWipe = "\r\x1b[K";
-
-int terminalWidth()
-{
-    winsize size{};
-    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
-    return 80;
-}
-
-// Whether a bar stands on the terminal's current line.
-std::atomic<bool> barStands{false};
 
 double secondsSince(Clock::time_point start)
 {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-void writeError(const std::string& text)
+// "title [###...]tail", as wide as the terminal lets it.
+std::string barText(const std::string& title, double fraction, const std::string& tail)
 {
-    std::fwrite(text.data(), 1, text.size(), stderr);
-    std::fflush(stderr);
+    const int columns = terminalColumns() - 1;
+    const int room = columns - static_cast<int>(title.size() + tail.size()) - 3;
+    const int bar = std::clamp(room, 0, kBarWidth);
+    const int full = static_cast<int>(fraction * bar);
+    const std::string text = title + " [" + std::string(static_cast<std::size_t>(full), '#') +
+                             std::string(static_cast<std::size_t>(bar - full), '.') + "]" + tail;
+    return text.substr(0, static_cast<std::size_t>(columns));
 }
 
 } // namespace
-
-void clearProgressLine()
-{
-    if (barStands.exchange(false)) writeError(kWipe);
-}
 
 std::string durationText(double seconds)
 {
@@ -68,14 +54,14 @@ std::string durationText(double seconds)
 
 ProgressBar::ProgressBar(std::string what, std::int64_t totalSteps)
     : title(std::move(what)), total(std::max<std::int64_t>(totalSteps, 1)), start(Clock::now()),
-      lastShown(start), onTerminal(::isatty(STDERR_FILENO) == 1)
+      lastShown(start), onTerminal(standardErrorIsTerminal())
 {
     if (verbosity() != Verbosity::Quiet && onTerminal) show(0, false);
 }
 
 ProgressBar::~ProgressBar()
 {
-    if (!finished) clearProgressLine();
+    if (!finished && onTerminal) clearChangingLine();
 }
 
 void ProgressBar::advance(std::int64_t steps)
@@ -111,63 +97,15 @@ void ProgressBar::show(std::int64_t steps, bool last)
         fraction > 0.0 ? durationText(elapsed * (1.0 - fraction) / fraction) + " left" : std::string();
     lastShown = Clock::now();
     shownPercent = percent - percent % kPlainStep;
-    if (last) clearProgressLine();
-    if (last && steps >= total) {
-        writeError(title + ": done in " + durationText(elapsed) + "\n");
-    } else if (last) {
-        writeError(title + ": stopped at " + std::to_string(percent) + "% after " + durationText(elapsed) +
-                   "\n");
-    } else if (onTerminal) {
-        const std::string tail = " " + std::to_string(percent) + "%  " + left;
-        const int room = terminalWidth() - 1 - static_cast<int>(title.size() + tail.size()) - 3;
-        const int bar = std::clamp(room, 0, kBarWidth);
-        const int full = static_cast<int>(fraction * bar);
-        std::string text = title + " [" + std::string(static_cast<std::size_t>(full), '#') +
-                           std::string(static_cast<std::size_t>(bar - full), '.') + "]" + tail;
-        writeError(kWipe + text.substr(0, static_cast<std::size_t>(terminalWidth() - 1)));
-        barStands = true;
-    } else {
-        writeError(title + ": " + std::to_string(percent) + "%" + (left.empty() ? "" : ", " + left) + "\n");
-    }
-}
-
-namespace {
-
-std::atomic<int> interruptAsked{0};
-static_assert(std::atomic<int>::is_always_lock_free, "a signal handler writes it");
-int guardCount = 0;
-struct sigaction earlierInterrupt, earlierTerminate;
-
-void onSignal(int number)
-{
-    if (interruptAsked.exchange(1) == 0) return;
-    ::signal(number, SIG_DFL);
-    ::raise(number);
-}
-
-} // namespace
-
-InterruptGuard::InterruptGuard()
-{
-    if (guardCount++ > 0) return;
-    struct sigaction action = {};
-    action.sa_handler = onSignal;
-    sigemptyset(&action.sa_mask);
-    ::sigaction(SIGINT, &action, &earlierInterrupt);
-    ::sigaction(SIGTERM, &action, &earlierTerminate);
-}
-
-InterruptGuard::~InterruptGuard()
-{
-    if (--guardCount > 0) return;
-    ::sigaction(SIGINT, &earlierInterrupt, nullptr);
-    ::sigaction(SIGTERM, &earlierTerminate, nullptr);
-    interruptAsked = 0;
-}
-
-bool InterruptGuard::interrupted()
-{
-    return interruptAsked != 0;
+    if (last && steps >= total)
+        writeErrorLine(title + ": done in " + durationText(elapsed));
+    else if (last)
+        writeErrorLine(title + ": stopped at " + std::to_string(percent) + "% after " +
+                       durationText(elapsed));
+    else if (onTerminal)
+        showChangingLine(barText(title, fraction, " " + std::to_string(percent) + "%  " + left));
+    else
+        writeErrorLine(title + ": " + std::to_string(percent) + "%" + (left.empty() ? "" : ", " + left));
 }
 
 } // namespace ombrix

@@ -1,4 +1,4 @@
-// Progress of long work on standard error, and its clean interruption.
+// Progress of long work on standard error.
 #pragma once
 
 #include <atomic>
@@ -32,23 +32,7 @@ private:
     bool finished = false;
 };
 
-// Wipes the bar that stands on the terminal, if one does, so that other talk begins on an empty line. The
-// bar comes back as the work goes on.
-void clearProgressLine();
-
 // A duration for people, 0 and above: "0.4 s", "42 s", "3 min 05 s", "2 h 10 min".
 std::string durationText(double seconds);
-
-// While one lives, Ctrl-C and SIGTERM ask for a clean end instead of ending the process; a second one
-// ends it at once. Make and destroy guards on one thread.
-class InterruptGuard {
-public:
-    InterruptGuard();
-    ~InterruptGuard();
-    InterruptGuard(const InterruptGuard&) = delete;
-    InterruptGuard& operator=(const InterruptGuard&) = delete;
-    // Whether one came since the outermost guard was made; false while there is none. Any thread may ask.
-    static bool interrupted();
-};
 
 } // namespace ombrix

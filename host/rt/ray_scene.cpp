@@ -1,6 +1,6 @@
 #include "host/rt/ray_scene.h"
 
-#include "host/scene/scene.h"
+#include "host/errors/errors.h"
 
 #include <embree3/rtcore.h>
 

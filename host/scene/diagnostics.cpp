@@ -1,6 +1,6 @@
 #include "host/scene/diagnostics.h"
 
-#include "host/log/log.h"
+#include "host/console/console.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "host/scene/json_text.h"
 
+#include "host/errors/errors.h"
 #include "host/scene/json_values.h"
-#include "host/scene/scene.h"
 
 #include <fmt/format.h>
 

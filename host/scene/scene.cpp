@@ -3,8 +3,6 @@
 #include "host/scene/json_text.h"
 #include "host/scene/scene_state.h"
 
-#include <fmt/format.h>
-
 namespace ombrix {
 
 Scene::Scene(std::unique_ptr<State> held) : state(std::move(held)) {}
@@ -80,37 +78,6 @@ bool Scene::set(const nlohmann::json& changes, std::string_view path, Diagnostic
     std::vector<State::PendingWrite> writes;
     if (!state->checkSet(JsonPlace(changes, path, diagnostics), writes)) return false;
     return state->commit(std::move(writes), path, false, diagnostics);
-}
-
-void Scene::renderBegin(HostRenderer& renderer)
-{
-    for (const PluginInstance& instance : state->ordered)
-        instance.life->renderBegin(&renderer);
-}
-
-void Scene::frameBegin(HostRenderer& renderer, double frame)
-{
-    renderer.setFrame(frame);
-    for (const PluginInstance& instance : state->ordered) {
-        try {
-            instance.life->frameBegin(&renderer);
-        } catch (const WorkError& error) {
-            throw WorkError{
-                fmt::format("{} \"{}\": {}", instance.kind->desc->getName(), instance.name, error.message)};
-        }
-    }
-}
-
-void Scene::frameEnd(HostRenderer& renderer)
-{
-    for (const PluginInstance& instance : state->ordered)
-        instance.life->frameEnd(&renderer);
-}
-
-void Scene::renderEnd(HostRenderer& renderer)
-{
-    for (const PluginInstance& instance : state->ordered)
-        instance.life->renderEnd(&renderer);
 }
 
 } // namespace ombrix

@@ -1,4 +1,4 @@
-// A scene: the plugin instances that a scene file asks for, and their life.
+// A scene: the plugin instances that a scene file asks for.
 #pragma once
 
 #include "host/plugins/registry.h"
@@ -14,11 +14,6 @@
 #include <vector>
 
 namespace ombrix {
-
-// Thrown when a file cannot be read or written, or memory is short: exit code 1.
-struct WorkError {
-    std::string message;
-};
 
 struct PluginInstance {
     std::string name;
@@ -69,13 +64,6 @@ public:
 
     // Reports what set would, but for cycles, and writes nothing.
     bool check(const nlohmann::json& changes, std::string_view path, Diagnostics& diagnostics) const;
-
-    // The life of all plugins, in dependency order. frameBegin names the plugin in the WorkErrors that the
-    // host's kinds throw.
-    void renderBegin(HostRenderer& renderer);
-    void frameBegin(HostRenderer& renderer, double frame);
-    void frameEnd(HostRenderer& renderer);
-    void renderEnd(HostRenderer& renderer);
 
 private:
     struct State;

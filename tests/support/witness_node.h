@@ -89,6 +89,7 @@ public:
 
     OUtils::AColor* evalColor(OUtils::AColor* result, const OUtils::OmbrixContext& context) override
     {
+        if (std::string(text.str()) == "throw at a point") throw OUtils::ExceptionMsg("no color today");
         *result = {static_cast<float>(context.sampleStamp),
                    static_cast<float>(context.threadRecord->threadIndex),
                    static_cast<float>(context.shadeFlags), static_cast<float>(context.filteringEnabled())};

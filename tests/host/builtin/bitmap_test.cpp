@@ -1,9 +1,10 @@
 #include "host/bake/unit_square_surface.h"
 #include "host/context/host_context.h"
+#include "host/errors/errors.h"
 #include "host/gpu/host_gpu.h"
 #include "host/image/image.h"
 #include "host/image/srgb.h"
-#include "host/scene/scene.h"
+#include "host/scene/scene_life.h"
 #include "support/temporary_folder.h"
 #include "support/understood_source.h"
 
@@ -28,11 +29,6 @@ protected:
         image.pixels = {1, 0, 0, 1, 0, 1, 0, 1, 0, 0, 1, 1, 1, 1, 1, 0.5f};
         writeImage(folder / "four.png", image, {});
     }
-    ~BitmapTest() override
-    {
-        if (scene) scene->frameEnd(*renderer);
-        if (scene) scene->renderEnd(*renderer);
-    }
 
     // Begins a scene of one bitmap "b" with further parameters as JSON members, and further plugins.
     void begin(const std::string& parameters, const std::string& plugins = "")
@@ -46,8 +42,8 @@ protected:
             return;
         }
         renderer = std::make_unique<HostRenderer>(scene->settings(), 1, nullptr);
-        scene->renderBegin(*renderer);
-        scene->frameBegin(*renderer, 1.0);
+        renderLife = std::make_unique<RenderLife>(*scene, *renderer);
+        frameLife = std::make_unique<FrameLife>(*renderLife, 1.0);
     }
     OUtils::PluginInterface* interfaceOf(const char* name, OUtils::InterfaceId id)
     {
@@ -71,6 +67,8 @@ protected:
     PluginRegistry registry;
     std::unique_ptr<Scene> scene;
     std::unique_ptr<HostRenderer> renderer;
+    std::unique_ptr<RenderLife> renderLife;
+    std::unique_ptr<FrameLife> frameLife;
     std::vector<std::string> errors;
 };
 
@@ -124,10 +122,10 @@ TEST_F(BitmapTest, ColorSpaceChangesColorsAndNotAlpha)
     begin(R"("file": "grey.png")");
     expectColor(colorAt(0.5f, 0.5f), srgbDecode(188.0f / 255), srgbDecode(188.0f / 255),
                 srgbDecode(188.0f / 255), 128.0f / 255);
+    frameLife.reset();
     Diagnostics diagnostics("test");
     ASSERT_TRUE(scene->set(nlohmann::json::parse(R"({"b": {"color_space": "linear"}})"), "", diagnostics));
-    scene->frameEnd(*renderer);
-    scene->frameBegin(*renderer, 2.0);
+    frameLife = std::make_unique<FrameLife>(*renderLife, 2.0);
     expectColor(colorAt(0.5f, 0.5f), 188.0f / 255, 188.0f / 255, 188.0f / 255, 128.0f / 255);
 }
 
@@ -220,9 +218,9 @@ TEST_F(BitmapTest, ABrokenFileFailsTheWork)
         begin(R"("file": "broken.png")");
         FAIL() << "it began";
     } catch (const WorkError& error) {
-        EXPECT_TRUE(error.message.starts_with("Bitmap \"b\": cannot read the image ")) << error.message;
-        EXPECT_NE(error.message.find("broken.png"), std::string::npos);
-        EXPECT_NE(error.message.find("cut short"), std::string::npos) << error.message;
+        const std::string message = error.what();
+        EXPECT_TRUE(message.starts_with("Bitmap \"b\": cannot read the image ")) << message;
+        EXPECT_NE(message.find("broken.png"), std::string::npos);
+        EXPECT_NE(message.find("cut short"), std::string::npos) << message;
     }
-    scene.reset();
 }

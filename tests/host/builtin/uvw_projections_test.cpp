@@ -1,7 +1,7 @@
 #include "host/context/host_context.h"
 #include "host/log/log.h"
 #include "host/renderer/host_renderer.h"
-#include "host/scene/scene.h"
+#include "host/scene/scene_life.h"
 #include "support/plain_projection.h"
 
 #include <ombrix/mapping_interfaces.h>
@@ -27,12 +27,11 @@ constexpr const char* kTypes[] = {"UVWPlanar", "UVWSpherical", "UVWCylindrical",
 // A scene in its first frame with the generator "g".
 class ProjectionsTest : public testing::Test {
 protected:
-    ~ProjectionsTest() override { end(); }
-
     void begin(const std::string& type, const std::string& parameters = "", const std::string& plugins = "",
                const std::string& settings = "")
     {
-        end();
+        frameLife.reset();
+        renderLife.reset();
         Diagnostics diagnostics("test");
         scene = Scene::parse(R"({"ombrix_scene": 1, "settings": {)" + settings +
                                  R"(}, "plugins": {"g": {"type": ")" + type + R"(", "params": {)" +
@@ -41,14 +40,15 @@ protected:
         ASSERT_TRUE(scene) << (diagnostics.lines().empty() ? "" : diagnostics.lines()[0]);
         logger = std::make_unique<RecordingLogger>(false);
         renderer = std::make_unique<HostRenderer>(scene->settings(), 1, logger.get());
-        scene->renderBegin(*renderer);
-        scene->frameBegin(*renderer, scene->settings().frame);
+        live(scene->settings().frame);
     }
-    void end()
+    // Begins a whole life, after the one before has ended.
+    void live(double frame)
     {
-        if (scene) scene->frameEnd(*renderer);
-        if (scene) scene->renderEnd(*renderer);
-        scene.reset();
+        frameLife.reset();
+        renderLife.reset();
+        renderLife = std::make_unique<RenderLife>(*scene, *renderer);
+        frameLife = std::make_unique<FrameLife>(*renderLife, frame);
     }
     UVWGenInterface& generator() const
     {
@@ -86,6 +86,8 @@ protected:
     std::unique_ptr<Scene> scene;
     std::unique_ptr<RecordingLogger> logger;
     std::unique_ptr<HostRenderer> renderer;
+    std::unique_ptr<RenderLife> renderLife;
+    std::unique_ptr<FrameLife> frameLife;
     HostContext context;
 };
 
@@ -331,10 +333,7 @@ TEST_F(ProjectionsTest, LivesTwice)
         begin(type, R"("transform": {"translate": [1, 0, 0]})");
         for (int life = 0; life < 2; ++life) {
             expectUV({1.0f, 0.0f, 1.0f}, 0.5, 0.5);
-            scene->frameEnd(*renderer);
-            scene->renderEnd(*renderer);
-            scene->renderBegin(*renderer);
-            scene->frameBegin(*renderer, 2.0);
+            live(2.0);
         }
     }
 }

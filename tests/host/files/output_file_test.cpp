@@ -1,5 +1,5 @@
 #include "host/files/output_file.h"
-#include "host/scene/scene.h"
+#include "host/errors/errors.h"
 #include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
 
@@ -23,7 +23,7 @@ std::string failureOf(const std::function<void()>& work)
     try {
         work();
     } catch (const WorkError& error) {
-        return error.message;
+        return error.what();
     }
     return "";
 }

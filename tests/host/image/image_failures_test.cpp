@@ -1,5 +1,5 @@
+#include "host/errors/errors.h"
 #include "host/image/image.h"
-#include "host/scene/scene.h"
 #include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
 
@@ -30,7 +30,7 @@ std::string failureOf(const std::function<void()>& work)
     try {
         work();
     } catch (const WorkError& error) {
-        return error.message;
+        return error.what();
     }
     return "";
 }

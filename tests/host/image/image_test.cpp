@@ -1,7 +1,6 @@
 #include "host/image/image.h"
 
 #include "host/image/srgb.h"
-#include "host/scene/scene.h"
 #include "support/temporary_folder.h"
 #include "support/tolerances.h"
 

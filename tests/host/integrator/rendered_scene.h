@@ -3,6 +3,7 @@
 
 #include "host/integrator/default_scene.h"
 #include "host/integrator/render.h"
+#include "host/scene/scene_life.h"
 
 #include <gtest/gtest.h>
 
@@ -33,16 +34,9 @@ public:
         renderer = std::make_unique<HostRenderer>(scene->settings(), threads, logger.get());
         tracer = std::make_unique<PathTracer>(threads);
         renderer->addInterface(tracer.get(), 0);
-        scene->renderBegin(*renderer);
-        scene->frameBegin(*renderer, scene->settings().frame);
+        renderLife = std::make_unique<RenderLife>(*scene, *renderer);
+        frameLife = std::make_unique<FrameLife>(*renderLife, scene->settings().frame);
         frameLog = logger->takeLines();
-    }
-    ~RenderedScene()
-    {
-        if (!scene) return;
-        scene->frameEnd(*renderer);
-        scene->renderEnd(*renderer);
-        renderer->removeInterface(tracer.get());
     }
 
     std::unique_ptr<World> world(int width, int height) const
@@ -77,6 +71,8 @@ public:
     RenderStatistics statistics;
     std::string note;
     int threads;
+    std::unique_ptr<RenderLife> renderLife;
+    std::unique_ptr<FrameLife> frameLife;
 };
 
 // The mean of a channel over the pixels of a rectangle, right and bottom outside.

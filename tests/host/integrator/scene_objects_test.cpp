@@ -1,5 +1,6 @@
 // The kinds of a scene: what they say of bad input, and what stands in for what is missing.
 
+#include "host/errors/errors.h"
 #include "host/geometry/geometry_interfaces.h"
 #include "rendered_scene.h"
 
@@ -212,11 +213,13 @@ TEST(Lights, SurroundingsThatCannotBeReadFailTheWork)
                      ".", registry, diagnostics);
     ASSERT_TRUE(scene);
     HostRenderer renderer(scene->settings(), 1, nullptr);
+    RenderLife render(*scene, renderer);
     try {
-        scene->frameBegin(renderer, 1.0);
+        const FrameLife frame(render, 1.0);
         ADD_FAILURE() << "it began";
     } catch (const WorkError& error) {
-        EXPECT_TRUE(error.message.starts_with("DomeLight \"sky\": cannot read the image ")) << error.message;
+        EXPECT_TRUE(std::string(error.what()).starts_with("DomeLight \"sky\": cannot read the image "))
+            << error.what();
     }
     std::filesystem::remove(file);
 }

@@ -1,5 +1,7 @@
 #include "host/log/log.h"
 
+#include "host/console/console.h"
+
 #include <gtest/gtest.h>
 
 #include <thread>

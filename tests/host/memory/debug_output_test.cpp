@@ -1,4 +1,4 @@
-#include "host/log/log.h"
+#include "host/console/console.h"
 #include "host/memory/allocator.h"
 
 #include <gtest/gtest.h>

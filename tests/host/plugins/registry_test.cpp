@@ -1,5 +1,6 @@
 #include "host/plugins/registry.h"
 
+#include "host/errors/errors.h"
 #include "host/memory/allocator.h"
 #include "host/plugins/elf_symbols.h"
 
@@ -26,7 +27,7 @@ std::string errorOf(PluginRegistry& registry, const fs::path& file)
     try {
         registry.loadLibrary(file);
     } catch (const LibraryError& error) {
-        return error.message;
+        return error.what();
     }
     return "";
 }
@@ -221,7 +222,7 @@ std::string refusalOf(PluginRegistry& registry, const fs::path& programFolder)
     try {
         registry.loadDefaultLibraries(programFolder);
     } catch (const LibraryError& error) {
-        return error.message;
+        return error.what();
     }
     return "";
 }

@@ -1,5 +1,6 @@
 // The life of a probe, its requests and its answer.
 
+#include "host/errors/errors.h"
 #include "support/scene_texts.h"
 #include "support/witness_node.h"
 
@@ -119,6 +120,17 @@ TEST_F(ProbeTest, SetThatClosesACycleEndsTheRun)
     EXPECT_EQ(lines, std::vector<std::string>{
                          "error: probe.json: /frames/1/set/w/input: the inputs run in a cycle: w -> w"});
     EXPECT_EQ(witnessCalls.back(), "w.renderEnd");
+}
+
+TEST_F(ProbeTest, WhatAPluginThrowsEndsTheLifeOfAll)
+{
+    witnessCalls.clear();
+    EXPECT_THROW(probeOf(R"("w": {"type": "Witness", "params": {"text": "throw at a point"}})",
+                         R"({"ombrix_probe": 1, "frames": [
+                             {"requests": [{"plugin": "w", "op": "color"}]}, {"requests": []}]})"),
+                 OUtils::ExceptionMsg);
+    EXPECT_EQ(witnessCalls,
+              (std::vector<std::string>{"w.renderBegin", "w.frameBegin", "w.frameEnd", "w.renderEnd"}));
 }
 
 TEST_F(ProbeTest, RequestThatCannotRunIsAnsweredAndTheOthersToo)

@@ -1,5 +1,6 @@
 #include "host/progress/progress.h"
 
+#include "host/console/console.h"
 #include "host/log/log.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <functional>
 #include <string>
@@ -171,46 +171,4 @@ TEST_F(Progress, ManyThreadsCountTogether)
         bar.finish();
     });
     EXPECT_NE(talk.find("baking: done in"), std::string::npos) << talk;
-}
-
-TEST(InterruptGuard, TurnsTheFirstSignalIntoAQuestion)
-{
-    EXPECT_FALSE(InterruptGuard::interrupted());
-    {
-        const InterruptGuard outer;
-        const InterruptGuard inner;
-        EXPECT_FALSE(InterruptGuard::interrupted());
-        std::raise(SIGINT);
-        EXPECT_TRUE(InterruptGuard::interrupted());
-    }
-    EXPECT_FALSE(InterruptGuard::interrupted());
-    const InterruptGuard next;
-    EXPECT_FALSE(InterruptGuard::interrupted());
-    std::raise(SIGTERM);
-    EXPECT_TRUE(InterruptGuard::interrupted());
-}
-
-TEST(InterruptGuard, ASecondSignalEndsTheProcess)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the image library's parts start threads
-    EXPECT_EXIT(
-        {
-            const InterruptGuard guard;
-            std::raise(SIGINT);
-            std::raise(SIGINT);
-        },
-        testing::KilledBySignal(SIGINT), "");
-}
-
-TEST(InterruptGuard, GivesTheEarlierBehaviourBack)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the image library's parts start threads
-    EXPECT_EXIT(
-        {
-            {
-                const InterruptGuard guard;
-            }
-            std::raise(SIGTERM);
-        },
-        testing::KilledBySignal(SIGTERM), "");
 }

@@ -1,5 +1,7 @@
 // The frame of a scene file, references between plugins, and their order.
 
+#include "host/errors/errors.h"
+#include "host/scene/scene_life.h"
 #include "support/scene_texts.h"
 #include "support/witness_node.h"
 
@@ -256,11 +258,9 @@ TEST_F(SceneFileTest, LivesInDependencyOrderAndDeletesBackwards)
                                               "c": {"type": "Witness"})"));
         ASSERT_TRUE(scene);
         HostRenderer renderer(scene->settings(), 1, &logger);
-        scene->renderBegin(renderer);
-        scene->frameBegin(renderer, 4.0);
+        RenderLife render(*scene, renderer);
+        const FrameLife frame(render, 4.0);
         EXPECT_EQ(renderer.getFrameData().time, 4.0);
-        scene->frameEnd(renderer);
-        scene->renderEnd(renderer);
     }
     std::vector<std::string> expected;
     for (const char* call : {"renderBegin", "frameBegin", "frameEnd", "renderEnd"})
