@@ -1,6 +1,7 @@
 // The keys of a probe's context.
 
 #include "host/probe/key_table.h"
+#include "host/probe/probe_context.h"
 #include "host/probe/probe_file.h"
 
 #include <ombrix/context.h>
@@ -110,18 +111,22 @@ constexpr ValueKind kValueKinds[] = {
      }},
 };
 
+// The first thing that makes a request impossible is told.
+void cannotRun(const JsonPlace& place, RequestProblem& problem, std::string text)
+{
+    if (problem.text.empty()) problem = {place.path(), std::move(text)};
+}
+
 void readValue(const JsonPlace& place, const std::string& name, const Scene& scene, ContextSpec& context,
                RequestProblem& problem)
 {
-    const auto cannotRun = [&](std::string text) {
-        if (problem.text.empty()) problem = {place.path(), std::move(text)};
-    };
     const PluginInstance* instance = scene.find(name);
     if (!instance) {
         std::vector<std::string> names;
         for (const PluginInstance& known : scene.instances())
             names.push_back(known.name);
         cannotRun(
+            place, problem,
             fmt::format("no plugin is named \"{}\"{}", name, suggestOrList(name, names, "the plugins are")));
         return;
     }
@@ -131,7 +136,8 @@ void readValue(const JsonPlace& place, const std::string& name, const Scene& sce
         if (auto value = kind.read(place)) context.values.emplace_back(instance, std::move(*value));
         return;
     }
-    cannotRun(fmt::format("\"{}\" is a {}; only a value texture takes a value from the context", name, type));
+    cannotRun(place, problem,
+              fmt::format("\"{}\" is a {}; only a value texture takes a value from the context", name, type));
 }
 
 constexpr KeyReader<ContextSpec> kContextKeys[] = {
@@ -248,6 +254,21 @@ constexpr KeyReader<SurfaceKeys> kSurfaceKeys[] = {
      }},
 };
 
+// A plugin that asked the hit for what the host cannot offer would take its absence for the answer.
+void checkHit(const JsonPlace& place, const ContextSpec& context, RequestProblem& problem)
+{
+    if (context.instance) {
+        const JsonPlace instance = place.at("instance");
+        for (const MissingInterface& missing : missingInterfaces(*context.instance))
+            cannotRun(instance.at(missing.key), problem,
+                      fmt::format("this host's instances do not offer \"{}\" (0x{:08X}); leave it out",
+                                  missing.key, missing.id));
+    }
+    if (context.primitive)
+        cannotRun(place.at("primitive"), problem,
+                  "this host has no hit primitives that plugins could read; leave it out, or write null");
+}
+
 } // namespace
 
 void readSurface(const JsonPlace& place, SurfaceSpec& surface)
@@ -264,6 +285,7 @@ void readSurface(const JsonPlace& place, SurfaceSpec& surface)
 void readContext(const JsonPlace& place, const Scene& scene, ContextSpec& context, RequestProblem& problem)
 {
     readKeys(place, "a context", kContextKeys, context);
+    checkHit(place, context, problem);
     if (!place.has("values")) return;
     const JsonPlace values = place.at("values");
     if (!values->is_object()) {

@@ -33,4 +33,13 @@ std::unique_ptr<OUtils::PluginBase> makeProbeSurface(const SurfaceSpec& spec, OU
 std::unique_ptr<OUtils::PluginBase> makeProbeInstance(const InstanceSpec& spec,
                                                       OUtils::MapChannelNames& names);
 
+// A key of an instance whose interface the host cannot offer, since the contract between host and library
+// does not have it.
+struct MissingInterface {
+    const char* key;
+    OUtils::InterfaceId id;
+};
+// Those of the keys that the probe gives.
+std::vector<MissingInterface> missingInterfaces(const InstanceSpec& spec);
+
 } // namespace ombrix

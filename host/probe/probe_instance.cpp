@@ -1,4 +1,5 @@
-// The hit's instance of a probe's context. Each part that the probe describes becomes an interface.
+// The hit's instance of a probe's context. Each part that the probe describes becomes an interface, where
+// the contract between host and library has it.
 
 #include "host/probe/probe_context.h"
 
@@ -90,16 +91,34 @@ private:
 };
 
 using MadePart = std::unique_ptr<OUtils::PluginInterface>;
-using MakePart = MadePart (*)(const InstanceSpec& spec, OUtils::MapChannelNames& names,
-                              OUtils::PluginBase& holder);
 
-// One entry for each interface of an instance that the contract between host and library has; null where
-// the probe does not describe it.
-constexpr MakePart kParts[] = {
-    [](const InstanceSpec& spec, OUtils::MapChannelNames& names, OUtils::PluginBase& holder) -> MadePart {
-        if (!spec.mapChannels) return nullptr;
-        return std::make_unique<InstanceChannels>(*spec.mapChannels, names, holder);
-    },
+MadePart makeChannels(const InstanceSpec& spec, OUtils::MapChannelNames& names, OUtils::PluginBase& holder)
+{
+    return std::make_unique<InstanceChannels>(*spec.mapChannels, names, holder);
+}
+
+// A key of an instance, and the interface that it describes.
+struct Part {
+    const char* key;
+    OUtils::InterfaceId interface;
+    bool (*isGiven)(const InstanceSpec& spec);
+    // Null: the contract between host and library does not have the interface.
+    MadePart (*make)(const InstanceSpec& spec, OUtils::MapChannelNames& names, OUtils::PluginBase& holder);
+};
+
+constexpr Part kParts[] = {
+    {"named_channels", 0x783A8BA4, [](const InstanceSpec& s) { return s.namedChannels.has_value(); },
+     nullptr},
+    {"map_channels", OUtils::EXT_MAPPED_SURFACE,
+     [](const InstanceSpec& s) { return s.mapChannels.has_value(); }, makeChannels},
+    {"typed_attributes", 0x785931E9, [](const InstanceSpec& s) { return s.typedAttributes.has_value(); },
+     nullptr},
+    {"text_attributes", 0x77EE6229, [](const InstanceSpec& s) { return s.textAttributes.has_value(); },
+     nullptr},
+    {"legacy_text_attributes", 0xFFFF0002,
+     [](const InstanceSpec& s) { return s.legacyTextAttributes.has_value(); }, nullptr},
+    {"color_sets", 0x77CECD65, [](const InstanceSpec& s) { return s.colorSets.has_value(); }, nullptr},
+    {"hair", 0x780CC575, [](const InstanceSpec& s) { return s.hair.has_value(); }, nullptr},
 };
 
 } // namespace
@@ -108,9 +127,17 @@ std::unique_ptr<OUtils::PluginBase> makeProbeInstance(const InstanceSpec& spec,
                                                       OUtils::MapChannelNames& names)
 {
     auto instance = std::make_unique<ProbeInstance>();
-    for (const MakePart make : kParts)
-        if (auto part = make(spec, names, *instance)) instance->parts.push_back(std::move(part));
+    for (const Part& part : kParts)
+        if (part.isGiven(spec) && part.make) instance->parts.push_back(part.make(spec, names, *instance));
     return instance;
+}
+
+std::vector<MissingInterface> missingInterfaces(const InstanceSpec& spec)
+{
+    std::vector<MissingInterface> missing;
+    for (const Part& part : kParts)
+        if (part.isGiven(spec) && !part.make) missing.push_back({part.key, part.interface});
+    return missing;
 }
 
 } // namespace ombrix

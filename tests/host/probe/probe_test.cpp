@@ -314,6 +314,38 @@ TEST_F(ProbeTest, ShadeBeginsWithZeroRecords)
         EXPECT_EQ(answer[key].size(), 4u) << key;
 }
 
+TEST_F(ProbeTest, WhatAHitCannotOfferIsTold)
+{
+    const json answer = probeOf(R"("c": {"type": "ColorValue"})", R"({"ombrix_probe": 1, "requests": [
+        {"plugin": "c", "op": "color", "contexts": [{}, {"instance": {"hair": {"length": 2}, "map_channels": {}}}]},
+        {"plugin": "c", "op": "color", "contexts": [{"primitive": {"kind": 2336}}]},
+        {"plugin": "c", "op": "color", "contexts": [{"instance": {"map_channels": {}}, "primitive": null}]}]})");
+    const std::string hair =
+                          "/requests/0/contexts/1/instance/hair: this host's instances do not offer \"hair\" "
+                          "(0x780CC575); leave it out",
+                      primitive = "/requests/1/contexts/0/primitive: this host has no hit primitives that "
+                                  "plugins could read; leave it out, or write null";
+    const json& results = answer["frames"][0]["results"];
+    EXPECT_EQ(results[0], json({{"error", hair}}));
+    EXPECT_EQ(results[1], json({{"error", primitive}}));
+    EXPECT_EQ(results[2], j(R"({"values": [[1, 1, 1, 1]]})"));
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{"error: probe.json: " + hair, "error: probe.json: " + primitive}));
+    EXPECT_FALSE(allAnswered);
+}
+
+TEST_F(ProbeTest, EachPartOfAnInstanceWithoutAnInterfaceIsTold)
+{
+    for (const char* key : {"named_channels", "typed_attributes", "text_attributes", "legacy_text_attributes",
+                            "color_sets", "hair"}) {
+        const json answer = ask(R"("c": {"type": "ColorValue"})",
+                                R"("plugin": "c", "op": "color", "contexts": [{"instance": {")" +
+                                    std::string(key) + R"(": {}}}])");
+        ASSERT_TRUE(answer.is_object()) << key;
+        EXPECT_NE(answer["error"].get<std::string>().find(key), std::string::npos) << answer;
+    }
+}
+
 TEST_F(ProbeTest, WhatAPluginThrowsPassesAndLeavesNothing)
 {
     witnessCalls.clear();
