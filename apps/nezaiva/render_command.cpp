@@ -166,10 +166,7 @@ public:
 private:
     RenderStatistics renderInto(Film& film, double frame)
     {
-        std::vector<OUtils::PluginBase*> plugins;
-        for (const PluginInstance& instance : scene.instances())
-            plugins.push_back(instance.plugin);
-        const World world(plugins, renderer.getFrameData(), film.width(), film.height());
+        const World world(scene.instances(), renderer.getFrameData(), film.width(), film.height());
 
         RenderOptions options;
         options.threads = threads;

@@ -52,10 +52,7 @@ struct Prepared {
         renderer->addInterface(&tracer, 0);
         renderLife = std::make_unique<RenderLife>(*scene, *renderer);
         frameLife = std::make_unique<FrameLife>(*renderLife, 1.0);
-        std::vector<OUtils::PluginBase*> plugins;
-        for (const PluginInstance& instance : scene->instances())
-            plugins.push_back(instance.plugin);
-        world = std::make_unique<World>(plugins, renderer->getFrameData(), kWidth, kHeight);
+        world = std::make_unique<World>(scene->instances(), renderer->getFrameData(), kWidth, kHeight);
     }
     Prepared(const Prepared&) = delete;
     Prepared& operator=(const Prepared&) = delete;

@@ -101,6 +101,12 @@ inline void extend(Box& box, const Vector& p)
     box.lower = {std::min(box.lower.x, p.x), std::min(box.lower.y, p.y), std::min(box.lower.z, p.z)};
     box.upper = {std::max(box.upper.x, p.x), std::max(box.upper.y, p.y), std::max(box.upper.z, p.z)};
 }
+// The border included.
+inline bool isWithin(const Box& box, const Vector& p)
+{
+    return p.x >= box.lower.x && p.y >= box.lower.y && p.z >= box.lower.z && p.x <= box.upper.x &&
+           p.y <= box.upper.y && p.z <= box.upper.z;
+}
 inline Vector corner(const Box& box, int index)
 {
     return {index & 1 ? box.upper.x : box.lower.x, index & 2 ? box.upper.y : box.lower.y,

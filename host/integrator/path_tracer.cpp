@@ -1,6 +1,7 @@
 #include "host/integrator/path_tracer.h"
 
 #include "host/integrator/light_sampling.h"
+#include "host/integrator/path_state.h"
 #include "host/integrator/shading_point.h"
 
 #include <ombrix/mapping_interfaces.h>
@@ -13,16 +14,8 @@ using OUtils::ShadeResult;
 
 namespace {
 
-constexpr int kMaxLayers = 64;            // surfaces that a ray passes through
-constexpr float kLeastThroughput = 1e-4f; // below it a ray through transparent surfaces ends
-constexpr float kScatterSpread = 0.1f;    // footprint of a scattered ray by its length, in radians
-constexpr int kContexts = 3;              // of the camera's hit, the scattered ray's and a shadow's
-constexpr int kShadowContext = 2;
+constexpr float kScatterSpread = 0.1f; // footprint of a scattered ray by its length, in radians
 
-Color colorOf(const AColor& c)
-{
-    return {c.r, c.g, c.b};
-}
 bool isFinite(const Color& c)
 {
     return std::isfinite(c.r) && std::isfinite(c.g) && std::isfinite(c.b);
@@ -36,46 +29,12 @@ float tent(float u)
 
 } // namespace
 
-struct alignas(128) PathTracer::ThreadState {
-    HostContext contexts[kContexts];
-    float offsets[kContexts] = {}; // of new rays from the contexts' points
-    Sampler sampler;
-    std::int32_t stamp = 0;
-    bool inPath = false;       // between the beginning and the end of trace
-    bool shadowOnly = false;   // a shadow's surfaces tell what they let through, and no more
-    FirstHit* first = nullptr; // while the camera's first hit is shaded
-    std::vector<ShotRay>* record = nullptr;
-    RayCounts counts;
-
-    std::int32_t nextStamp()
-    {
-        if (++stamp == 0) ++stamp;
-        return stamp;
-    }
-};
-
-struct PathTracer::PathRay {
-    Ray ray;
-    int depth = 0;   // scatterings before it
-    int context = 0; // whose place its hits take
-    std::uint32_t flags = kCameraRay;
-    Vector eye;                      // where the ray began, before it passed through surfaces
-    Vector directionDx, directionDy; // of a camera ray
-    float travelled = 0.0f;          // from eye to the ray's origin
-    float density = 0.0f;            // of a scattered ray, over solid angle
-};
-
-struct PathTracer::PathColor {
-    Color color;
-    float alpha = 0.0f;
-};
-
-PathTracer::PathTracer(int count)
-    : threadCount(count), threads(new ThreadState[static_cast<std::size_t>(count)])
+PathTracer::PathTracer(int count, int first)
+    : threadCount(count), firstThread(first), threads(new ThreadState[static_cast<std::size_t>(count)])
 {
     for (int i = 0; i < threadCount; ++i) {
         for (HostContext& context : threads[static_cast<std::size_t>(i)].contexts) {
-            context.thread.threadIndex = i;
+            context.thread.threadIndex = firstThread + i;
             context.filtering = true;
         }
     }
@@ -243,109 +202,6 @@ void PathTracer::shade(const WorldNode& node, const HostContext& context, ShadeR
     ShadeRequest request;
     node.material->shade(request, context);
     *result = request.result;
-}
-
-void PathTracer::shadeSurface(const OmbrixContext& context, const SurfaceSample& surface, ShadeResult* result)
-{
-    const Color& o = surface.opacity;
-    const float coverage = mean(o);
-    result->transparency = {1.0f - o.r, 1.0f - o.g, 1.0f - o.b, 1.0f - coverage};
-    result->alpha = {o.r, o.g, o.b, coverage};
-    result->alphaTransparency = result->transparency;
-
-    Color light = surface.emission;
-    const std::int32_t index = context.threadRecord->threadIndex;
-    ThreadState* state =
-        index >= 0 && index < threadCount ? &threads[static_cast<std::size_t>(index)] : nullptr;
-    if (state && state->inPath && !state->shadowOnly) {
-        if (state->first && context.rayDepth == 0) state->first->albedo = surface.diffuse;
-        if (coverage > 0.0f && largest(surface.diffuse) > 0.0f) {
-            // Both sides are lit alike: the normals turn towards the eye.
-            const bool inside = dot(context.geometricNormal, context.viewDirection) > 0.0f;
-            const Vector normal = inside ? negated(context.normal) : context.normal;
-            const Vector side = inside ? negated(context.geometricNormal) : context.geometricNormal;
-            Color arriving = directLight(*state, context, normal, side);
-            if (context.rayDepth == 0) arriving = arriving + scatteredLight(*state, context, normal, side);
-            light = light + surface.diffuse * arriving;
-        }
-    }
-    result->color = {light.r * o.r, light.g * o.g, light.b * o.b, coverage};
-}
-
-Color PathTracer::directLight(ThreadState& state, const OmbrixContext& context, const Vector& normal,
-                              const Vector& side)
-{
-    const float offset = state.offsets[context.rayDepth > 0 ? 1 : 0];
-    Color sum;
-    for (const LightDescription& light : world->lights()) {
-        const Pair random = state.sampler.nextPair();
-        LightSample sample = sampleLight(light, context.shadePoint, normal, random);
-        if (!(largest(sample.reflected) > 0.0f) || !(dot(sample.direction, side) > 0.0f)) continue;
-        if (sample.density > 0.0f && context.rayDepth == 0) {
-            const float scattered = std::max(0.0f, dot(sample.direction, normal)) / kPi;
-            sample.reflected = sample.reflected * (sample.density / (sample.density + scattered));
-        }
-        Ray ray;
-        ray.origin = context.shadePoint + side * offset;
-        ray.direction = sample.direction;
-        ray.far = sample.distance;
-        ray.time = static_cast<float>(context.rayTime);
-        sum = sum + sample.reflected * freeWay(state, context, ray);
-    }
-    return sum;
-}
-
-Color PathTracer::scatteredLight(ThreadState& state, const OmbrixContext& context, const Vector& normal,
-                                 const Vector& side)
-{
-    const Vector direction = cosineDirection(normal, state.sampler.nextPair());
-    if (!(dot(direction, side) > 0.0f)) return {};
-    PathRay path;
-    path.depth = 1;
-    path.context = 1;
-    path.flags = kScatteredRay;
-    path.ray.origin = path.eye = context.shadePoint + side * state.offsets[0];
-    path.ray.direction = direction;
-    path.ray.time = static_cast<float>(context.rayTime);
-    path.density = std::max(dot(direction, normal), 0.0f) / kPi;
-    if (!(path.density > 0.0f)) return {};
-    return follow(state, path).color;
-}
-
-// The share of the light that comes through, by channel.
-Color PathTracer::freeWay(ThreadState& state, const OmbrixContext& from, const Ray& ray)
-{
-    ++state.counts.shadow;
-    if (!world->anyTransmits()) return occluded(state, ray) ? Color{} : Color{1.0f, 1.0f, 1.0f};
-
-    Color through{1.0f, 1.0f, 1.0f};
-    PathRay path;
-    path.depth = from.rayDepth + 1;
-    path.context = kShadowContext;
-    path.flags = kShadowRay;
-    path.eye = ray.origin;
-    path.ray = ray;
-    HostContext& context = state.contexts[kShadowContext];
-    for (int layer = 0; layer < kMaxLayers; ++layer) {
-        const RayHit hit = intersect(state, path.ray);
-        if (hit.instance == kNoHit) return through;
-        const WorldNode& node = world->nodes()[hit.instance];
-        if (!node.transmits) return {};
-        fillContext(state, context, node, hit, path);
-        state.shadowOnly = true;
-        ShadeResult shaded;
-        shade(node, context, &shaded);
-        state.shadowOnly = false;
-        through = through * colorOf(shaded.transparency);
-        if (!(largest(through) > kLeastThroughput)) return {};
-        path.travelled += hit.distance;
-        path.ray.far -= hit.distance;
-        const bool below = dot(context.geometricNormal, path.ray.direction) < 0.0f;
-        path.ray.origin =
-            context.shadePoint + context.geometricNormal * (below ? -node.rayOffset : node.rayOffset);
-        ++state.counts.shadow;
-    }
-    return {};
 }
 
 } // namespace ombrix

@@ -48,8 +48,9 @@ struct ShotRay {
 // renderer before the scene's frameBegin: materials find it there.
 class PathTracer : public SurfaceLightingInterface {
 public:
-    // threadCount: 1 or above.
-    explicit PathTracer(int threadCount);
+    // threadCount: 1 or above. firstThread: the thread index that contexts of thread 0 have; the others
+    // follow.
+    explicit PathTracer(int threadCount, int firstThread = 0);
     ~PathTracer() override;
 
     OUtils::PluginBase* getPlugin() override { return nullptr; }
@@ -65,10 +66,17 @@ public:
     // thread: 0 to threadCount - 1, used by one caller at a time. Allocates nothing, takes no lock.
     PixelSample trace(int thread, int x, int y, std::uint32_t sample);
 
-    // Lights the point for the material that calls it. Outside of trace, and on a thread beyond the
-    // count, the point stays unlit.
+    // Lights the point for the material that calls it. Outside of trace and shadePoint, and on a thread
+    // that is none of the tracer's, the point stays unlit.
     void shadeSurface(const OUtils::OmbrixContext& context, const SurfaceSample& surface,
                       OUtils::ShadeResult* result) override;
+
+    // Lights a point that no ray of the tracer has met, for the material that calls it: as the mean of
+    // kPointSamples samples, the same ones at every point. The context's thread is not looked at; what the
+    // rays meet is shaded as that of thread 0. One call at a time, and not while tracing.
+    void shadePoint(const OUtils::OmbrixContext& context, const SurfaceSample& surface,
+                    OUtils::ShadeResult* result);
+    static constexpr int kPointSamples = 1024;
 
     // All rays since construction. Not while rendering.
     RayCounts rayCounts() const;
@@ -85,6 +93,8 @@ private:
     void shade(const WorldNode& node, const HostContext& context, OUtils::ShadeResult* result);
     void noteFirstHit(FirstHit& first, const HostContext& context, const PathRay& path);
     PathColor background(const PathRay& path) const;
+    Color meanArrivingLight(ThreadState& state, const OUtils::OmbrixContext& context);
+    Color arrivingLight(ThreadState& state, const OUtils::OmbrixContext& context);
     Color directLight(ThreadState& state, const OUtils::OmbrixContext& context, const Vector& normal,
                       const Vector& side);
     Color scatteredLight(ThreadState& state, const OUtils::OmbrixContext& context, const Vector& normal,
@@ -93,7 +103,7 @@ private:
     RayHit intersect(ThreadState& state, const Ray& ray) const;
     bool occluded(ThreadState& state, const Ray& ray) const;
 
-    int threadCount;
+    int threadCount, firstThread;
     std::unique_ptr<ThreadState[]> threads;
     const World* world = nullptr;
     bool uvwWanted = false;

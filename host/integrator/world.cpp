@@ -10,12 +10,13 @@ constexpr float kRayOffset = 1.0f / 262144.0f;
 
 } // namespace
 
-World::World(const std::vector<OUtils::PluginBase*>& plugins, const OUtils::FrameData& frame, int width,
-             int height)
+World::World(const std::vector<PluginInstance>& instances, const OUtils::FrameData& frame, int width,
+             int height, WithoutLights withoutLights)
 {
     std::vector<CameraPose> poses{CameraPose{}};
     bool cameraFound = false;
-    for (OUtils::PluginBase* plugin : plugins) {
+    for (const PluginInstance& instance : instances) {
+        OUtils::PluginBase* const plugin = instance.plugin;
         if (auto* node = findInterface<SceneNodeInterface>(plugin, kSceneNodeId)) addNode(plugin, *node);
         if (auto* light = findInterface<SceneLightInterface>(plugin, kSceneLightId))
             lightList.push_back(light->describe());
@@ -26,7 +27,8 @@ World::World(const std::vector<OUtils::PluginBase*>& plugins, const OUtils::Fram
         }
     }
     rayScene.commit();
-    if (lightList.empty()) lightList.push_back(LightDescription{});
+    if (lightList.empty() && withoutLights == WithoutLights::WhiteDome)
+        lightList.push_back(LightDescription{});
 
     const std::vector<Vector> visible = visiblePoints();
     for (CameraPose& pose : poses)
@@ -52,16 +54,28 @@ void World::addNode(OUtils::PluginBase* plugin, SceneNodeInterface& node)
             findInterface<SurfaceMaterialInterface>(added.material->getPlugin(), kSurfaceMaterialId);
         added.transmits = !surface || !surface->isOpaque();
     }
-    float extent = 0.0f;
     for (const Transform& sample : added.samples)
         for (int i = 0; i < 8; ++i)
-            extent = std::max(extent, largestComponent(transformPoint(sample, corner(mesh->bounds, i))));
-    added.rayOffset = extent * kRayOffset;
+            extend(added.bounds, transformPoint(sample, corner(mesh->bounds, i)));
+    const Box& bounds = added.bounds;
+    added.rayOffset = std::max(largestComponent(bounds.lower), largestComponent(bounds.upper)) * kRayOffset;
 
     rayScene.addInstance(*mesh, added.samples);
     moving = moving || added.samples.size() > 1;
     transmitting = transmitting || added.transmits;
     worldNodes.push_back(std::move(added));
+}
+
+float World::rayOffsetAt(const Vector& point) const
+{
+    float offset = 0.0f;
+    for (const WorldNode& node : worldNodes) {
+        const Box& bounds = node.bounds;
+        const Vector around{node.rayOffset, node.rayOffset, node.rayOffset};
+        if (isWithin({bounds.lower - around, bounds.upper + around}, point))
+            offset = std::max(offset, node.rayOffset);
+    }
+    return offset;
 }
 
 std::vector<Vector> World::visiblePoints() const

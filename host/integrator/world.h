@@ -4,6 +4,7 @@
 #include "host/integrator/camera.h"
 #include "host/integrator/scene_interfaces.h"
 #include "host/rt/ray_scene.h"
+#include "host/scene/scene.h"
 
 #include <ombrix/renderer.h>
 
@@ -21,16 +22,20 @@ struct WorldNode {
     Matrix normalMatrix;    // turns normals into the world, up to length; of a node that stands still
     bool mirrored = false;  // its transform turns the inside out
     bool transmits = false; // some of its points may let light through
+    Box bounds;             // world space, over the shutter interval
     float rayOffset = 0.0f; // distance that a new ray keeps from its surface
 };
+
+// What lights a scene that has no light.
+enum class WithoutLights { WhiteDome, Nothing };
 
 class World {
 public:
     // Gathers from the scene's plugins, between frameBegin and frameEnd of the frame. Everything stays
-    // valid until frameEnd. Without a light there is a white dome; without a camera, and for what a camera
-    // leaves unset, all that is visible is framed. Throws WorkError when memory is short.
-    World(const std::vector<OUtils::PluginBase*>& plugins, const OUtils::FrameData& frame, int width,
-          int height);
+    // valid until frameEnd. Without a camera, and for what a camera leaves unset, all that is visible is
+    // framed. Throws WorkError when memory is short.
+    World(const std::vector<PluginInstance>& instances, const OUtils::FrameData& frame, int width, int height,
+          WithoutLights withoutLights = WithoutLights::WhiteDome);
 
     const std::vector<WorldNode>& nodes() const { return worldNodes; }
     const RayScene& rays() const { return rayScene; }
@@ -38,6 +43,8 @@ public:
     const Camera& camera() const { return *viewer; }
     bool hasMotion() const { return moving; }
     bool anyTransmits() const { return transmitting; }
+    // The distance that a new ray keeps from a point of which nobody knows what surface it lies on.
+    float rayOffsetAt(const Vector& point) const;
 
 private:
     void addNode(OUtils::PluginBase* plugin, SceneNodeInterface& node);

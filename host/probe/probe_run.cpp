@@ -1,5 +1,6 @@
 #include "host/probe/probe_run.h"
 
+#include "host/integrator/point_lighting.h"
 #include "host/probe/probe_operations.h"
 #include "host/scene/scene_life.h"
 
@@ -90,6 +91,7 @@ private:
         HostOCLData gpuData(&renderer, scene.settings().gpuBlockStore);
         const ProbeFrame frame{scene, *renderer.getMapChannelNames(), gpuData, stamps};
         OutputJson results = OutputJson::array();
+        const PointLighting lighting(scene, renderer);
         FrameLife life(render, spec.frame);
         for (const RequestSpec& request : spec.requests) {
             OutputJson result = answerRequest(request, frame);

@@ -41,10 +41,7 @@ public:
 
     std::unique_ptr<World> world(int width, int height) const
     {
-        std::vector<OUtils::PluginBase*> plugins;
-        for (const PluginInstance& instance : scene->instances())
-            plugins.push_back(instance.plugin);
-        return std::make_unique<World>(plugins, renderer->getFrameData(), width, height);
+        return std::make_unique<World>(scene->instances(), renderer->getFrameData(), width, height);
     }
 
     Film film(int width, int height, int samples, std::vector<Layer> layers = {Layer::Beauty})
