@@ -3,6 +3,7 @@
 #include "host/bake/unit_square_surface.h"
 #include "host/console/console.h"
 #include "host/context/host_context.h"
+#include "host/progress/interrupt_guard.h"
 
 #include <gtest/gtest.h>
 
