@@ -1,6 +1,6 @@
 #include "host/image/image_formats.h"
 
-#include "host/scene/scene.h"
+#include "host/errors/errors.h"
 
 #include <fmt/format.h>
 
