@@ -28,7 +28,9 @@ struct SourceOptions {
 };
 
 constexpr const char* kFooter =
-    "Bitmaps are written as INDEX_NAME.png, where INDEX is the number that the text refers to.\n"
+    "Bitmaps are written as INDEX_NAME.png, where INDEX is the number that the text refers to. The files "
+    "hold "
+    "the bytes that the GPU gets.\n"
     "A tree shows the line of the text in front. Text that is not understood is told line by line, and the "
     "exit code is 1.";
 constexpr std::size_t kMostProblems = 20;
@@ -44,23 +46,19 @@ std::string fileNamePart(const std::string& name)
     return part.empty() ? "bitmap" : part;
 }
 
-// Scene-linear floats of packed bytes, premultiplied as images are.
+// The bytes as they are: numbers rather than colours, and nothing multiplied.
 Image imageOf(const GpuBitmap& bitmap)
 {
     Image image;
     image.width = bitmap.width;
     image.height = bitmap.height;
     image.channels = 4;
+    image.alpha = AlphaKind::Straight;
+    image.isData = true;
     image.pixels.reserve(bitmap.pixels.size() * 4);
-    const auto channel = [](std::uint32_t pixel, int shift) {
-        return static_cast<float>(pixel >> shift & 0xFFu) / 255.0f;
-    };
-    for (const std::uint32_t pixel : bitmap.pixels) {
-        const float alpha = channel(pixel, 24);
-        for (const int shift : {16, 8, 0})
-            image.pixels.push_back(channel(pixel, shift) * alpha);
-        image.pixels.push_back(alpha);
-    }
+    for (const std::uint32_t pixel : bitmap.pixels)
+        for (const int shift : {16, 8, 0, 24}) // red, green, blue, alpha
+            image.pixels.push_back(static_cast<float>(pixel >> shift & 0xFFu) / 255.0f);
     return image;
 }
 

@@ -1,5 +1,6 @@
-// `nezaiva source --tree`, end to end.
+// `nezaiva source` with its options, end to end.
 
+#include "host/image/image.h"
 #include "support/program.h"
 #include "support/temporary_folder.h"
 #include "support/understood_source.h"
@@ -8,13 +9,14 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cmath>
 
 using nlohmann::json;
 using support::ProgramRun;
 
 namespace {
 
-class SourceTreeCommand : public testing::Test {
+class SourceCommand : public testing::Test {
 protected:
     ProgramRun run(std::vector<std::string> arguments)
     {
@@ -34,7 +36,7 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(SourceTreeCommand, DrawsANode)
+TEST_F(SourceCommand, TreeDrawsANode)
 {
     const ProgramRun tree = treeOf(R"("t": {"type": "TexColorCondition", "params": {"condition": "l",
                                             "color_a": [1, 0.5, 0, 1], "color_b": "c"}},
@@ -53,7 +55,7 @@ TEST_F(SourceTreeCommand, DrawsANode)
     EXPECT_EQ(tree.exitCode, 0);
 }
 
-TEST_F(SourceTreeCommand, TellsABitmapsNameAndSize)
+TEST_F(SourceCommand, TreeTellsABitmapsNameAndSize)
 {
     writeBytes(folder / "three.ppm", "P3 3 2 255 0 0 0 1 1 1 2 2 2 3 3 3 4 4 4 5 5 5\n");
     const ProgramRun tree = treeOf(R"("t": {"type": "Bitmap", "params": {"file": "three.ppm", "uvwgen": "g"}},
@@ -64,7 +66,7 @@ TEST_F(SourceTreeCommand, TellsABitmapsNameAndSize)
                            "1, place2d, block 0\n");
 }
 
-TEST_F(SourceTreeCommand, EmptyInputsAreToldOnceAndOneByOneWhenVerbose)
+TEST_F(SourceCommand, EmptyInputsAreToldOnceAndOneByOneWhenVerbose)
 {
     const std::string scene = R"("t": {"type": "TexColorLogic"})";
     const ProgramRun tree = treeOf(scene);
@@ -77,7 +79,7 @@ TEST_F(SourceTreeCommand, EmptyInputsAreToldOnceAndOneByOneWhenVerbose)
         << verbose.errors;
 }
 
-TEST_F(SourceTreeCommand, TextThatIsNotUnderstoodExitsWithOneAndStillDraws)
+TEST_F(SourceCommand, TextThatIsNotUnderstoodExitsWithOneAndStillDraws)
 {
     const ProgramRun tree = treeOf(
         R"("t": {"type": "ColorValue", "params": {"source": "color 0,5 1 1 1\nsubtex\nbitmap 3\nsubtex\nbitmap -945\n"}})");
@@ -91,7 +93,7 @@ TEST_F(SourceTreeCommand, TextThatIsNotUnderstoodExitsWithOneAndStillDraws)
                            "3  `- bitmap 3\n");
 }
 
-TEST_F(SourceTreeCommand, TellsTwentyErrorsAndCountsTheRest)
+TEST_F(SourceCommand, TellsTwentyErrorsAndCountsTheRest)
 {
     std::string lines;
     for (int i = 0; i < 25; ++i)
@@ -103,8 +105,49 @@ TEST_F(SourceTreeCommand, TellsTwentyErrorsAndCountsTheRest)
     EXPECT_NE(tree.errors.find("error: and 5 more\n"), std::string::npos);
 }
 
+// The bytes of pixels, red to alpha, as a picture that PNG stores unchanged and back.
+ombrix::Image pictureOf(int width, int height, const std::vector<int>& bytes)
+{
+    ombrix::Image image;
+    image.width = width;
+    image.height = height;
+    image.alpha = ombrix::AlphaKind::Straight;
+    image.isData = true;
+    for (const int byte : bytes)
+        image.pixels.push_back(static_cast<float>(byte) / 255.0f);
+    return image;
+}
+std::vector<int> bytesOfPicture(const std::filesystem::path& file)
+{
+    std::vector<int> bytes;
+    for (const float value :
+         ombrix::readImage(file, ombrix::ColorSpace::Linear, ombrix::AlphaKind::Straight).pixels)
+        bytes.push_back(static_cast<int>(std::lround(value * 255.0f)));
+    return bytes;
+}
+
+TEST_F(SourceCommand, BitmapsHoldTheBytesThatTheGpuGets)
+{
+    const std::vector<int> bytes = {0,   1,   128, 255, 254, 255, 0, 0, // colours under alpha 0 stay
+                                    255, 128, 1,   0,   128, 254, 0, 1};
+    ombrix::writeImage(folder / "four.png", pictureOf(2, 2, bytes), {});
+    ASSERT_EQ(bytesOfPicture(folder / "four.png"), bytes);
+    writeBytes(folder / "look.json", R"({"ombrix_scene": 1, "plugins": {"t": {"type": "Bitmap",
+                                         "params": {"file": "four.png", "color_space": "linear"}}}})");
+    const ProgramRun source = run({"source", "look.json", "t", "--bitmaps", "made/here"});
+    EXPECT_EQ(source.exitCode, 0) << source.errors;
+    EXPECT_EQ(source.output, "bitmap 0\n");
+    EXPECT_EQ(bytesOfPicture(folder / "made/here/000_t.png"), bytes);
+
+    writeBytes(folder / "probe.json", R"({"ombrix_probe": 1, "requests":
+                                         [{"plugin": "t", "op": "source", "pixels": true}]})");
+    const json answer = json::parse(run({"probe", "look.json", "probe.json"}).output);
+    EXPECT_EQ(answer["frames"][0]["results"][0]["values"][0]["bitmaps"][0]["pixels"],
+              (json{0xFF000180u, 0x00FEFF00u, 0x00FF8001u, 0x0180FE00u}));
+}
+
 // With nothing connected, every kind that has a GPU form writes a source that is understood, or none.
-TEST_F(SourceTreeCommand, SourcesOfAllKindsAreUnderstood)
+TEST_F(SourceCommand, SourcesOfAllKindsAreUnderstood)
 {
     json scene = {{"ombrix_scene", 1}, {"settings", {{"bake_size", 4}}}, {"plugins", json::object()}};
     json probe = {{"ombrix_probe", 1}, {"requests", json::array()}};
