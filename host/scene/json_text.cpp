@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <set>
+#include <sstream>
 #include <system_error>
 #include <vector>
 
@@ -116,117 +118,95 @@ std::size_t firstBadByte(std::string_view text)
     return i;
 }
 
-// Builds the value while it watches depth and repeated names, which the library's own builder does not.
-class DocumentBuilder : public nlohmann::json_sax<json> {
+// What remains of the parser's message without its number, its own line and column, and what it was parsing.
+std::string plainWords(std::string_view what)
+{
+    const auto cutAfter = [&](std::string_view mark) {
+        if (const std::size_t end = what.find(mark); end != std::string_view::npos)
+            what.remove_prefix(end + mark.size());
+    };
+    cutAfter("] ");
+    if (what.starts_with("parse error")) cutAfter(": ");
+    if (what.starts_with("syntax error")) cutAfter(" - ");
+    std::string words(what);
+    if (what.starts_with("unexpected ']'") || what.starts_with("unexpected '}'"))
+        words += "; a value is missing, or there is a comma too many";
+    if (what.starts_with("number overflow"))
+        words += "; write \"inf\" or \"-inf\", with the quotes, for an infinity";
+    return words;
+}
+
+struct TooDeep {};
+
+// Follows the parser through objects and lists, and so knows where it is: the parser does not tell, nor does
+// it mind a name that stands twice.
+class PlaceWatch {
 public:
-    DocumentBuilder(std::string_view source, Diagnostics& reports) : text(source), diagnostics(reports) {}
+    explicit PlaceWatch(Diagnostics& reports) : diagnostics(reports) {}
 
-    json document;
-
-    bool null() override { return put(json(nullptr)); }
-    bool boolean(bool value) override { return put(json(value)); }
-    bool number_integer(json::number_integer_t value) override { return put(json(value)); }
-    bool number_unsigned(json::number_unsigned_t value) override { return put(json(value)); }
-    bool number_float(json::number_float_t value, const std::string&) override { return put(json(value)); }
-    bool string(std::string& value) override { return put(json(std::move(value))); }
-    bool binary(json::binary_t&) override { return false; }
-    bool start_object(std::size_t) override { return open(json::object()); }
-    bool start_array(std::size_t) override { return open(json::array()); }
-    bool end_object() override { return close(); }
-    bool end_array() override { return close(); }
-
-    bool key(std::string& name) override
+    // The parser's callback. Keeps every value. Throws TooDeep.
+    bool operator()(int /*depth*/, json::parse_event_t event, json& parsed)
     {
-        Level& level = levels.back();
-        level.key = std::move(name);
-        if (level.container->contains(level.key))
-            diagnostics.error(path(), fmt::format("\"{}\" stands here twice; keep one of them", level.key));
+        switch (event) {
+        case json::parse_event_t::key:
+            enterMember(parsed.get_ref<const std::string&>());
+            break;
+        case json::parse_event_t::value:
+            countElement();
+            break;
+        case json::parse_event_t::object_start:
+        case json::parse_event_t::array_start:
+            countElement();
+            if (levels.size() >= static_cast<std::size_t>(kDeepestNesting)) throw TooDeep{};
+            levels.push_back({event == json::parse_event_t::array_start, 0, {}, {}});
+            break;
+        case json::parse_event_t::object_end:
+        case json::parse_event_t::array_end:
+            levels.pop_back();
+            break;
+        }
         return true;
-    }
-
-    bool parse_error(std::size_t position, const std::string&, const json::exception& fault) override
-    {
-        const std::size_t offset = position > 0 ? position - 1 : 0;
-        std::string words = adviceForWord(wordAround(text, offset));
-        if (words.empty()) words = plainWords(fault.what());
-        diagnostics.error("", fmt::format("{}: {}", lineAndColumn(text, offset), words));
-        return false;
     }
 
 private:
     struct Level {
-        json* container;
-        std::string key; // of the member that is being read
+        bool isList;
+        std::size_t elements;
+        std::set<std::string> names;
+        std::string name; // of the member that is being read
     };
 
-    // What remains of the parser's message without its number, its own line and column, and what it was
-    // parsing.
-    static std::string plainWords(std::string_view what)
+    void countElement()
     {
-        const auto cutAfter = [&](std::string_view mark) {
-            if (const std::size_t end = what.find(mark); end != std::string_view::npos)
-                what.remove_prefix(end + mark.size());
-        };
-        cutAfter("] ");
-        if (what.starts_with("parse error")) cutAfter(": ");
-        if (what.starts_with("syntax error")) cutAfter(" - ");
-        std::string words(what);
-        if (what.starts_with("unexpected ']'") || what.starts_with("unexpected '}'"))
-            words += "; a value is missing, or there is a comma too many";
-        if (what.starts_with("number overflow"))
-            words += "; write \"inf\" or \"-inf\", with the quotes, for an infinity";
-        return words;
+        if (!levels.empty()) ++levels.back().elements;
     }
-
+    void enterMember(const std::string& name)
+    {
+        Level& level = levels.back();
+        level.name = name;
+        if (!level.names.insert(name).second)
+            diagnostics.error(path(), fmt::format("\"{}\" stands here twice; keep one of them", name));
+    }
     std::string path() const
     {
         std::string result;
         for (const Level& level : levels)
-            result += level.container->is_object() ? pointerStep(level.key)
-                                                   : pointerStep(std::to_string(level.container->size() - 1));
+            result += pointerStep(level.isList ? std::to_string(level.elements - 1) : level.name);
         return result;
     }
 
-    json* place(json&& value)
-    {
-        if (levels.empty()) {
-            document = std::move(value);
-            return &document;
-        }
-        Level& level = levels.back();
-        if (level.container->is_array()) {
-            level.container->push_back(std::move(value));
-            return &level.container->back();
-        }
-        json& member = (*level.container)[level.key];
-        member = std::move(value);
-        return &member;
-    }
-    bool put(json&& value)
-    {
-        place(std::move(value));
-        return true;
-    }
-    bool open(json&& empty)
-    {
-        if (levels.size() >= static_cast<std::size_t>(kDeepestNesting)) {
-            diagnostics.error(
-                "", fmt::format("objects and lists are nested deeper than {} levels", kDeepestNesting));
-            return false;
-        }
-        levels.push_back({place(std::move(empty)), {}});
-        return true;
-    }
-    bool close()
-    {
-        levels.pop_back();
-        return true;
-    }
-
-    std::string_view text;
     Diagnostics& diagnostics;
     std::vector<Level> levels;
 };
+
+// A fault of the text at the byte of an offset, in the parser's words or in better ones.
+void reportFault(std::string_view text, std::size_t offset, const json::exception& fault,
+                 Diagnostics& diagnostics)
+{
+    std::string words = adviceForWord(wordAround(text, offset));
+    if (words.empty()) words = plainWords(fault.what());
+    diagnostics.error("", fmt::format("{}: {}", lineAndColumn(text, offset), words));
+}
 
 struct CloseFile {
     void operator()(std::FILE* file) const
@@ -249,10 +229,21 @@ std::optional<nlohmann::json> parseJsonText(std::string_view text, Diagnostics& 
         diagnostics.error("", "the file is empty; it has to hold a JSON object");
         return {};
     }
-    DocumentBuilder builder(text, diagnostics);
-    if (!json::sax_parse(text.begin(), text.end(), &builder, json::input_format_t::json, true, true))
-        return {};
-    return std::move(builder.document);
+    // From a stream: where it stands tells the place of the faults that come without one.
+    std::istringstream stream{std::string(text)};
+    try {
+        return json::parse(stream, PlaceWatch(diagnostics), true, true);
+    } catch (const TooDeep&) {
+        diagnostics.error("",
+                          fmt::format("objects and lists are nested deeper than {} levels", kDeepestNesting));
+    } catch (const json::parse_error& fault) {
+        reportFault(text, fault.byte > 0 ? fault.byte - 1 : 0, fault, diagnostics);
+    } catch (const json::out_of_range& fault) { // a number, which ends with a digit
+        const auto read = stream.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
+        reportFault(text, text.find_last_of("0123456789", static_cast<std::size_t>(read) - 1), fault,
+                    diagnostics);
+    }
+    return {};
 }
 
 std::string readTextFile(const std::filesystem::path& file)

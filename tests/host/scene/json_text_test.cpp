@@ -132,6 +132,27 @@ TEST(JsonText, FaultsThatAreOftenMadeGetAHint)
               std::string::npos);
 }
 
+TEST(JsonText, ANumberBeyondAllRangesIsToldByItsLastDigit)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"1e999", "line 1, column 5"},
+        {"[1e999]", "line 1, column 6"},
+        {"// 1e999\n{\"1e999\": -1e999 , \"b\": 2}", "line 2, column 16"},
+    };
+    for (const auto& [text, place] : cases)
+        EXPECT_TRUE(
+            parsed(text).lines[0].starts_with(std::string("error: f: ") + place + ": number overflow"))
+            << parsed(text).lines[0];
+}
+
+TEST(JsonText, KeepsTheLastOfRepeatedNamesAndAllOtherValues)
+{
+    EXPECT_EQ(*parsed(R"({"a": {"x": 1}, "b": [[], {}, [2]], "a": {"y": 3}})").value,
+              nlohmann::json::parse(R"({"a": {"y": 3}, "b": [[], {}, [2]]})"));
+    EXPECT_EQ(parsed(R"([[1, {"x": 1}], [], {"x": [0, 5, {"y": 1, "y": 2}]}])").lines,
+              std::vector<std::string>{"error: f: /2/x/2/y: \"y\" stands here twice; keep one of them"});
+}
+
 TEST(JsonText, RefusesWhatIsEmptyOrHasMoreThanOneValue)
 {
     for (const char* text :
