@@ -1,8 +1,8 @@
 // The keys of a probe's context.
 
-#include "host/probe/key_table.h"
 #include "host/probe/probe_context.h"
 #include "host/probe/probe_file.h"
+#include "host/scene/key_table.h"
 
 #include <ombrix/context.h>
 
@@ -70,19 +70,19 @@ void readNumbers(const JsonPlace& place, const char* form, float (&numbers)[coun
     if (const auto read = readFloats(place, count, form)) std::copy(read->begin(), read->end(), numbers);
 }
 
+// true, false, or the number that the answers have.
+std::optional<bool> readValidity(const JsonPlace& place)
+{
+    const bool isAnswer = place->is_number_integer() && (*place == 0 || *place == 1);
+    return isAnswer ? *place == 1 : readBool(place);
+}
+
 constexpr KeyReader<UVWPart> kUVWKeys[] = {
-    {"valid",
-     [](const JsonPlace& place, UVWPart& part) {
-         const bool number = place->is_number_integer() && (*place == 0 || *place == 1);
-         if (number)
-             part.valid = *place == 1;
-         else
-             part.valid = readBool(place);
-     }},
-    {"uvw", [](const JsonPlace& place, UVWPart& part) { part.uvw = readVector(place); }},
-    {"du", [](const JsonPlace& place, UVWPart& part) { part.du = readVector(place); }},
-    {"dv", [](const JsonPlace& place, UVWPart& part) { part.dv = readVector(place); }},
-    {"columns", [](const JsonPlace& place, UVWPart& part) { part.columns = readColumns(place); }},
+    {"valid", into<&UVWPart::valid, readValidity>},
+    {"uvw", into<&UVWPart::uvw, readVector>},
+    {"du", into<&UVWPart::du, readVector>},
+    {"dv", into<&UVWPart::dv, readVector>},
+    {"columns", into<&UVWPart::columns, readColumns>},
 };
 
 template <class T>
@@ -140,50 +140,45 @@ void readValue(const JsonPlace& place, const std::string& name, const Scene& sce
               fmt::format("\"{}\" is a {}; only a value texture takes a value from the context", name, type));
 }
 
-constexpr KeyReader<ContextSpec> kContextKeys[] = {
-    {"values", [](const JsonPlace&, ContextSpec&) {}}, // needs the scene: see readContext
-    {"stamp", [](const JsonPlace& p, ContextSpec& c) { c.stamp = readInt(p); }},
-    {"thread", [](const JsonPlace& p, ContextSpec& c) { store(readInt(p), c.thread); }},
-    {"flags", [](const JsonPlace& p, ContextSpec& c) { readFlags(p, c.flags); }},
-    {"filtering", [](const JsonPlace& p, ContextSpec& c) { store(readBool(p), c.filtering); }},
-    {"shade_point", [](const JsonPlace& p, ContextSpec& c) { store(readVector(p), c.shadePoint); }},
-    {"reference_point", [](const JsonPlace& p, ContextSpec& c) { c.referencePoint = readVector(p); }},
-    {"position_diff_u", [](const JsonPlace& p, ContextSpec& c) { store(readVector(p), c.positionDiffU); }},
-    {"position_diff_v", [](const JsonPlace& p, ContextSpec& c) { store(readVector(p), c.positionDiffV); }},
-    {"filter_widths",
-     [](const JsonPlace& p, ContextSpec& c) { readNumbers(p, "[a, b, c, d]", c.filterWidths); }},
-    {"ray_time", [](const JsonPlace& p, ContextSpec& c) { store(readDouble(p), c.rayTime); }},
-    {"ray_depth", [](const JsonPlace& p, ContextSpec& c) { store(readInt(p), c.rayDepth); }},
-    {"ray_flags", [](const JsonPlace& p, ContextSpec& c) { store(readBits(p), c.rayFlags); }},
-    {"ray_id", [](const JsonPlace& p, ContextSpec& c) { store(readInt(p), c.rayId); }},
-    {"surface",
-     [](const JsonPlace& p, ContextSpec& c) {
-         if (p->is_null()) return;
-         auto surface = std::make_shared<SurfaceSpec>();
-         readSurface(p, *surface);
-         c.surface = std::move(surface);
-     }},
-    {"face_index", [](const JsonPlace& p, ContextSpec& c) { store(readInt(p), c.faceIndex); }},
-    {"barycentric", [](const JsonPlace& p, ContextSpec& c) { readNumbers(p, "[a, b, c]", c.barycentric); }},
-    {"instance",
-     [](const JsonPlace& p, ContextSpec& c) {
-         if (p->is_null()) return;
-         auto instance = std::make_shared<InstanceSpec>();
-         readInstance(p, *instance);
-         c.instance = std::move(instance);
-     }},
-    {"primitive",
-     [](const JsonPlace& p, ContextSpec& c) {
-         if (p->is_null()) return;
-         auto primitive = std::make_shared<PrimitiveSpec>();
-         readPrimitive(p, *primitive);
-         c.primitive = std::move(primitive);
-     }},
-    {"normal", [](const JsonPlace& p, ContextSpec& c) { store(readVector(p), c.normal); }},
-    {"view", [](const JsonPlace& p, ContextSpec& c) { store(readVector(p), c.view); }},
-    {"diffuse_depth", [](const JsonPlace& p, ContextSpec& c) { store(readInt(p), c.diffuseDepth); }},
-    {"streak_position", [](const JsonPlace& p, ContextSpec& c) { store(readFloat(p), c.streakPosition); }},
-    {"volume_ref", [](const JsonPlace& p, ContextSpec& c) { store(readBool(p), c.volumeRef); }},
+// An object that null leaves out.
+template <auto member, auto read>
+void intoShared(const JsonPlace& place, ContextSpec& context)
+{
+    if (place->is_null()) return;
+    using Pointer = std::remove_reference_t<decltype(context.*member)>;
+    auto spec = std::make_shared<std::remove_const_t<typename Pointer::element_type>>();
+    read(place, *spec);
+    context.*member = std::move(spec);
+}
+
+using Context = ContextSpec;
+constexpr KeyReader<Context> kContextKeys[] = {
+    {"values", nullptr}, // needs the scene: see readContext
+    {"stamp", into<&Context::stamp, readInt>},
+    {"thread", into<&Context::thread, readInt>},
+    {"flags", [](const JsonPlace& place, Context& context) { readFlags(place, context.flags); }},
+    {"filtering", into<&Context::filtering, readBool>},
+    {"shade_point", into<&Context::shadePoint, readVector>},
+    {"reference_point", into<&Context::referencePoint, readVector>},
+    {"position_diff_u", into<&Context::positionDiffU, readVector>},
+    {"position_diff_v", into<&Context::positionDiffV, readVector>},
+    {"filter_widths", [](const JsonPlace& place,
+                         Context& context) { readNumbers(place, "[a, b, c, d]", context.filterWidths); }},
+    {"ray_time", into<&Context::rayTime, readDouble>},
+    {"ray_depth", into<&Context::rayDepth, readInt>},
+    {"ray_flags", into<&Context::rayFlags, readBits>},
+    {"ray_id", into<&Context::rayId, readInt>},
+    {"surface", intoShared<&Context::surface, readSurface>},
+    {"face_index", into<&Context::faceIndex, readInt>},
+    {"barycentric",
+     [](const JsonPlace& place, Context& context) { readNumbers(place, "[a, b, c]", context.barycentric); }},
+    {"instance", intoShared<&Context::instance, readInstance>},
+    {"primitive", intoShared<&Context::primitive, readPrimitive>},
+    {"normal", into<&Context::normal, readVector>},
+    {"view", into<&Context::view, readVector>},
+    {"diffuse_depth", into<&Context::diffuseDepth, readInt>},
+    {"streak_position", into<&Context::streakPosition, readFloat>},
+    {"volume_ref", into<&Context::volumeRef, readBool>},
 };
 
 struct SurfaceMap {
@@ -192,9 +187,9 @@ struct SurfaceMap {
 };
 
 constexpr KeyReader<SurfaceMap> kSurfaceMapKeys[] = {
-    {"uvw", [](const JsonPlace& p, SurfaceMap& m) { m.uvw = readVector(p); }},
-    {"columns", [](const JsonPlace& p, SurfaceMap& m) { m.columns = readColumns(p); }},
-    {"offset", [](const JsonPlace& p, SurfaceMap& m) { m.offset = readVector(p); }},
+    {"uvw", into<&SurfaceMap::uvw, readVector>},
+    {"columns", into<&SurfaceMap::columns, readColumns>},
+    {"offset", into<&SurfaceMap::offset, readVector>},
 };
 
 OUtils::Transform transformOf(const JsonPlace& place, const SurfaceMap& map)
@@ -217,8 +212,7 @@ std::optional<int> channelOf(const std::string& text)
     return channel;
 }
 
-struct SurfaceKeys {
-    SurfaceMap map;
+struct SurfaceKeys : SurfaceMap {
     SurfaceSpec spec;
 };
 
@@ -243,13 +237,13 @@ void readChannels(const JsonPlace& place, SurfaceKeys& keys)
 }
 
 constexpr KeyReader<SurfaceKeys> kSurfaceKeys[] = {
-    {"uvw", [](const JsonPlace& p, SurfaceKeys& s) { s.map.uvw = readVector(p); }},
-    {"columns", [](const JsonPlace& p, SurfaceKeys& s) { s.map.columns = readColumns(p); }},
-    {"offset", [](const JsonPlace& p, SurfaceKeys& s) { s.map.offset = readVector(p); }},
+    {"uvw", into<&SurfaceMap::uvw, readVector>},
+    {"columns", into<&SurfaceMap::columns, readColumns>},
+    {"offset", into<&SurfaceMap::offset, readVector>},
     {"channels", readChannels},
     {"uv_sets",
-     [](const JsonPlace& p, SurfaceKeys& s) {
-         readNamed(p, "\"uv_sets\"", s.spec.uvSets,
+     [](const JsonPlace& place, SurfaceKeys& keys) {
+         readNamed(place, "\"uv_sets\"", keys.spec.uvSets,
                    [](const JsonPlace& member, int& channel) { store(readInt(member), channel); });
      }},
 };
@@ -275,8 +269,8 @@ void readSurface(const JsonPlace& place, SurfaceSpec& surface)
 {
     SurfaceKeys keys;
     readKeys(place, "a surface", kSurfaceKeys, keys);
-    if (keys.map.uvw || keys.map.columns || keys.map.offset) {
-        keys.spec.everyChannel = transformOf(place, keys.map);
+    if (keys.uvw || keys.columns || keys.offset) {
+        keys.spec.everyChannel = transformOf(place, keys);
         if (keys.spec.hasChannels) place.error("write one map for every channel, or \"channels\", not both");
     }
     surface = std::move(keys.spec);

@@ -1,21 +1,22 @@
 // The hit's instance and the hit primitive in a probe's context.
 
-#include "host/probe/key_table.h"
 #include "host/probe/probe_file.h"
+#include "host/scene/key_table.h"
 
 #include <fmt/ranges.h>
 
 #include <algorithm>
 #include <charconv>
+#include <span>
 
 namespace ombrix {
 
 namespace {
 
 constexpr KeyReader<MapChannelSpec> kMapChannelKeys[] = {
-    {"index", [](const JsonPlace& p, MapChannelSpec& m) { store(readInt(p), m.index); }},
-    {"value", [](const JsonPlace& p, MapChannelSpec& m) { store(readVector(p), m.value); }},
-    {"missing", [](const JsonPlace& p, MapChannelSpec& m) { store(readFloat(p), m.missing); }},
+    {"index", into<&MapChannelSpec::index, readInt>},
+    {"value", into<&MapChannelSpec::value, readVector>},
+    {"missing", into<&MapChannelSpec::missing, readFloat>},
 };
 
 // The record holds four floats; what is not given is zero.
@@ -34,23 +35,23 @@ void readRecord(const JsonPlace& place, TypedAttributeSpec& attribute)
 }
 
 constexpr KeyReader<TypedAttributeSpec> kTypedAttributeKeys[] = {
-    {"type", [](const JsonPlace& p, TypedAttributeSpec& a) { store(readInt(p), a.type); }},
+    {"type", into<&TypedAttributeSpec::type, readInt>},
     {"value", readRecord},
-    {"unknown", [](const JsonPlace& p, TypedAttributeSpec& a) { store(readBool(p), a.unknown); }},
+    {"unknown", into<&TypedAttributeSpec::unknown, readBool>},
 };
 
 constexpr KeyReader<ColorSetSpec> kColorSetKeys[] = {
-    {"value", [](const JsonPlace& p, ColorSetSpec& s) { store(readAColor(p), s.value); }},
-    {"missing", [](const JsonPlace& p, ColorSetSpec& s) { store(readFloat(p), s.missing); }},
+    {"value", into<&ColorSetSpec::value, readAColor>},
+    {"missing", into<&ColorSetSpec::missing, readFloat>},
 };
 
 constexpr KeyReader<HairSpec> kHairKeys[] = {
-    {"color", [](const JsonPlace& p, HairSpec& h) { store(readAColor(p), h.color); }},
-    {"incandescence", [](const JsonPlace& p, HairSpec& h) { store(readAColor(p), h.incandescence); }},
-    {"transparency", [](const JsonPlace& p, HairSpec& h) { store(readAColor(p), h.transparency); }},
-    {"distance", [](const JsonPlace& p, HairSpec& h) { store(readFloat(p), h.distance); }},
-    {"random", [](const JsonPlace& p, HairSpec& h) { store(readFloat(p), h.random); }},
-    {"length", [](const JsonPlace& p, HairSpec& h) { store(readFloat(p), h.length); }},
+    {"color", into<&HairSpec::color, readAColor>},
+    {"incandescence", into<&HairSpec::incandescence, readAColor>},
+    {"transparency", into<&HairSpec::transparency, readAColor>},
+    {"distance", into<&HairSpec::distance, readFloat>},
+    {"random", into<&HairSpec::random, readFloat>},
+    {"length", into<&HairSpec::length, readFloat>},
 };
 
 void readTexts(const JsonPlace& place, const char* what, std::map<std::string, std::string>& texts)
@@ -101,6 +102,20 @@ void readPoints(const JsonPlace& place, std::vector<OUtils::Vector>& points)
         store(readVector(place.at(i)), points.emplace_back());
 }
 
+void readStrands(const JsonPlace& place, PrimitiveSpec& primitive)
+{
+    if (!checkList(place, "strands, each a list of points")) return;
+    for (std::size_t i = 0; i < place->size(); ++i)
+        readPoints(place.at(i), primitive.strands.emplace_back());
+}
+
+void readColors(const JsonPlace& place, PrimitiveSpec& primitive)
+{
+    if (!checkList(place, "colors")) return;
+    for (std::size_t i = 0; i < place->size(); ++i)
+        store(readAColor(place.at(i)), primitive.colors.emplace_back());
+}
+
 // A primitive's kind. People know the kinds by their hexadecimal numbers, which JSON does not have.
 void readKind(const JsonPlace& place, PrimitiveSpec& primitive)
 {
@@ -116,61 +131,35 @@ void readKind(const JsonPlace& place, PrimitiveSpec& primitive)
     store(readInt(place), primitive.kind);
 }
 
-constexpr KeyReader<PrimitiveSpec> kPrimitiveKeys[] = {
-    {"kind", readKind},
-    {"points", [](const JsonPlace& p, PrimitiveSpec& h) { readPoints(p, h.points); }},
-    {"end_points", [](const JsonPlace& p, PrimitiveSpec& h) { readPoints(p, h.endPoints); }},
-    {"segment", [](const JsonPlace& p, PrimitiveSpec& h) { store(readInt(p), h.segment); }},
-    {"first_segment", [](const JsonPlace& p, PrimitiveSpec& h) { store(readInt(p), h.firstSegment); }},
-    {"fraction", [](const JsonPlace& p, PrimitiveSpec& h) { store(readFloat(p), h.fraction); }},
-    {"owner_strand",
-     [](const JsonPlace& p, PrimitiveSpec& h) {
-         if (!p->is_null()) h.ownerStrand = readInt(p);
-     }},
-    {"strands",
-     [](const JsonPlace& p, PrimitiveSpec& h) {
-         if (!checkList(p, "strands, each a list of points")) return;
-         for (std::size_t i = 0; i < p->size(); ++i)
-             readPoints(p.at(i), h.strands.emplace_back());
-     }},
-    {"colors",
-     [](const JsonPlace& p, PrimitiveSpec& h) {
-         if (!checkList(p, "colors")) return;
-         for (std::size_t i = 0; i < p->size(); ++i)
-             store(readAColor(p.at(i)), h.colors.emplace_back());
-     }},
-    {"strand_index", [](const JsonPlace& p, PrimitiveSpec& h) { store(readInt(p), h.strandIndex); }},
-    {"segment_index", [](const JsonPlace& p, PrimitiveSpec& h) { store(readInt(p), h.segmentIndex); }},
-    {"segment_fraction",
-     [](const JsonPlace& p, PrimitiveSpec& h) { store(readFloat(p), h.segmentFraction); }},
-};
-
+constexpr int kSegmentKinds[] = {0x920, 0x1020}, kTableKinds[] = {0x1330, 0x1331};
+constexpr int kIndexedKinds[] = {0x1330, 0x1331, 0x1922, 0x1A22};
 constexpr int kHairKinds[] = {0x920, 0x1020, 0x1330, 0x1331, 0x1922, 0x1A22};
 
-// The kinds that a key says something of.
-struct KindsOfKey {
-    const char* key;
-    std::vector<int> kinds;
+// A key with the kinds that it says something of.
+struct PrimitiveKey : KeyReader<PrimitiveSpec> {
+    std::span<const int> kinds;
 };
 
-const std::vector<KindsOfKey>& kindsOfKeys()
-{
-    const std::vector<int> segments = {0x920, 0x1020}, tables = {0x1330, 0x1331};
-    static const std::vector<KindsOfKey> all = {
-        {"points", segments},
-        {"end_points", segments},
-        {"segment", segments},
-        {"first_segment", segments},
-        {"fraction", segments},
-        {"owner_strand", segments},
-        {"strands", tables},
-        {"colors", tables},
-        {"segment_index", tables},
-        {"segment_fraction", tables},
-        {"strand_index", {0x1330, 0x1331, 0x1922, 0x1A22}},
-    };
-    return all;
-}
+using Primitive = PrimitiveSpec;
+constexpr PrimitiveKey kPrimitiveKeys[] = {
+    {{"kind", readKind, "a primitive needs its \"kind\", a number"}, kHairKinds},
+    {{"points", [](const JsonPlace& place, Primitive& p) { readPoints(place, p.points); }}, kSegmentKinds},
+    {{"end_points", [](const JsonPlace& place, Primitive& p) { readPoints(place, p.endPoints); }},
+     kSegmentKinds},
+    {{"segment", into<&Primitive::segment, readInt>}, kSegmentKinds},
+    {{"first_segment", into<&Primitive::firstSegment, readInt>}, kSegmentKinds},
+    {{"fraction", into<&Primitive::fraction, readFloat>}, kSegmentKinds},
+    {{"owner_strand",
+      [](const JsonPlace& place, Primitive& p) {
+          if (!place->is_null()) p.ownerStrand = readInt(place);
+      }},
+     kSegmentKinds},
+    {{"strands", readStrands}, kTableKinds},
+    {{"colors", readColors}, kTableKinds},
+    {{"strand_index", into<&Primitive::strandIndex, readInt>}, kIndexedKinds},
+    {{"segment_index", into<&Primitive::segmentIndex, readInt>}, kTableKinds},
+    {{"segment_fraction", into<&Primitive::segmentFraction, readFloat>}, kTableKinds},
+};
 
 template <class Kinds>
 bool holds(const Kinds& kinds, int kind)
@@ -187,7 +176,7 @@ void warnOfKind(const JsonPlace& place, int kind)
             fmt::format("{} is no kind of hair; those are {}, decimal", kind, fmt::join(kHairKinds, ", ")));
         return;
     }
-    for (const KindsOfKey& entry : kindsOfKeys())
+    for (const PrimitiveKey& entry : kPrimitiveKeys)
         if (place.has(entry.key) && !holds(entry.kinds, kind))
             place.at(entry.key).warning(fmt::format("a primitive of kind {} has no \"{}\"; kinds {} do", kind,
                                                     entry.key, fmt::join(entry.kinds, ", ")));
@@ -203,11 +192,7 @@ void readInstance(const JsonPlace& place, InstanceSpec& instance)
 void readPrimitive(const JsonPlace& place, PrimitiveSpec& primitive)
 {
     readKeys(place, "a primitive", kPrimitiveKeys, primitive);
-    if (!place->is_object()) return;
-    if (!place.has("kind"))
-        place.error("a primitive needs its \"kind\", a number");
-    else if (place.at("kind")->is_number())
-        warnOfKind(place, primitive.kind);
+    if (place.has("kind") && place.at("kind")->is_number()) warnOfKind(place, primitive.kind);
     if (!place.has("end_points"))
         primitive.endPoints = primitive.points;
     else if (primitive.endPoints.size() != primitive.points.size())

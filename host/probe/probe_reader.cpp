@@ -2,6 +2,7 @@
 
 #include "host/probe/probe_file.h"
 #include "host/probe/probe_operations.h"
+#include "host/scene/key_table.h"
 
 #include <fmt/format.h>
 
@@ -13,41 +14,54 @@ namespace {
 
 constexpr int kProbeVersion = 1;
 
-const std::vector<std::string> kRequestKeys = {"plugin", "output",     "op",     "contexts", "name",
-                                               "tag",    "descriptor", "pixels", "time"};
+struct RequestReading {
+    const Scene& scene;
+    RequestSpec& request;
+};
 
-void takeText(const JsonPlace& place, const char* key, std::string& text)
-{
-    if (!place.has(key)) return;
-    if (auto read = readText(place.at(key))) text = std::move(*read);
-}
-
-void requireText(const JsonPlace& place, const char* key, const char* meaning, std::string& text)
-{
-    if (place.has(key))
-        takeText(place, key, text);
-    else
-        place.error(fmt::format("a request needs \"{}\", {}", key, meaning));
-}
-
-void readContexts(const JsonPlace& place, const Scene& scene, RequestSpec& request)
+void readContexts(const JsonPlace& place, RequestReading& reading)
 {
     if (!checkList(place, "\"contexts\"")) return;
+    RequestSpec& request = reading.request;
     for (std::size_t i = 0; i < place->size(); ++i)
-        readContext(place.at(i), scene, request.contexts.emplace_back(), request.problem);
+        readContext(place.at(i), reading.scene, request.contexts.emplace_back(), request.problem);
 }
 
-// The keys of a request that some operations alone look at.
-constexpr const char* kOperationKeys[] = {"contexts", "name", "tag", "descriptor", "pixels", "time"};
+template <auto member, auto read>
+void intoRequest(const JsonPlace& place, RequestReading& reading)
+{
+    into<member, read>(place, reading.request);
+}
+
+struct RequestKey : KeyReader<RequestReading> {
+    bool ofAllOperations = false; // others are looked at by some alone
+};
+
+constexpr RequestKey kRequestKeys[] = {
+    {{"plugin", intoRequest<&RequestSpec::plugin, readText>,
+      "a request needs \"plugin\", the name of a plugin"},
+     true},
+    {{"op", intoRequest<&RequestSpec::operation, readText>,
+      "a request needs \"op\", the operation to ask for"},
+     true},
+    {{"output", intoRequest<&RequestSpec::output, readText>}, true},
+    {{"name", intoRequest<&RequestSpec::name, readText>}},
+    {{"tag", intoRequest<&RequestSpec::tag, readText>}},
+    {{"descriptor", intoRequest<&RequestSpec::descriptor, readText>}},
+    {{"pixels", intoRequest<&RequestSpec::pixels, readBool>}},
+    {{"time", intoRequest<&RequestSpec::time, readDouble>}},
+    {{"contexts", readContexts}},
+};
 
 void warnOfIdleKeys(const JsonPlace& place, const std::string& operation)
 {
     const std::optional<std::vector<std::string>> taken = keysOfOperation(operation);
     if (!taken) return;
-    for (const char* key : kOperationKeys)
-        if (place.has(key) && std::find(taken->begin(), taken->end(), key) == taken->end())
-            place.at(key).warning(
-                fmt::format("\"{}\" does not look at \"{}\"; leave it out", operation, key));
+    for (const RequestKey& known : kRequestKeys)
+        if (place.has(known.key) && !known.ofAllOperations &&
+            std::find(taken->begin(), taken->end(), known.key) == taken->end())
+            place.at(known.key).warning(
+                fmt::format("\"{}\" does not look at \"{}\"; leave it out", operation, known.key));
 }
 
 RequestSpec readRequest(const JsonPlace& place, const Scene& scene, double frame)
@@ -55,60 +69,72 @@ RequestSpec readRequest(const JsonPlace& place, const Scene& scene, double frame
     RequestSpec request;
     request.path = place.path();
     request.time = frame;
-    if (!checkObject(place, "a request", kRequestKeys) && !place->is_object()) return request;
-    requireText(place, "plugin", "the name of a plugin", request.plugin);
-    requireText(place, "op", "the operation to ask for", request.operation);
+    RequestReading reading{scene, request};
+    readKeys(place, "a request", kRequestKeys, reading);
     warnOfIdleKeys(place, request.operation);
-    if (place.has("output")) request.output = readText(place.at("output"));
-    takeText(place, "name", request.name);
-    takeText(place, "tag", request.tag);
-    takeText(place, "descriptor", request.descriptor);
-    if (place.has("pixels"))
-        if (const auto pixels = readBool(place.at("pixels"))) request.pixels = *pixels;
-    if (place.has("time"))
-        if (const auto time = readDouble(place.at("time"))) request.time = *time;
-    if (place.has("contexts"))
-        readContexts(place.at("contexts"), scene, request);
-    else
-        request.contexts.emplace_back();
+    if (!place.has("contexts")) request.contexts.emplace_back();
     return request;
 }
 
-void readRequests(const JsonPlace& place, const Scene& scene, FrameSpec& frame)
+struct FrameReading {
+    const Scene& scene;
+    FrameSpec& frame;
+};
+
+void readRequests(const JsonPlace& place, FrameReading& reading)
 {
     if (!checkList(place, "\"requests\"")) return;
+    FrameSpec& frame = reading.frame;
     for (std::size_t i = 0; i < place->size(); ++i)
-        frame.requests.push_back(readRequest(place.at(i), scene, frame.frame));
+        frame.requests.push_back(readRequest(place.at(i), reading.scene, frame.frame));
 }
 
-FrameSpec readFrame(const JsonPlace& place, const Scene& scene)
+void readSet(const JsonPlace& place, FrameReading& reading)
 {
-    FrameSpec frame;
-    frame.frame = scene.settings().frame;
-    if (!checkObject(place, "a frame", {"frame", "set", "requests"}) && !place->is_object()) return frame;
-    if (place.has("frame"))
-        if (const auto time = readFiniteDouble(place.at("frame"))) frame.frame = *time;
-    if (place.has("set")) {
-        const JsonPlace set = place.at("set");
-        frame.set = *set;
-        frame.setPath = set.path();
-        scene.check(*set, frame.setPath, set.reports());
-    }
-    if (place.has("requests")) readRequests(place.at("requests"), scene, frame);
+    FrameSpec& frame = reading.frame;
+    frame.set = *place;
+    frame.setPath = place.path();
+    reading.scene.check(*place, frame.setPath, place.reports());
+}
+
+constexpr KeyReader<FrameReading> kFrameKeys[] = {
+    {"frame", [](const JsonPlace& place,
+                 FrameReading& reading) { store(readFiniteDouble(place), reading.frame.frame); }},
+    {"set", readSet},
+    {"requests", readRequests}, // when their frame is known
+};
+
+struct ProbeReading {
+    const Scene& scene;
+    ProbeFile& probe;
+};
+
+FrameSpec& addFrame(ProbeReading& reading)
+{
+    FrameSpec& frame = reading.probe.frames.emplace_back();
+    frame.frame = reading.scene.settings().frame;
     return frame;
 }
 
-void checkProbeVersion(const JsonPlace& file)
+void readFrames(const JsonPlace& place, ProbeReading& reading)
 {
-    if (!file.has("ombrix_probe")) {
-        file.error("a probe needs \"ombrix_probe\": 1 at its top level");
-        return;
+    if (!checkList(place, "\"frames\"")) return;
+    for (std::size_t i = 0; i < place->size(); ++i) {
+        FrameReading frame{reading.scene, addFrame(reading)};
+        readKeys(place.at(i), "a frame", kFrameKeys, frame);
     }
-    const JsonPlace version = file.at("ombrix_probe");
-    if (!version->is_number() || version->get<double>() != kProbeVersion)
-        version.error(
-            fmt::format("takes the format's version, {}, not {}", kProbeVersion, describeJson(*version)));
 }
+
+constexpr KeyReader<ProbeReading> kProbeKeys[] = {
+    {"ombrix_probe", [](const JsonPlace& place, ProbeReading&) { readVersion(place, kProbeVersion); },
+     "a probe needs \"ombrix_probe\": 1 at its top level"},
+    {"frames", readFrames},
+    {"requests",
+     [](const JsonPlace& place, ProbeReading& reading) {
+         FrameReading frame{reading.scene, addFrame(reading)};
+         readRequests(place, frame);
+     }},
+};
 
 } // namespace
 
@@ -120,24 +146,12 @@ ProbeFile readProbe(const JsonPlace& file, const Scene& scene)
                                describeJson(*file)));
         return probe;
     }
-    checkObject(file, "a probe", {"ombrix_probe", "frames", "requests"});
-    checkProbeVersion(file);
     const bool frames = file.has("frames"), requests = file.has("requests");
-    if (frames == requests) {
+    if (frames == requests)
         file.error(frames ? "write \"frames\" or \"requests\", not both; \"requests\" is short for one frame"
                           : "a probe needs \"frames\", or \"requests\" for the scene's frame");
-        return probe;
-    }
-    if (requests) {
-        FrameSpec& frame = probe.frames.emplace_back();
-        frame.frame = scene.settings().frame;
-        readRequests(file.at("requests"), scene, frame);
-        return probe;
-    }
-    const JsonPlace list = file.at("frames");
-    if (!checkList(list, "\"frames\"")) return probe;
-    for (std::size_t i = 0; i < list->size(); ++i)
-        probe.frames.push_back(readFrame(list.at(i), scene));
+    ProbeReading reading{scene, probe};
+    readKeys(file, "a probe", kProbeKeys, reading);
     return probe;
 }
 

@@ -19,6 +19,7 @@ public:
     void warning(std::string_view path, std::string_view text);
 
     bool failed() const { return errorCount > 0; }
+    int errors() const { return errorCount; }
     // "error: FILE: PATH: TEXT" and "warning: ..." lines on standard error, in their order, up to
     // kShownErrors and kShownWarnings of them, and then a line that counts the rest.
     void print() const;

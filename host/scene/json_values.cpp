@@ -1,5 +1,6 @@
 #include "host/scene/json_values.h"
 
+#include "host/scene/key_table.h"
 #include "host/scene/transform_parts.h"
 
 #include <fmt/format.h>
@@ -108,20 +109,10 @@ void JsonPlace::expected(std::string_view wanted) const
     error(fmt::format("takes {}, not {}", wanted, describeJson(*value)));
 }
 
-bool checkObject(const JsonPlace& place, std::string_view what, const std::vector<std::string>& knownKeys)
+void readVersion(const JsonPlace& place, int version)
 {
-    if (!place->is_object()) {
-        place.expected(fmt::format("{}, an object", what));
-        return false;
-    }
-    bool known = true;
-    for (const auto& [key, member] : place->items()) {
-        if (std::find(knownKeys.begin(), knownKeys.end(), key) != knownKeys.end()) continue;
-        place.at(key).error(
-            fmt::format("{} has no key \"{}\"{}", what, key, suggestOrList(key, knownKeys, "the keys are")));
-        known = false;
-    }
-    return known;
+    if (place->is_number() && place->get<double>() == version) return;
+    place.error(fmt::format("takes the format's version, {}, not {}", version, describeJson(*place)));
 }
 
 bool checkList(const JsonPlace& place, std::string_view what)
@@ -329,42 +320,18 @@ constexpr const char* kTransformForms =
     "a transform, {\"columns\": [[..], [..], [..]], \"offset\": [x, y, z]} or "
     "{\"translate\": [x, y, z], \"rotate\": [x, y, z in degrees], \"scale\": [x, y, z]}";
 
-std::optional<OUtils::TraceTransform> readColumnForm(const JsonPlace& place)
-{
-    if (!checkObject(place, "a transform with columns", {"columns", "offset"})) return {};
-    OUtils::TraceTransform result;
-    bool good = true;
-    if (place.has("columns")) {
-        const auto columns = readColumns(place.at("columns"));
-        good = columns.has_value();
-        if (columns) result.matrix = *columns;
-    }
-    if (place.has("offset")) {
-        const auto offset = readVectorD(place.at("offset"));
-        good = good && offset.has_value();
-        if (offset) result.offset = *offset;
-    }
-    if (!good) return {};
-    return result;
-}
+struct TransformKeys {
+    std::optional<OUtils::Matrix> columns;
+    std::optional<OUtils::VectorD> offset, translate, rotate, scale;
+};
 
-std::optional<OUtils::TraceTransform> readPartForm(const JsonPlace& place)
-{
-    if (!checkObject(place, "a transform", {"translate", "rotate", "scale"})) return {};
-    OUtils::VectorD translate, rotate, scale{1.0, 1.0, 1.0};
-    bool good = true;
-    const auto part = [&](const char* key, OUtils::VectorD& value) {
-        if (!place.has(key)) return;
-        const auto read = readVectorD(place.at(key));
-        good = good && read.has_value();
-        if (read) value = *read;
-    };
-    part("translate", translate);
-    part("rotate", rotate);
-    part("scale", scale);
-    if (!good) return {};
-    return composeTransform(translate, rotate, scale);
-}
+constexpr KeyReader<TransformKeys> kTransformKeys[] = {
+    {"columns", into<&TransformKeys::columns, readColumns>},
+    {"offset", into<&TransformKeys::offset, readVectorD>},
+    {"translate", into<&TransformKeys::translate, readVectorD>},
+    {"rotate", into<&TransformKeys::rotate, readVectorD>},
+    {"scale", into<&TransformKeys::scale, readVectorD>},
+};
 
 } // namespace
 
@@ -374,10 +341,20 @@ std::optional<OUtils::TraceTransform> readTransform(const JsonPlace& place)
         place.expected(kTransformForms);
         return {};
     }
-    if (place.has("columns") || place.has("offset")) return readColumnForm(place);
-    if (place.has("translate") || place.has("rotate") || place.has("scale")) return readPartForm(place);
-    checkObject(place, "a transform", {"columns", "offset", "translate", "rotate", "scale"});
-    return {};
+    TransformKeys keys;
+    if (!readKeys(place, "a transform", kTransformKeys, keys)) return {};
+    const bool byColumns = keys.columns || keys.offset;
+    if (byColumns && (keys.translate || keys.rotate || keys.scale)) {
+        place.error("a transform has \"columns\" and \"offset\", or \"translate\", \"rotate\" and \"scale\", "
+                    "not some of both");
+        return {};
+    }
+    if (byColumns)
+        return OUtils::TraceTransform{keys.columns.value_or(OUtils::Matrix{}),
+                                      keys.offset.value_or(OUtils::VectorD{})};
+    return composeTransform(keys.translate.value_or(OUtils::VectorD{}),
+                            keys.rotate.value_or(OUtils::VectorD{}),
+                            keys.scale.value_or(OUtils::VectorD{1.0, 1.0, 1.0}));
 }
 
 } // namespace ombrix

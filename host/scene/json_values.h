@@ -75,8 +75,8 @@ private:
 
 // Every reader below reports a value of another kind or beyond its range, and gives nothing then.
 
-// Whether the value is an object, and all of its keys are among the known ones.
-bool checkObject(const JsonPlace& place, std::string_view what, const std::vector<std::string>& knownKeys);
+// The version of a file's format; any other number is reported.
+void readVersion(const JsonPlace& place, int version);
 bool checkList(const JsonPlace& place, std::string_view what);
 
 std::optional<bool> readBool(const JsonPlace& place);

@@ -3,6 +3,7 @@
 #include "host/metadata/metadata.h"
 #include "host/params/host_parameters.h"
 #include "host/scene/contents_check.h"
+#include "host/scene/key_table.h"
 #include "host/scene/kind_words.h"
 #include "host/scene/settings_reader.h"
 
@@ -32,19 +33,20 @@ bool checkName(const JsonPlace& place, const std::string& name)
     return false;
 }
 
+// Read into the kind's name.
+constexpr KeyReader<std::string> kPluginKeys[] = {
+    {"type", [](const JsonPlace& place, std::string& type) { store(readText(place), type); },
+     "a plugin needs a \"type\", the name of a plugin kind"},
+    {"params", nullptr}, // when all plugins are made
+};
+
 const RegisteredPlugin* findKind(const JsonPlace& place, const PluginRegistry& registry)
 {
-    if (!place.has("type")) {
-        place.error("a plugin needs a \"type\", the name of a plugin kind");
-        return nullptr;
-    }
-    const JsonPlace type = place.at("type");
-    const std::optional<std::string> wanted = readText(type);
-    if (!wanted) return nullptr;
-    const RegisteredPlugin* kind = registry.find(*wanted);
-    if (kind) return kind;
-    type.error(explainUnknownKind(registry, *wanted));
-    return nullptr;
+    std::string type;
+    if (!readKeys(place, "a plugin", kPluginKeys, type)) return nullptr;
+    const RegisteredPlugin* kind = registry.find(type);
+    if (!kind) place.at("type").error(explainUnknownKind(registry, type));
+    return kind;
 }
 
 void reportUnknownParameter(const JsonPlace& place, const RegisteredPlugin& kind, const std::string& name)
@@ -100,20 +102,6 @@ std::optional<ParameterValue> writtenValue(const PluginInstance& instance,
     return held ? held->value() : std::nullopt;
 }
 
-// What the file says it is: the scene format of this version.
-bool checkVersion(const JsonPlace& file)
-{
-    if (!file.has("ombrix_scene")) {
-        file.error("a scene file needs \"ombrix_scene\": 1 at its top level");
-        return false;
-    }
-    const JsonPlace version = file.at("ombrix_scene");
-    if (version->is_number() && version->get<double>() == kSceneVersion) return true;
-    version.error(
-        fmt::format("takes the format's version, {}, not {}", kSceneVersion, describeJson(*version)));
-    return false;
-}
-
 } // namespace
 
 Scene::State::~State()
@@ -130,11 +118,13 @@ bool Scene::State::read(const JsonPlace& file)
                         describeJson(*file)));
         return false;
     }
-    checkObject(file, "a scene file", {"ombrix_scene", "settings", "plugins"});
-    checkVersion(file);
-    if (file.has("settings")) settings = readSettings(file.at("settings"));
-    if (file.has("plugins") && !readPlugins(file.at("plugins"))) return false;
-    return !file.reports().failed();
+    static constexpr KeyReader<State> kSceneKeys[] = {
+        {"ombrix_scene", [](const JsonPlace& place, State&) { readVersion(place, kSceneVersion); },
+         "a scene file needs \"ombrix_scene\": 1 at its top level"},
+        {"settings", [](const JsonPlace& place, State& read) { read.settings = readSettings(place); }},
+        {"plugins", [](const JsonPlace& place, State& read) { read.readPlugins(place); }},
+    };
+    return readKeys(file, "a scene file", kSceneKeys, *this);
 }
 
 bool Scene::State::readPlugins(const JsonPlace& plugins)
@@ -167,7 +157,7 @@ bool Scene::State::readPlugins(const JsonPlace& plugins)
 
 const PluginInstance* Scene::State::create(const JsonPlace& place, const std::string& name)
 {
-    if (!checkName(place, name) || !checkObject(place, "a plugin", {"type", "params"})) return nullptr;
+    if (!checkName(place, name)) return nullptr;
     const RegisteredPlugin* kind = findKind(place, registry);
     if (!kind) return nullptr;
 

@@ -4,6 +4,7 @@
 #include "host/scene/value_reader.h"
 
 #include "host/metadata/metadata.h"
+#include "host/scene/key_table.h"
 #include "host/scene/reference_fit.h"
 
 #include <fmt/format.h>
@@ -20,6 +21,24 @@ std::string metadataItem(const ParsedMetadata& metadata, std::string_view key)
         if (itemKey == key) return value;
     return {};
 }
+
+struct AnimatedSizes {
+    std::size_t times = 0, values = 0;
+};
+
+constexpr const char* kBothNeeded = "an animated value needs both \"times\" and \"values\"";
+constexpr KeyReader<AnimatedSizes> kAnimatedKeys[] = {
+    {"times",
+     [](const JsonPlace& place, AnimatedSizes& sizes) {
+         if (checkList(place, "\"times\"")) sizes.times = place->size();
+     },
+     kBothNeeded},
+    {"values",
+     [](const JsonPlace& place, AnimatedSizes& sizes) {
+         if (checkList(place, "\"values\"")) sizes.values = place->size();
+     },
+     kBothNeeded},
+};
 
 class ValueReader {
 public:
@@ -66,19 +85,15 @@ private:
             place.error("a reference cannot change over time; write one reference");
             return {};
         }
-        if (!checkObject(place, "an animated value", {"times", "values"})) return {};
-        if (!place.has("times") || !place.has("values")) {
-            place.error("an animated value needs both \"times\" and \"values\"");
+        AnimatedSizes sizes;
+        if (!readKeys(place, "an animated value", kAnimatedKeys, sizes)) return {};
+        if (sizes.times != sizes.values || sizes.times == 0) {
+            place.error(fmt::format("an animated value needs as many \"times\" as \"values\", one at least; "
+                                    "here are {} and {}",
+                                    sizes.times, sizes.values));
             return {};
         }
         const JsonPlace times = place.at("times"), values = place.at("values");
-        if (!checkList(times, "\"times\"") || !checkList(values, "\"values\"")) return {};
-        if (times->size() != values->size() || times->empty()) {
-            place.error(fmt::format("an animated value needs as many \"times\" as \"values\", one at least; "
-                                    "here are {} and {}",
-                                    times->size(), values->size()));
-            return {};
-        }
         ParameterValue result;
         animatedValue = true;
         bool good = readTimes(times, result.times);

@@ -161,7 +161,7 @@ TEST_F(ValuesTest, TransformTakesColumnsAndOffset)
                        "takes three columns, [[x, y, z], [x, y, z], [x, y, z]], not a list of 2 elements",
                        "/columns");
     expectRefusedValue("matrix", R"({"columns": [[1,0,0],[0,1,0],[0,0,1]], "ofset": [1,2,3]})",
-                       "a transform with columns has no key \"ofset\"; did you mean \"offset\"?", "/ofset");
+                       "a transform has no key \"ofset\"; did you mean \"offset\"?", "/ofset");
     EXPECT_EQ(parameter("matrix", "{}"), nullptr);
     EXPECT_TRUE(lines.at(0).ends_with("not an empty object"));
     EXPECT_EQ(parameter("matrix", R"({"columns": [[1,0,0],[0,1,0],[0,0,1]], "scale": [1,2,3]})"), nullptr);
