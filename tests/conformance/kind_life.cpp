@@ -317,18 +317,21 @@ std::string KindLife::evaluations(const std::vector<ShadedPoint>& points)
     return shown.text + "\n";
 }
 
-std::string KindLife::sources(const char* descriptor, support::TextKind kind)
+std::vector<RTTexInterface*> KindLife::gpuTextures() const
 {
     std::vector<RTTexInterface*> all{interfaceOf<RTTexInterface>(plugin, EXT_RTTEX)};
     for (PluginInterface* output : outputsOf(*host, declared))
         all.push_back(dynamic_cast<RTTexInterface*>(output));
+    std::erase(all, nullptr);
+    return all;
+}
+
+std::string KindLife::sources(support::TextKind kind) const
+{
     std::string text;
-    for (RTTexInterface* texture : all) {
-        if (!texture) continue;
-        support::TextSink sink(kind);
-        support::NoData data;
-        const int answer = texture->getSource("theName", "theTag", descriptor, sink, data);
-        text += "source " + std::to_string(answer) + "\n" + sink.text;
+    for (RTTexInterface* texture : gpuTextures()) {
+        const support::WrittenSource written = support::sourceOf(texture, "MaterialDescriptor", kind);
+        text += "source " + std::to_string(written.answer) + "\n" + written.text;
     }
     return text;
 }
@@ -342,7 +345,7 @@ std::string KindLife::frame(const std::vector<ShadedPoint>& points, support::Tex
         shown = evaluations(points);
         EXPECT_EQ(support::ExhaustedHeap::refusals, 0) << desc->getName() << " allocates in an evaluation";
     }
-    shown += sources("MaterialDescriptor", kind);
+    shown += sources(kind);
     host->frameEnd(&renderer);
     return shown;
 }

@@ -66,12 +66,13 @@ public:
     std::string frame(const std::vector<ShadedPoint>& points,
                       support::TextKind kind = support::TextKind::Understood);
     std::string evaluations(const std::vector<ShadedPoint>& points);
-    // The answers and texts of the instance and of its outputs.
-    std::string sources(const char* descriptor, support::TextKind kind);
+    // What has a GPU form: the outputs behind the instance itself.
+    std::vector<OUtils::RTTexInterface*> gpuTextures() const;
 
     support::RecordingRenderer renderer;
 
 private:
+    std::string sources(support::TextKind kind) const;
     EveryInput* inputFor(std::size_t parameter, float level);
 
     OUtils::PluginDesc* desc;

@@ -219,6 +219,17 @@ std::string contentsOf(const std::filesystem::path& file)
     return text.str();
 }
 
+// A test's text, with that of the fixtures beside it that it includes.
+std::string testText(const std::filesystem::path& file)
+{
+    std::string text = contentsOf(file);
+    for (const auto& beside : std::filesystem::directory_iterator(file.parent_path()))
+        if (beside.path().extension() == ".h" &&
+            contains(text, "#include \"" + beside.path().filename().string() + "\""))
+            text += contentsOf(beside.path());
+    return text;
+}
+
 // A node without a test of its own is not finished: the test stands beside the expected file, drives the
 // node by its name, and is in the list of what is built.
 TEST(NodeTests, EveryNodeHasOneOfItsOwn)
@@ -231,7 +242,7 @@ TEST(NodeTests, EveryNodeHasOneOfItsOwn)
             ADD_FAILURE() << expected.name << " has no test of its own: add " << pathOf(test);
             continue;
         }
-        EXPECT_TRUE(contains(contentsOf(testsFolder() / test), "\"" + expected.name + "\""))
+        EXPECT_TRUE(contains(testText(testsFolder() / test), "\"" + expected.name + "\""))
             << pathOf(test) << " does not name \"" << expected.name << "\": make the node by its name there";
         EXPECT_TRUE(contains(contentsOf(testsFolder() / list), test.filename().string()))
             << pathOf(test) << " is not built: add it to " << pathOf(list);

@@ -317,7 +317,7 @@ TEST(MappedTexture, OffersTextureAndGpuTexture)
     EXPECT_EQ(gpu->getPlugin(), static_cast<OUtils::PluginBase*>(&living.texture));
     EXPECT_NE(living.texture.getInterface(OUtils::EXT_TEXTURE), nullptr);
     EXPECT_EQ(living.texture.getInterface(OUtils::EXT_UVWGEN), nullptr);
-    EXPECT_EQ(sourceOf(static_cast<OUtils::RTTexInterface*>(gpu), "Material").answer, 0);
+    EXPECT_EQ(sourceOf(static_cast<OUtils::RTTexInterface*>(gpu), "MaterialDescriptor").answer, 0);
 }
 
 } // namespace

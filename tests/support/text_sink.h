@@ -62,12 +62,12 @@ struct WrittenSource {
 };
 
 inline WrittenSource sourceOf(OUtils::RTTexInterface* texture, const char* descriptor = "MaterialDescriptor",
-                              const char* name = "theName", const char* tag = "theTag")
+                              TextKind kind = TextKind::Understood)
 {
-    TextSink sink;
+    TextSink sink(kind);
     NoData data;
     WrittenSource written;
-    written.answer = texture->getSource(name, tag, descriptor, sink, data);
+    written.answer = texture->getSource("theName", "theTag", descriptor, sink, data);
     written.text = sink.text;
     return written;
 }

@@ -173,13 +173,4 @@ TEST(TexNoiseMayaSource, NoisesWithoutGpuFormHaveNoTextOfTheirOwn)
     }
 }
 
-TEST(TexNoiseMayaSource, RefusesOtherDescriptors)
-{
-    MayaNode node;
-    node.set("noise_type", 0);
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
 } // namespace

@@ -270,15 +270,4 @@ TEST(TexNoiseMaya, WithoutWrapKeepsTheValidRange)
     EXPECT_SAME_COLOR(node.NoiseNode::at(1.5f, 0.5f, 0.0f), {0.5f, 0.5f, 0.5f, 1.0f});
 }
 
-TEST(TexNoiseMaya, LivesTwice)
-{
-    AColor first;
-    for (int life = 0; life < 2; ++life) {
-        MayaNode node;
-        node.set("noise_type", 3).set("time", 2.0f);
-        if (life == 0) first = node.at();
-        EXPECT_SAME_COLOR(node.at(), first);
-    }
-}
-
 } // namespace

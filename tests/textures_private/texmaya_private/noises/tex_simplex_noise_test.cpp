@@ -155,21 +155,9 @@ TEST(TexSimplexNoise, GradientIsZero)
 TEST(TexSimplexNoise, HasNoTextOfItsOwn)
 {
     SimplexNode node;
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
+    const WrittenSource written = sourceOf(node.rtTexture(), "MaterialDescriptor");
     EXPECT_EQ(written.answer, 0);
     EXPECT_EQ(written.text, "");
-}
-
-TEST(TexSimplexNoise, LivesTwice)
-{
-    float first = 0.0f;
-    for (int life = 0; life < 2; ++life) {
-        SimplexNode node;
-        node.set("scale", 3.0f);
-        const float value = node.valueAt(0.3f, 0.7f);
-        if (life == 0) first = value;
-        EXPECT_SAME_BITS(value, first);
-    }
 }
 
 } // namespace

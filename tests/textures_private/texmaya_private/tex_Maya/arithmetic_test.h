@@ -58,15 +58,6 @@ inline std::string sourceLine(const char* label)
     return std::string(label) + " theName theTag MaterialDescriptor\n";
 }
 
-inline void expectRefusalOfOthers(TestNode& node)
-{
-    for (const char* other : {"", "materialdescriptor", "MaterialDescriptor2", "Material"}) {
-        const WrittenSource written = sourceOf(node.rtTexture(), other);
-        EXPECT_EQ(written.answer, 0) << other;
-        EXPECT_EQ(written.text, "") << other;
-    }
-}
-
 inline void expectZeroGradient(TestNode& node)
 {
     OUtils::AColor gradient = kUnwrittenColor;

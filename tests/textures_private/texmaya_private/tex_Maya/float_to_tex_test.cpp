@@ -62,28 +62,10 @@ TEST_F(FloatToTexTest, PassesTheSourceAndItsAnswerOn)
     EXPECT_EQ(written.text, "");
 }
 
-TEST_F(FloatToTexTest, RefusesOtherDescriptors)
-{
-    node.connect("input", input);
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
 TEST_F(FloatToTexTest, IsDeclaredAsAColorTextureButIsNone)
 {
     EXPECT_EQ(descriptor("FloatToTex")->supportsInterface(OUtils::EXT_TEXTURE), 1);
     EXPECT_EQ(node.texture(), nullptr);
-}
-
-TEST_F(FloatToTexTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("FloatToTex"));
-        EXPECT_SAME_BITS(lived.value(), 0.0f);
-        lived.connect("input", input);
-        EXPECT_SAME_BITS(lived.value(), 0.75f);
-    }
 }
 
 } // namespace

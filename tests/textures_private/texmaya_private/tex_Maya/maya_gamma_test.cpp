@@ -114,20 +114,4 @@ TEST_F(GammaTest, WritesNothingWithNothingConnected)
     EXPECT_EQ(written.text, "");
 }
 
-TEST_F(GammaTest, RefusesOtherDescriptors)
-{
-    connectBoth();
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(GammaTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("MayaGamma"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("input", input).connect("gamma", gamma);
-        EXPECT_SAME_COLOR(lived.color(), {0.5f, 81.0f, 0.5f, 1.0f});
-    }
-}
-
 } // namespace

@@ -249,20 +249,4 @@ TEST_F(MultiplyDivideTest, WritesBlackForInputsWithoutSource)
                             "0.000000,0.000000,0.000000,0.000000,0.000000,0.000000\n");
 }
 
-TEST_F(MultiplyDivideTest, RefusesOtherDescriptors)
-{
-    connectBoth();
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(MultiplyDivideTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("MayaMultiplyDivide"));
-        EXPECT_SAME_COLOR(lived.color(), {1.0f, 1.0f, 1.0f, 1.0f});
-        lived.connect("color1", color1).connect("color2", color2);
-        EXPECT_SAME_COLOR(lived.color(), {2.0f, 0.125f, -0.25f, 1.0f});
-    }
-}
-
 } // namespace

@@ -337,18 +337,4 @@ TEST_F(ProjectionTest, ProjectionTransparencyWritesItsMarkers)
                             "bitmap -999\n");
 }
 
-TEST_F(ProjectionTest, ProjectionLivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("MayaProjectionTex"));
-        EXPECT_SAME_COLOR(lived.color(), {0.5f, 0.5f, 0.5f, 1.0f});
-        lived.connect("uvwgen", generator).connect("base_texture", base);
-        EXPECT_SAME_COLOR(lived.color(), {0.2f, 0.4f, 0.6f, 0.75f});
-        lived.life()->renderEnd(&lived.renderer);
-        lived.life()->renderBegin(&lived.renderer);
-        lived.connect("base_texture", offset);
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 0.0f});
-    }
-}
-
 } // namespace

@@ -65,19 +65,4 @@ TEST_F(ColorAndAlphaTest, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST_F(ColorAndAlphaTest, HasNoGpuForm)
-{
-    EXPECT_EQ(node.rtTexture(), nullptr);
-}
-
-TEST_F(ColorAndAlphaTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexColorAndAlpha"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("color_input", color);
-        EXPECT_SAME_COLOR(lived.color(), {0.25f, 0.5f, 0.75f, 1.0f});
-    }
-}
-
 } // namespace

@@ -179,24 +179,4 @@ TEST_F(ConditionTest, ColorConditionLeavesTheSlotOfAnInputWithoutGpuFormEmpty)
                                                "bitmap -948\n");
 }
 
-TEST_F(ConditionTest, ColorConditionRefusesOtherDescriptors)
-{
-    connectAll();
-    for (const char* other : {"", "materialdescriptor", "MaterialDescriptor2", "Material"}) {
-        const WrittenSource written = sourceOf(node.rtTexture(), other);
-        EXPECT_EQ(written.answer, 0) << other;
-        EXPECT_EQ(written.text, "") << other;
-    }
-}
-
-TEST_F(ConditionTest, ColorConditionLivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexColorCondition"));
-        EXPECT_SAME_COLOR(lived.color(), {1.0f, 1.0f, 1.0f, 1.0f});
-        lived.connect("color_b", colorB);
-        EXPECT_SAME_COLOR(lived.color(), {0.4f, 0.5f, 0.6f, 1.0f});
-    }
-}
-
 } // namespace

@@ -90,18 +90,6 @@ TEST(TexColorConstant, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST(TexColorConstant, AnswersToTextureAndGpuTextureOnly)
-{
-    TestNode node = makeNode();
-    ASSERT_NE(node.texture(), nullptr);
-    ASSERT_NE(node.rtTexture(), nullptr);
-    EXPECT_EQ(node.rtTexture()->getInterfaceID(), OUtils::EXT_RTTEX);
-    EXPECT_EQ(node.rtTexture()->getPlugin(), node.base());
-    EXPECT_EQ(node.texture()->getPlugin(), node.base());
-    EXPECT_EQ(node.floatTexture(), nullptr);
-    EXPECT_EQ(descriptor("TexColorConstant")->supportsInterface(OUtils::EXT_RTTEX), 0);
-}
-
 TEST(TexColorConstant, WritesTheSourceOfItsColorAlone)
 {
     TestColor color;
@@ -121,27 +109,6 @@ TEST(TexColorConstant, WritesNothingForAnUnsetColor)
     const WrittenSource written = sourceOf(node.rtTexture());
     EXPECT_EQ(written.answer, 1);
     EXPECT_EQ(written.text, "");
-}
-
-TEST(TexColorConstant, RefusesOtherDescriptors)
-{
-    TestColor color;
-    TestNode node = makeNode();
-    node.connect("color", color);
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST(TexColorConstant, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestColor color({0.25f, 0.5f, 0.75f, 0.0f});
-        TestNode node = makeNode();
-        EXPECT_SAME_COLOR(node.color(), {1.0f, 1.0f, 1.0f, 1.0f});
-        node.connect("color", color);
-        EXPECT_SAME_COLOR(node.color(), {0.25f, 0.5f, 0.75f, 1.0f});
-    }
 }
 
 } // namespace

@@ -87,12 +87,4 @@ TEST_F(ColorCorrectTest, WritesEmptySlotsForUnsetInputs)
     EXPECT_EQ(written.text, expected.text);
 }
 
-TEST_F(ColorCorrectTest, RefusesOtherDescriptors)
-{
-    connectAll();
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
 } // namespace

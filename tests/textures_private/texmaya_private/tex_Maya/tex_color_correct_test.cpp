@@ -315,15 +315,4 @@ TEST_F(ColorCorrectTest, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST_F(ColorCorrectTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexColorCorrect"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        color("in_color").value = {0.5f, 0.25f, 0.125f, 0.0f};
-        lived.connect("in_color", color("in_color"));
-        EXPECT_SAME_COLOR(lived.color(), {0.5f, 0.25f, 0.125f, 1.0f});
-    }
-}
-
 } // namespace

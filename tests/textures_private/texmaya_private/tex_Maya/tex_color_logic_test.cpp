@@ -126,21 +126,4 @@ TEST_F(ColorLogicTest, LeavesTheSlotsOfUnsetInputsEmpty)
               "0.000000,0.000000,0.000000,0.000000\n");
 }
 
-TEST_F(ColorLogicTest, RefusesOtherDescriptors)
-{
-    const WrittenSource written = sourceOf(node.rtTexture(), "");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(ColorLogicTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexColorLogic"));
-        EXPECT_SAME_BITS(lived.value(), 1.0f);
-        lived.connect("color_a", a);
-        EXPECT_SAME_BITS(lived.value(), 0.0f);
-    }
-}
-
 } // namespace

@@ -229,24 +229,6 @@ TEST_F(ColorMaskTest, WritesBothBranchesAndTheLuminance)
     EXPECT_EQ(sourceOf(node.rtTexture()).text, expected.text);
 }
 
-TEST_F(ColorMaskTest, RefusesOtherDescriptors)
-{
-    connectAll();
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(ColorMaskTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexColorMask"));
-        EXPECT_SAME_COLOR(lived.color(), {1.0f, 1.0f, 1.0f, 0.0f});
-        lived.connect("mask_alpha", maskAlpha);
-        EXPECT_SAME_COLOR(lived.color(), {1.0f, 1.0f, 1.0f, 0.5f});
-    }
-}
-
 TEST_F(ColorMaskTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20151017);

@@ -111,12 +111,4 @@ TEST_F(CompositeGpuTest, CompositeWritesNothingForAnUnknownOperation)
         EXPECT_EQ(textOf(operation), "");
 }
 
-TEST_F(CompositeGpuTest, CompositeRefusesOtherDescriptors)
-{
-    connectAll();
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
 } // namespace

@@ -237,16 +237,6 @@ TEST_F(CompositeTest, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST_F(CompositeTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexComposite"));
-        EXPECT_SAME_COLOR(lived.color(), {1.0f, 1.0f, 1.0f, 1.0f});
-        lived.connect("color_a", colorA);
-        EXPECT_SAME_COLOR(lived.color(), {0.25f, 0.5f, 0.75f, 1.0f});
-    }
-}
-
 TEST_F(CompositeTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20151012);

@@ -165,20 +165,4 @@ TEST_F(Condition2Test, LeavesTheSlotsOfInputsWithoutSourceEmpty)
                                 "0.000000,0.000000,0.000000,0.000000,0.000000,0.000000\n");
 }
 
-TEST_F(Condition2Test, RefusesOtherDescriptors)
-{
-    connectAll();
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(Condition2Test, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexCondition2"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("color_if_true", ifTrue);
-        EXPECT_SAME_COLOR(lived.color(), kTrue);
-    }
-}
-
 } // namespace

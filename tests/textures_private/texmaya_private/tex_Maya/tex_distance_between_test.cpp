@@ -84,14 +84,4 @@ TEST_F(DistanceBetweenTest, AnswersToTheFloatTextureThoughItDeclaresAColor)
     EXPECT_EQ(outputOf<OUtils::TextureFloatInterface>(node, "distance"), node.floatTexture());
 }
 
-TEST_F(DistanceBetweenTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexDistanceBetween"));
-        EXPECT_SAME_BITS(lived.value(), 0.0f);
-        lived.connect("point1", point1).connect("point2", point2);
-        EXPECT_SAME_BITS(lived.value(), 7.0f);
-    }
-}
-
 } // namespace

@@ -133,22 +133,6 @@ TEST_F(FloatCompositeTest, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST_F(FloatCompositeTest, HasNoGpuForm)
-{
-    EXPECT_EQ(node.rtTexture(), nullptr);
-}
-
-TEST_F(FloatCompositeTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexFloatComposite"));
-        EXPECT_SAME_BITS(lived.value(), 1.0f);
-        factor.value = 0.5f;
-        lived.connect("factor", factor);
-        EXPECT_SAME_BITS(lived.value(), 1.5f);
-    }
-}
-
 TEST_F(FloatCompositeTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20170227);

@@ -122,21 +122,4 @@ TEST_F(FloatConditionTest, WritesConstantsForUnsetInputs)
                                                "bitmap -948\n");
 }
 
-TEST_F(FloatConditionTest, RefusesOtherDescriptors)
-{
-    const WrittenSource written = sourceOf(node.rtTexture(), "LightDescriptor");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(FloatConditionTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexFloatCondition"));
-        EXPECT_SAME_BITS(lived.value(), 1.0f);
-        lived.connect("float_b", b);
-        EXPECT_SAME_BITS(lived.value(), 0.75f);
-    }
-}
-
 } // namespace

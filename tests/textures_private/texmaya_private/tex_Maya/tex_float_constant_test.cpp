@@ -45,22 +45,4 @@ TEST(TexFloatConstant, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST(TexFloatConstant, HasNoGpuForm)
-{
-    TestNode node = makeNode();
-    EXPECT_EQ(node.rtTexture(), nullptr);
-    EXPECT_EQ(node.texture(), nullptr);
-}
-
-TEST(TexFloatConstant, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestFloat input(0.5f);
-        TestNode node = makeNode();
-        EXPECT_SAME_BITS(node.value(), 1.0f);
-        node.connect("in_float", input);
-        EXPECT_SAME_BITS(node.value(), 0.5f);
-    }
-}
-
 } // namespace

@@ -158,22 +158,6 @@ TEST_F(FloatCorrectTest, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST_F(FloatCorrectTest, HasNoGpuForm)
-{
-    EXPECT_EQ(node.rtTexture(), nullptr);
-}
-
-TEST_F(FloatCorrectTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexFloatCorrect"));
-        EXPECT_SAME_BITS(lived.value(), 2.0f);
-        in.value = 0.5f;
-        lived.connect("in_float", in);
-        EXPECT_SAME_BITS(lived.value(), 1.5f);
-    }
-}
-
 TEST_F(FloatCorrectTest, AgreesWithItsPlainTwinWithoutAllocating)
 {
     Draws draws(20170322);

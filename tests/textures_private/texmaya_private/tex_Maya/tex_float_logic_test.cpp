@@ -93,21 +93,4 @@ TEST_F(FloatLogicTest, WritesTwoSlotsAndTheOperation)
               "0.000000,0.000000,0.000000,0.000000\n");
 }
 
-TEST_F(FloatLogicTest, RefusesOtherDescriptors)
-{
-    const WrittenSource written = sourceOf(node.rtTexture(), "VolumeDescriptor");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(FloatLogicTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexFloatLogic"));
-        EXPECT_SAME_BITS(lived.value(), 1.0f);
-        lived.connect("float_a", a);
-        EXPECT_SAME_BITS(lived.value(), 0.0f);
-    }
-}
-
 } // namespace

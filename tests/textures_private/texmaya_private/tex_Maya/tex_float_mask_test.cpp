@@ -80,20 +80,4 @@ TEST_F(FloatMaskTest, GradientIsZero)
     EXPECT_SAME_COLOR(gradient, {0.0f, 0.0f, 0.0f, 0.0f});
 }
 
-TEST_F(FloatMaskTest, HasNoGpuForm)
-{
-    EXPECT_EQ(node.rtTexture(), nullptr);
-}
-
-TEST_F(FloatMaskTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexFloatMask"));
-        EXPECT_SAME_BITS(lived.value(), 1.0f);
-        mask.value = 0.25f;
-        lived.connect("mask", mask);
-        EXPECT_SAME_BITS(lived.value(), 0.75f);
-    }
-}
-
 } // namespace

@@ -110,24 +110,6 @@ TEST_F(HsvToRgbTest, WritesItsInputAndTheOperator)
     EXPECT_EQ(written.text, "hsv theName theTag MaterialDescriptor\nsubtex\nbitmap -965\n");
 }
 
-TEST_F(HsvToRgbTest, RefusesOtherDescriptors)
-{
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(HsvToRgbTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexHSVToRGB"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 0.0f});
-        input.value = {120.0f, 1.0f, 1.0f, 1.0f};
-        lived.connect("inHsv", input);
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 1.0f, 0.0f, 1.0f});
-    }
-}
-
 TEST_F(HsvToRgbTest, AgreesWithItsPlainTwin)
 {
     Draws draws(2008061302);

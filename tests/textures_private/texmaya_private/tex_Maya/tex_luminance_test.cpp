@@ -79,33 +79,4 @@ TEST_F(LuminanceTest, WritesItsInputUnderTheNameColor)
     EXPECT_EQ(written.text, std::string("input color theTag MaterialDescriptor\n") + kTail);
 }
 
-TEST_F(LuminanceTest, WritesAConstantForAnInputThatIsUnsetOrHasNoGpuForm)
-{
-    const std::string expected = std::string("color 0.000000 0.000000 0.000000 0.000000\n") + kTail;
-    EXPECT_EQ(sourceOf(node.rtTexture()).answer, 1);
-    EXPECT_EQ(sourceOf(node.rtTexture()).text, expected);
-    input.hasSource = false;
-    node.connect("input", input);
-    EXPECT_EQ(sourceOf(node.rtTexture()).text, expected);
-}
-
-TEST_F(LuminanceTest, RefusesOtherDescriptors)
-{
-    node.connect("input", input);
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(LuminanceTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexLuminance"));
-        EXPECT_SAME_BITS(lived.value(), 0.0f);
-        input.value = {1.0f, 0.0f, 0.0f, 1.0f};
-        lived.connect("input", input);
-        EXPECT_SAME_BITS(lived.value(), 0.3f);
-    }
-}
-
 } // namespace

@@ -161,21 +161,4 @@ TEST_F(ContrastTest, WritesTheDefaultsOfInputsWithoutSource)
                             "bitmap -926\n");
 }
 
-TEST_F(ContrastTest, RefusesOtherDescriptors)
-{
-    connectAll();
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(ContrastTest, LivesTwice)
-{
-    value.value = grey(0.25f);
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexMayaContrast"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("value", value);
-        EXPECT_SAME_COLOR(lived.color(), {0.125f, 0.125f, 0.125f, 9.0f});
-    }
-}
-
 } // namespace

@@ -77,19 +77,4 @@ TEST_F(MayaConversionTest, AnswersItsOutputItself)
     EXPECT_EQ(ombrix::boundOutput(*node.life()->paramList, "output"), node.floatTexture());
 }
 
-TEST_F(MayaConversionTest, HasNoGpuForm)
-{
-    EXPECT_EQ(node.rtTexture(), nullptr);
-}
-
-TEST_F(MayaConversionTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexMayaConversion"));
-        EXPECT_SAME_BITS(lived.value(), 0.0f);
-        lived.connect("input", input);
-        EXPECT_SAME_BITS(lived.value(), 0.75f);
-    }
-}
-
 } // namespace

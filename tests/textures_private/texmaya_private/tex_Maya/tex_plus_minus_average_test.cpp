@@ -262,16 +262,4 @@ TEST_F(PlusMinusAverageTest, GradientIsZero)
     expectZeroGradient(node);
 }
 
-TEST_F(PlusMinusAverageTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexPlusMinusAverage"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 0.0f});
-        connectList(lived, "input3D", {&colorA, &colorB});
-        EXPECT_SAME_COLOR(lived.color(), {11.0f, 22.0f, 33.0f, 44.0f});
-        connectList(lived, "input3D", {});
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 0.0f});
-    }
-}
-
 } // namespace

@@ -107,24 +107,6 @@ TEST_F(RgbToHsvTest, WritesItsInputAndTheOperator)
     EXPECT_EQ(sourceOf(node.rtTexture()).text, "subtex\nbitmap -987\n");
 }
 
-TEST_F(RgbToHsvTest, RefusesOtherDescriptors)
-{
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(RgbToHsvTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexRGBToHSV"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 0.0f});
-        input.value = {0.0f, 1.0f, 0.0f, 1.0f};
-        lived.connect("inRgb", input);
-        EXPECT_SAME_COLOR(lived.color(), {120.0f, 1.0f, 1.0f, 1.0f});
-    }
-}
-
 TEST_F(RgbToHsvTest, AgreesWithItsPlainTwin)
 {
     Draws draws(2008061301);

@@ -165,23 +165,4 @@ TEST_F(SetRangeTest, WritesBlackForUnsetInputs)
                             "color 0 0 0 0\nsubtex\ncolor 0 0 0 0\nsubtex\nbitmap -955\n");
 }
 
-TEST_F(SetRangeTest, RefusesOtherDescriptors)
-{
-    connectAll();
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(SetRangeTest, LivesTwice)
-{
-    value.value = grey(0.5f);
-    oldMax.value = grey(1.0f);
-    newMax.value = grey(8.0f);
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexSetRange"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("value", value).connect("oldMax", oldMax).connect("newMax", newMax);
-        EXPECT_SAME_COLOR(lived.color(), {4.0f, 4.0f, 4.0f, 1.0f});
-    }
-}
-
 } // namespace

@@ -350,23 +350,4 @@ TEST_F(StencilTest, StencilOutputsFollowItsColor)
     EXPECT_SAME_COLOR(transparency, {1.0f - 0.8f, 1.0f - 0.8f, 1.0f - 0.8f, 1.0f});
 }
 
-TEST_F(StencilTest, StencilHasNoGpuForm)
-{
-    EXPECT_EQ(node.rtTexture(), nullptr);
-}
-
-TEST_F(StencilTest, StencilLivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexStencil"));
-        EXPECT_SAME_COLOR(lived.color(), {0.5f, 0.5f, 0.5f, 1.0f});
-        lived.connect("uvwgen", generator).connect("image", image);
-        EXPECT_SAME_COLOR(lived.color(), {0.2f, 0.4f, 0.6f, 0.8f});
-        lived.life()->renderEnd(&lived.renderer);
-        lived.life()->renderBegin(&lived.renderer);
-        lived.connect("image", background);
-        EXPECT_SAME_COLOR(lived.color(), {0.9f, 0.7f, 0.5f, 0.3f});
-    }
-}
-
 } // namespace

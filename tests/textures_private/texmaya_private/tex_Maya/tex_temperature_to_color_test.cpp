@@ -159,20 +159,4 @@ TEST_F(TemperatureTest, WritesNothingWhenUnset)
     EXPECT_EQ(written.text, "");
 }
 
-TEST_F(TemperatureTest, RefusesOtherDescriptors)
-{
-    node.connect("input", input);
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(TemperatureTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexTemperatureToColor"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("input", input).set("temperature", 13'000.0f);
-        expectGlow(lived.color(), 6500.0, 1, 0.25f);
-    }
-}
-
 } // namespace

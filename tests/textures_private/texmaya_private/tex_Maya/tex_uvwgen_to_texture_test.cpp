@@ -126,20 +126,4 @@ TEST_F(UVWGenToTextureTest, WritesNothingWithoutAGpuForm)
     EXPECT_EQ(written.text, "");
 }
 
-TEST_F(UVWGenToTextureTest, RefusesOtherDescriptors)
-{
-    node.connect("input", generator);
-    expectRefusalOfOthers(node);
-}
-
-TEST_F(UVWGenToTextureTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexUVWGenToTexture"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("input", generator);
-        EXPECT_SAME_COLOR(lived.color(), {0.25f, -1.5f, 3.0f, 1.0f});
-    }
-}
-
 } // namespace

@@ -206,26 +206,15 @@ TEST_F(VectorProductTest, BoundsOfOtherOperationsAreTheAxisOfX)
     }
 }
 
-TEST_F(VectorProductTest, HasNoGpuFormAndNoGradient)
+TEST_F(VectorProductTest, GradientIsZero)
 {
     connectAll();
-    EXPECT_EQ(node.rtTexture(), nullptr);
     expectZeroGradient(node);
 }
 
 TEST_F(VectorProductTest, OutputIsTheTextureItself)
 {
     EXPECT_EQ(outputOf<OUtils::TextureInterface>(node, "color"), node.texture());
-}
-
-TEST_F(VectorProductTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexVectorProduct"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("input1", input1).connect("input2", input2);
-        EXPECT_SAME_COLOR(lived.color(), {12.0f, 12.0f, 12.0f, 1.0f});
-    }
 }
 
 } // namespace

@@ -68,22 +68,4 @@ TEST_F(VectorToColorTest, PassesTheSourceAndItsAnswerOn)
     EXPECT_EQ(written.text, "");
 }
 
-TEST_F(VectorToColorTest, RefusesOtherDescriptors)
-{
-    node.connect("input", input);
-    const WrittenSource written = sourceOf(node.rtTexture(), "Material");
-    EXPECT_EQ(written.answer, 0);
-    EXPECT_EQ(written.text, "");
-}
-
-TEST_F(VectorToColorTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TexVectorToColor"));
-        EXPECT_SAME_COLOR(lived.color(), {0.0f, 0.0f, 0.0f, 1.0f});
-        lived.connect("input", input);
-        EXPECT_SAME_COLOR(lived.color(), {0.25f, -2.0f, 3.0f, 1.0f});
-    }
-}
-
 } // namespace

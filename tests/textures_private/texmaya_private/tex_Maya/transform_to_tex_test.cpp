@@ -64,14 +64,4 @@ TEST_F(TransformToTexTest, IsDeclaredAsAColorTextureButAnswersToTransformsOnly)
     EXPECT_EQ(node.rtTexture(), nullptr);
 }
 
-TEST_F(TransformToTexTest, LivesTwice)
-{
-    for (int life = 0; life < 2; ++life) {
-        TestNode lived(descriptor("TransformToTex"));
-        expectSame(evaluated(lived), Transform{});
-        lived.connect("input", input);
-        expectSame(evaluated(lived), input.value);
-    }
-}
-
 } // namespace

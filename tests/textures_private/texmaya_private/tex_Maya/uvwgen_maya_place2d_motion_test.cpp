@@ -181,16 +181,6 @@ TEST(PlaceSource, EmbedsItsGenerator)
                   "map_channel 1\ngenerator '' theTag MaterialDescriptor\nuvwGenMayaPlace2dTexture\n");
 }
 
-TEST(PlaceSource, RefusesOtherDescriptors)
-{
-    MovingPlace place;
-    for (const char* descriptor : {"", "materialDescriptor", "MaterialDescriptor "}) {
-        const WrittenSource written = sourceOf(place.rtTexture(), descriptor);
-        EXPECT_EQ(written.answer, 0);
-        EXPECT_EQ(written.text, "");
-    }
-}
-
 float floatAt(const ombrix::GpuBlock& block, std::size_t offset)
 {
     float number;
