@@ -246,12 +246,12 @@ TEST(MayaCosineTexture, ReadsItsInputsInAnOrderForEachForm)
     const VolumePlacement placement = inputs.placement(6.0f);
     EXPECT_NEAR(noise.eval3d(context, kX, kY, kZ, kTime),
                 plain::cosine3d(settings, plain::place(placement, {kX, kY, kZ}, true), kTime),
-                10 * tolerance::kSum);
+                tolerance::kSum);
     EXPECT_EQ(inputs.log, reads({"threshold", "amplitude"}));
     inputs.log.clear();
     const VolumePoint flat = plain::place(placement, kPoint, false);
     EXPECT_NEAR(noise.eval2d(context, kX, kY, kTime), plain::cosine2d(settings, flat.x, flat.y, kTime),
-                10 * tolerance::kSum);
+                tolerance::kSum);
     EXPECT_EQ(inputs.log, reads({"amplitude", "threshold"}));
 }
 

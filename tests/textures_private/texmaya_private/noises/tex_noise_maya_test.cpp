@@ -19,48 +19,51 @@ public:
     void setNoise(float n) { set("noise_type", 0).set("depth_max", 0).set("threshold", n - 0.5f); }
 };
 
-// The declared defaults of the node as the noises see them.
-constexpr nezaiva::VolumeFractal kFractal{1.0f, 2.0f, 0.707f, 0.0f, 3, false};
-
-nezaiva::VolumePoint placed(float factor, bool solid)
-{
+// What the noises see of the node, in its declared defaults.
+struct PlainNode {
+    nezaiva::VolumeFractal fractal{1.0f, 2.0f, 0.707f, 0.0f, 3, false};
     nezaiva::VolumePlacement placement;
-    placement.frequencyFactor = factor;
-    return plain::place(placement, {kU, kV, kW}, solid);
-}
+    float frequency = 8.0f, time = 0.0f;
+    float density = 1.0f, spottyness = 0.1f, randomness = 1.0f, sizeRand = 0.0f;
+    int falloff = 2, waves = 5;
 
-// The noise of a kind with the node's defaults, in its plain form.
-float plainNoise(int kind, bool solid)
-{
-    const nezaiva::VolumePoint lattice = placed(0.5f, solid);
-    const nezaiva::PerlinVolume perlin{kFractal, kind == 3, false, kind == 4, 100};
-    const nezaiva::BillowVolume billow{kFractal, 1.0f, 0.1f, 1.0f, 0.0f, 2};
-    const nezaiva::CosineVolume cosine{kFractal, 5};
-    switch (kind) {
-    case 1: {
-        const nezaiva::VolumePoint p = placed(0.4f, solid);
-        return solid ? plain::billow3d(billow, p, kTime) : plain::billow2d(billow, p.x, p.y, kTime);
+    nezaiva::VolumePoint point(float frequencyFactor, bool solid) const
+    {
+        nezaiva::VolumePlacement scaled = placement;
+        scaled.frequencyFactor = frequency * frequencyFactor;
+        return plain::place(scaled, {kU, kV, kW}, solid);
     }
-    case 2: {
-        const nezaiva::VolumePoint p = placed(8.0f, solid);
-        return solid ? plain::cosine3d(cosine, p, kTime) : plain::cosine2d(cosine, p.x, p.y, kTime);
+    // The noise of a kind in its plain form.
+    float noise(int kind, bool solid) const
+    {
+        const nezaiva::PerlinVolume perlin{fractal, kind == 3, false, kind == 4, 100};
+        const nezaiva::BillowVolume billow{fractal, density, spottyness, randomness, sizeRand, falloff};
+        const nezaiva::CosineVolume cosine{fractal, waves};
+        if (kind == 1) {
+            const nezaiva::VolumePoint p = point(0.05f, solid);
+            return solid ? plain::billow3d(billow, p, time) : plain::billow2d(billow, p.x, p.y, time);
+        }
+        if (kind == 2) {
+            const nezaiva::VolumePoint p = point(1.0f, solid);
+            return solid ? plain::cosine3d(cosine, p, time) : plain::cosine2d(cosine, p.x, p.y, time);
+        }
+        const nezaiva::VolumePoint p = point(0.0625f, solid);
+        return solid ? plain::perlin3d(perlin, p, time) : plain::perlin2d(perlin, p.x, p.y, time);
     }
-    default:
-        return solid ? plain::perlin3d(perlin, lattice, kTime)
-                     : plain::perlin2d(perlin, lattice.x, lattice.y, kTime);
-    }
-}
+};
 
 TEST(TexNoiseMaya, EachKindIsItsNoiseInBothDimensions)
 {
     MayaNode node;
+    PlainNode plainNode;
     node.set("time", kTime);
+    plainNode.time = kTime;
     for (int kind = 0; kind <= 4; ++kind)
         for (const bool solid : {true, false}) {
             node.set("noise_type", kind).set("dimensions", solid ? 3 : 2);
             const AColor color = node.at();
             // Black to white: the noise itself, up to one rounding of the blend.
-            EXPECT_NEAR(color.r, plainNoise(kind, solid), 5 * tolerance::kSum) << kind << solid;
+            EXPECT_NEAR(color.r, plainNode.noise(kind, solid), tolerance::kSum) << kind << solid;
             EXPECT_SAME_COLOR(color, {color.r, color.r, color.r, 1.0f});
         }
 }
@@ -96,29 +99,49 @@ TEST(TexNoiseMaya, EveryInputReachesItsNoise)
         const char* name;
         ombrix::Value value;
         int kind;
-    } inputs[] = {{"amplitude", 0.5f, 0},
-                  {"ratio", 0.5f, 0},
-                  {"threshold", 0.125f, 0},
-                  {"depth_max", 2, 0},
-                  {"frequency", 5.0f, 0},
-                  {"frequency_ratio", 1.5f, 0},
-                  {"inflection", true, 0},
-                  {"time", 2.0f, 0},
-                  {"density", 0.75f, 1},
-                  {"spottyness", 0.75f, 1},
-                  {"size_rand", 0.5f, 1},
-                  {"randomness", 0.5f, 1},
-                  {"falloff", 0, 1},
-                  {"num_waves", 3, 2},
-                  {"implode", 0.5f, 0},
-                  {"scale", AColor{0.5f, 0.5f, 0.5f, 1.0f}, 0},
-                  {"origin", AColor{0.5f, 0.25f, 0.125f, 1.0f}, 0}};
+        void (*setPlain)(PlainNode&);
+    } inputs[] = {
+        {"amplitude", 0.5f, 0, [](PlainNode& p) { p.fractal.amplitude = 0.5f; }},
+        {"ratio", 0.5f, 0, [](PlainNode& p) { p.fractal.ratio = 0.5f; }},
+        {"threshold", 0.125f, 0, [](PlainNode& p) { p.fractal.threshold = 0.125f; }},
+        {"depth_max", 2, 0, [](PlainNode& p) { p.fractal.depthMax = 2; }},
+        {"frequency", 5.0f, 0, [](PlainNode& p) { p.frequency = 5.0f; }},
+        {"frequency_ratio", 1.5f, 0, [](PlainNode& p) { p.fractal.frequencyRatio = 1.5f; }},
+        {"inflection", true, 0, [](PlainNode& p) { p.fractal.inflection = true; }},
+        {"time", 2.0f, 0, [](PlainNode& p) { p.time = 2.0f; }},
+        {"density", 0.75f, 1, [](PlainNode& p) { p.density = 0.75f; }},
+        {"spottyness", 0.75f, 1, [](PlainNode& p) { p.spottyness = 0.75f; }},
+        {"size_rand", 0.5f, 1, [](PlainNode& p) { p.sizeRand = 0.5f; }},
+        {"randomness", 0.5f, 1, [](PlainNode& p) { p.randomness = 0.5f; }},
+        {"falloff", 0, 1, [](PlainNode& p) { p.falloff = 0; }},
+        {"num_waves", 3, 2, [](PlainNode& p) { p.waves = 3; }},
+        {"implode", 0.5f, 0,
+         [](PlainNode& p) {
+             p.placement.implode = 0.5f;
+             p.placement.hasImplodeCenter = true;
+             p.placement.implodeCenter = {0.5f, 0.5f, 0.5f};
+         }},
+        {"scale", AColor{0.5f, 0.25f, 0.75f, 1.0f}, 0,
+         [](PlainNode& p) {
+             p.placement.hasScale = true;
+             p.placement.scale = {0.5f, 0.25f, 0.75f};
+         }},
+        {"origin", AColor{0.5f, 0.25f, 0.125f, 1.0f}, 0,
+         [](PlainNode& p) {
+             p.placement.hasOrigin = true;
+             p.placement.origin = {0.5f, 0.25f, 0.125f};
+         }},
+    };
     for (const auto& input : inputs) {
         MayaNode node;
-        node.set("noise_type", input.kind).set("amplitude", 0.25f); // stays below the end at 1
+        PlainNode plainNode;
+        plainNode.fractal.amplitude = 0.25f; // stays below the end at 1
+        node.set("noise_type", input.kind).set("amplitude", 0.25f);
         const float before = node.at().r;
         node.set(input.name, input.value);
-        EXPECT_NE(node.at().r, before) << input.name;
+        input.setPlain(plainNode);
+        EXPECT_NEAR(node.at().r, plainNode.noise(input.kind, true), tolerance::kSum) << input.name;
+        EXPECT_GT(std::fabs(node.at().r - before), 2 * tolerance::kSum) << input.name;
     }
 }
 
