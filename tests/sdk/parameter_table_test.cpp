@@ -19,6 +19,31 @@ struct Numbers {
     float plain = kUnwritten;
 };
 
+// A field that reads its parameter when it is asked.
+struct LateNumber {
+    int value() const { return list ? list->getParam(name)->getInt(-1, 0.0) : -1; }
+
+    OmbrixParameterList* list = nullptr;
+    const char* name = nullptr;
+};
+
+} // namespace
+
+template <>
+struct OUtils::ParameterField<LateNumber> {
+    static int declare(OmbrixParameterListDesc& desc, const char* name, int value, const char* text,
+                       const char* metadata)
+    {
+        return desc.addParamInt(name, value, -1, text, metadata);
+    }
+    static void attach(LateNumber& field, OmbrixParameterList& list, const char* name)
+    {
+        field = {&list, name};
+    }
+};
+
+namespace {
+
 class Sample : public Offers<OmbrixTextureFloat, TextureIntInterface> {
 public:
     using Offers::Offers;
@@ -32,6 +57,8 @@ public:
         {
             auto&& byIndex = p.byIndex();
             byIndex("flag", &Sample::flag, true, "A flag", "gpuSupport=(full)");
+            byIndex("spare", unbound<float>, 2.5f, "A spare", "minValue=(0)");
+            byIndex("late_by_index", &Sample::lateByIndex, 8);
             byIndex("number", &Sample::number, 7);
         }
         p("level", &Sample::level, 0.25f);
@@ -51,6 +78,8 @@ public:
         p("textures", &Sample::textures, emptyList);
         p("amount", within(&Sample::numbers, &Numbers::amount), 0.5f);
         p("plain", within(&Sample::numbers, &Numbers::plain), 1.5f);
+        p("late", &Sample::late, 9, "A late one");
+        p("last", unbound<PtrArray<int>>, emptyList);
         p.output(
             "result", [](Sample& sample) -> Sample& { return sample; }, "The result", "x=(1)");
     }
@@ -74,6 +103,7 @@ public:
     UVWGenInput generator;
     PluginListInput<TextureInterface> textures;
     Numbers numbers;
+    LateNumber late, lateByIndex;
 };
 
 PluginKindDesc<Sample> sampleDesc;
@@ -81,33 +111,52 @@ PluginKindDesc<Sample> sampleDesc;
 TEST(ParameterTable, DeclaresInItsOrderByTheTypes)
 {
     const std::pair<const char*, const char*> expected[] = {
-        {"flag", "addParamBool"},           {"number", "addParamInt"},
-        {"level", "addParamFloat"},         {"tint", "addParamColor"},
-        {"text", "addParamString"},         {"place", "addParamTransform"},
-        {"integers", "addParamInt"},        {"floats", "addParamFloat"},
-        {"color", "addParamTexture"},       {"rgb", "addParamTexture"},
-        {"bare", "addParamTexture"},        {"gain", "addParamTextureFloat"},
-        {"index", "addParamTextureInt"},    {"turn", "addParamTextureTransform"},
-        {"shift", "addParamTextureVector"}, {"generator", "addParamPlugin"},
-        {"textures", "addParamPlugin"},     {"amount", "addParamTextureFloat"},
-        {"plain", "addParamFloat"},         {"result", "addOutputParamTextureFloat"},
+        {"flag", "addParamBool"},
+        {"spare", "addParamFloat"},
+        {"late_by_index", "addParamInt"},
+        {"number", "addParamInt"},
+        {"level", "addParamFloat"},
+        {"tint", "addParamColor"},
+        {"text", "addParamString"},
+        {"place", "addParamTransform"},
+        {"integers", "addParamInt"},
+        {"floats", "addParamFloat"},
+        {"color", "addParamTexture"},
+        {"rgb", "addParamTexture"},
+        {"bare", "addParamTexture"},
+        {"gain", "addParamTextureFloat"},
+        {"index", "addParamTextureInt"},
+        {"turn", "addParamTextureTransform"},
+        {"shift", "addParamTextureVector"},
+        {"generator", "addParamPlugin"},
+        {"textures", "addParamPlugin"},
+        {"amount", "addParamTextureFloat"},
+        {"plain", "addParamFloat"},
+        {"late", "addParamInt"},
+        {"last", "addParamInt"},
+        {"result", "addOutputParamTextureFloat"},
     };
     const auto& all = sampleDesc.parameterDesc->declarations().all;
     ASSERT_EQ(all.size(), std::size(expected));
     for (std::size_t i = 0; i < all.size(); ++i) {
         EXPECT_EQ(all[i].name, expected[i].first);
         EXPECT_STREQ(ombrix::declarationName(all[i].kind), expected[i].second) << all[i].name;
-        const bool list = all[i].name == "integers" || all[i].name == "floats" || all[i].name == "textures";
+        const bool list = all[i].name == "integers" || all[i].name == "floats" || all[i].name == "textures" ||
+                          all[i].name == "last";
         EXPECT_EQ(all[i].count, list ? 0 : -1) << all[i].name;
     }
     EXPECT_EQ(all[0].description, "A flag");
     EXPECT_EQ(all[0].metadata, "gpuSupport=(full)");
-    EXPECT_EQ(all[1].description, std::nullopt);
-    EXPECT_EQ(all[8].metadata, std::nullopt);
-    EXPECT_EQ(all[5].transformFlag, 1);
-    EXPECT_EQ(all[15].requiredInterface, EXT_UVWGEN);
-    EXPECT_EQ(all[16].requiredInterface, EXT_TEXTURE);
-    EXPECT_EQ(all[19].description, "The result");
+    EXPECT_EQ(all[1].description, "A spare");
+    EXPECT_EQ(all[1].metadata, "minValue=(0)");
+    EXPECT_EQ(std::get<float>(all[1].defaultValue), 2.5f);
+    EXPECT_EQ(all[3].description, std::nullopt);
+    EXPECT_EQ(all[10].metadata, std::nullopt);
+    EXPECT_EQ(all[7].transformFlag, 1);
+    EXPECT_EQ(all[17].requiredInterface, EXT_UVWGEN);
+    EXPECT_EQ(all[18].requiredInterface, EXT_TEXTURE);
+    EXPECT_EQ(all[21].description, "A late one");
+    EXPECT_EQ(all[23].description, "The result");
 }
 
 class BoundSample : public testing::Test {
@@ -161,6 +210,15 @@ TEST_F(BoundSample, WrittenValuesReachTheFields)
     EXPECT_SAME_BITS(plugin->bare(context).r, 1.0f);
 }
 
+TEST_F(BoundSample, AttachedFieldsReadTheirParameterAtAnyTime)
+{
+    EXPECT_EQ(plugin->late.value(), 9);
+    EXPECT_EQ(plugin->lateByIndex.value(), 8);
+    support::WrittenParameter late("late", 10);
+    EXPECT_EQ(plugin->setParameter(&late), 1);
+    EXPECT_EQ(plugin->late.value(), 10); // without another frame
+}
+
 TEST_F(BoundSample, OutputsAreTheObjectsOfTheInstance)
 {
     PluginInterface* output = ombrix::boundOutput(*plugin->paramList, "result");
@@ -185,6 +243,7 @@ TEST(ParameterTable, AnInstanceWithoutAListHasNothingBound)
     bindParameters(alone);
     EXPECT_EQ(alone.flag, -1);
     EXPECT_SAME_BITS(alone.gain.unset, 0.0f);
+    EXPECT_EQ(alone.late.value(), -1);
 }
 
 } // namespace

@@ -41,8 +41,9 @@
 //     PluginListInput<I>    emptyList        addParamPlugin of I, a list
 //
 // A field is a pointer to a member, of the kind or of a base of it; within(&Mix::inputs, &Inputs::amount)
-// for a member of a member; or a function that gives a reference into an instance. Names and texts are
-// literals, or outlive the library.
+// for a member of a member; a function that gives a reference into an instance; or unbound<int> for a
+// parameter that is declared as an int's is and bound to nothing. Names and texts are literals, or outlive
+// the library.
 #pragma once
 
 #include <ombrix/inputs.h>
@@ -88,6 +89,13 @@ constexpr auto within(Outer outer, Inner inner)
     };
 }
 
+// In the place of a field: the parameter is declared as one of the type Field is, and has no field.
+template <class Field>
+struct Unbound {
+};
+template <class Field>
+inline constexpr Unbound<Field> unbound{};
+
 // The output that the instance answers itself.
 struct Itself {
     template <class Kind>
@@ -99,7 +107,9 @@ struct Itself {
 inline constexpr Itself itself{};
 
 // How a parameter of a field's type is declared, and what of the field is bound. A library may specialise
-// it for fields of its own.
+// it for fields of its own. A field that reads its parameter itself, whenever it is asked, has
+// attach(field, list, name) in the place of bound(field): the list has the parameter of this name, and lives
+// as long as the instance.
 template <class Field>
 struct ParameterField;
 
@@ -288,6 +298,12 @@ public:
     {
         ParameterField<FieldOf<Kind, Member>>::declare(desc, name, value, text, metadata);
     }
+    template <class Field, class Default>
+    void operator()(const char* name, const Unbound<Field>& /*none*/, const Default& value,
+                    const char* text = nullptr, const char* metadata = nullptr)
+    {
+        ParameterField<Field>::declare(desc, name, value, text, metadata);
+    }
     template <class Member, class Default, class Unset>
     void operator()(const char* name, const Member& field, const Default& value,
                     const UnsetReads<Unset>& /*unset*/, const char* text = nullptr,
@@ -312,14 +328,6 @@ public:
     template <class Member>
     void answeredBy(const char* /*name*/, const Member& /*object*/)
     {
-    }
-
-    // A parameter without a field, which an instance reads through its parameter list: declare is called
-    // with the list of declarations.
-    template <class Declare>
-    void unbound(const Declare& declare)
-    {
-        declare(desc);
     }
 
     // The same table, for a part of it whose fields are bound by their indices.
@@ -349,6 +357,12 @@ public:
         bind(name, field);
         read(field, unset.value);
     }
+    template <class Field, class Default>
+    void operator()(const char* /*name*/, const Unbound<Field>& /*none*/, const Default& /*value*/,
+                    const char* = nullptr, const char* = nullptr)
+    {
+        ++index;
+    }
 
     template <class Member>
     void output(const char* name, const Member& object, const char* = nullptr, const char* = nullptr)
@@ -367,12 +381,6 @@ public:
             list.setOutputParamCache(name, static_cast<TextureFloatInterface*>(&answering));
         else
             list.setOutputParamCache(name, static_cast<TextureIntInterface*>(&answering));
-    }
-
-    template <class Declare>
-    void unbound(const Declare& /*declare*/)
-    {
-        ++index;
     }
 
     class ByIndex {
@@ -403,11 +411,14 @@ private:
     template <class Member>
     void bind(const char* name, const Member& field)
     {
-        auto* bound = ParameterField<FieldOf<Kind, Member>>::bound(std::invoke(field, plugin));
-        if (boundByIndex)
-            list.setParamCacheByIndex(index, bound, 0);
+        using Field = ParameterField<FieldOf<Kind, Member>>;
+        auto& bound = std::invoke(field, plugin);
+        if constexpr (requires { Field::attach(bound, list, name); })
+            Field::attach(bound, list, name);
+        else if (boundByIndex)
+            list.setParamCacheByIndex(index, Field::bound(bound), 0);
         else
-            list.setParamCache(name, bound);
+            list.setParamCache(name, Field::bound(bound));
         ++index;
     }
     template <class Member, class Value>
