@@ -4,12 +4,12 @@
 // coordinates are not finite. Its bounds hold that color too.
 
 #include "host/builtin/builtin_metadata.h"
+#include "host/builtin/frame_values.h"
+#include "host/builtin/mapping.h"
 #include "host/errors/errors.h"
 #include "host/image/image.h"
 #include "host/image/mip_pyramid.h"
-#include "host/plugins/registry.h"
-
-#include <ombrix/plugin.h>
+#include "host/plugins/builtin_desc.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,32 +31,6 @@ enum Filter : int {
 
 constexpr int kLowestChannel = -1;
 constexpr int kPlainBitmap = 0; // the mode of OCLData::addBitmapFile for a picture that is no bake
-
-class BitmapParams : public OmbrixParameterListDesc {
-public:
-    BitmapParams()
-    {
-        addParamString("file", "", -1, "The picture: EXR, PNG, JPEG, TIFF, HDR and others",
-                       kRequiredFileMetadata);
-        addParamPlugin(
-            "uvwgen", EXT_UVWGEN, -1,
-            "Where the coordinates come from; unset, the surface's lowest mapping channel. u runs to "
-            "the right, v up. Without coordinates the texture is transparent black",
-            nullptr);
-        addParamInt(
-            "color_space", static_cast<int>(ColorSpace::Auto), -1,
-            "What the file's colors are: linear, sRGB-encoded, or as the format has it (auto: 8 and 16 "
-            "bit formats are sRGB, float formats linear)",
-            "enum=(0:auto; 1:linear; 2:srgb)");
-        addParamInt("wrap", static_cast<int>(Wrap::Repeat), -1, "What stands outside the unit square",
-                    "enum=(0:repeat; 1:mirror; 2:clamp; 3:black)");
-        addParamInt(
-            "filter", kMipmap, -1,
-            "Between texels: the nearest one, a blend of four, or a blend of smaller pictures too where "
-            "the texture is seen from afar (mipmap)",
-            "enum=(0:nearest; 1:bilinear; 2:mipmap)");
-    }
-};
 
 ColorSpace colorSpaceOf(int number)
 {
@@ -92,29 +66,38 @@ std::uint32_t hashOf(const PtrArray<int>& pixels, int width)
     return hash;
 }
 
-class Bitmap : public OmbrixTexture, public RTTexInterface {
+class Bitmap final : public Offers<OmbrixTexture, RTTexInterface> {
 public:
-    explicit Bitmap(OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("file", &file);
-        paramList->setParamCache("uvwgen", &uvwgen);
-        paramList->setParamCache("color_space", &color_space);
-        paramList->setParamCache("wrap", &wrap);
-        paramList->setParamCache("filter", &filter);
-    }
+    using Offers::Offers;
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    static constexpr Identity kIdentity{
+        2019030120, "Bitmap", "A picture of a file as a color texture [gpuSupport=(partial)]", {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == EXT_RTTEX) return static_cast<RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        p("file", &Bitmap::file, "", "The picture: EXR, PNG, JPEG, TIFF, HDR and others",
+          kRequiredFileMetadata);
+        p("uvwgen", &Bitmap::uvwgen, noDefault,
+          "Where the coordinates come from; unset, the surface's lowest mapping channel. u runs to "
+          "the right, v up. Without coordinates the texture is transparent black");
+        p("color_space", &Bitmap::color_space, static_cast<int>(ColorSpace::Auto),
+          "What the file's colors are: linear, sRGB-encoded, or as the format has it (auto: 8 and 16 "
+          "bit formats are sRGB, float formats linear)",
+          "enum=(0:auto; 1:linear; 2:srgb)");
+        p("wrap", &Bitmap::wrap, static_cast<int>(Wrap::Repeat), "What stands outside the unit square",
+          "enum=(0:repeat; 1:mirror; 2:clamp; 3:black)");
+        p("filter", &Bitmap::filter, kMipmap,
+          "Between texels: the nearest one, a blend of four, or a blend of smaller pictures too where "
+          "the texture is seen from afar (mipmap)",
+          "enum=(0:nearest; 1:bilinear; 2:mipmap)");
     }
 
     // Reads the file when it is another one than in the frame before. Throws WorkError.
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixTexture::frameBegin(renderer);
-        generator = uvwgen ? static_cast<UVWGenInterface*>(uvwgen->getInterface(EXT_UVWGEN)) : nullptr;
+        uvwgen.resolve();
         if (picture && readFile == file.str() && readSpace == color_space) return;
         picture.reset();
         if (file.empty()) throw WorkError{"a Bitmap needs a file; give it one"};
@@ -157,7 +140,7 @@ public:
                   OCLData& data) override
     {
         if (!picture || !descriptor || std::strcmp(descriptor, "MaterialDescriptor") != 0) return 0;
-        RTTexInterface::getRTTexSource(generator, "uvw", tag, descriptor, source, data);
+        RTTexInterface::getRTTexSource(uvwgen, "uvw", tag, descriptor, source, data);
         source.printf("bitmap %i\n", bitmapIndexIn(data));
         return 1;
     }
@@ -165,9 +148,8 @@ public:
 private:
     bool findCoordinates(const OmbrixContext& context, UVWSample* sample) const
     {
-        if (generator) return generator->evalUVWDerivs(context, sample) != 0;
-        if (!context.surfaceObject) return false;
-        auto* surface = static_cast<MappedSurface*>(context.surfaceObject->getInterface(EXT_MAPPED_SURFACE));
+        if (uvwgen) return uvwgen->evalUVWDerivs(context, sample) != 0;
+        MappedSurface* surface = mappedSurfaceOf(context);
         return surface && surface->getLocalUVW(context, kLowestChannel, sample) != 0;
     }
 
@@ -197,25 +179,21 @@ private:
         int index = data.getBitmapIndexFromHash(hash);
         if (index >= 0) return index;
         index = data.addBitmapFile(pixels, nullptr, 0, picture->width(), picture->height(), 1.0f,
-                                   getPluginName() ? getPluginName() : "", kPlainBitmap);
+                                   nameOf(*this), kPlainBitmap);
         if (index >= 0) data.setBitmapHash(index, hash);
         return index;
     }
 
     CharString file;
-    PluginBase* uvwgen = nullptr;
-    int color_space = static_cast<int>(ColorSpace::Auto);
-    int wrap = static_cast<int>(Wrap::Repeat);
-    int filter = kMipmap;
+    UVWGenInput uvwgen;
+    int color_space = 0, wrap = 0, filter = 0;
 
-    UVWGenInterface* generator = nullptr;
     std::unique_ptr<MipPyramid> picture;
     std::string readFile;
     int readSpace = 0;
 };
 
-BuiltinDesc<Bitmap, BitmapParams> bitmapDesc(
-    {2019030120, "Bitmap", "A picture of a file as a color texture [gpuSupport=(partial)]", {EXT_TEXTURE}});
+BuiltinDesc<Bitmap> bitmapDesc;
 
 } // namespace
 

@@ -1,9 +1,10 @@
 // Camera: where the picture is taken from.
 
 #include "host/integrator/camera.h"
+#include "host/builtin/frame_values.h"
 #include "host/builtin/parameter_values.h"
 #include "host/integrator/scene_interfaces.h"
-#include "host/plugins/registry.h"
+#include "host/plugins/builtin_desc.h"
 #include "host/scene/contents_check.h"
 
 #include <fmt/format.h>
@@ -14,104 +15,79 @@ namespace {
 
 using namespace OUtils;
 
-constexpr float kDefaultFov = 40.0f;
-
-class CameraParams : public OmbrixParameterListDesc {
+class CameraPlugin final : public Offers<OmbrixPlugin, SceneCameraInterface, ContentsCheckInterface> {
 public:
-    CameraParams()
-    {
-        addParamColor(
-            "position", Color{}, -1,
-            "Where it stands, [x, y, z]; left out, it frames all that is visible from the front, a little "
-            "above",
-            kPointMetadata);
-        addParamColor("target", Color{}, -1,
-                      "What it looks at, [x, y, z]; left out, the middle of all that is visible",
-                      kPointMetadata);
-        addParamColor("up", Color{0.0f, 1.0f, 0.0f}, -1, "What is up in the picture", kDirectionMetadata);
-        addParamFloat("fov", kDefaultFov, -1, "Horizontal field of view",
-                      "displayName=(Field of view), units=(degrees), minValue=(0), maxValue=(180)");
-    }
-};
+    using Offers::Offers;
 
-class CameraPlugin : public OmbrixPlugin, public SceneCameraInterface, public ContentsCheckInterface {
-public:
-    explicit CameraPlugin(OmbrixPluginDesc* desc) : OmbrixPlugin(desc) {}
+    static constexpr Identity kIdentity{
+        3300000108, "Camera", "Where the picture is taken from [gpuSupport=(none)]", {}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == kSceneCameraId) return static_cast<SceneCameraInterface*>(this);
-        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
+        p("position", &CameraPlugin::position, Color{},
+          "Where it stands, [x, y, z]; left out, it frames all that is visible from the front, a little "
+          "above",
+          kPointMetadata);
+        p("target", &CameraPlugin::target, Color{},
+          "What it looks at, [x, y, z]; left out, the middle of all that is visible", kPointMetadata);
+        p("up", &CameraPlugin::up, Color{0.0f, 1.0f, 0.0f}, "What is up in the picture", kDirectionMetadata);
+        p("fov", &CameraPlugin::fov, 40.0f, "Horizontal field of view",
+          "displayName=(Field of view), units=(degrees), minValue=(0), maxValue=(180)");
     }
+
     std::span<const CameraPose> getPoses() override { return poses; }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixPlugin::frameBegin(renderer);
-        const FrameData frame = renderer ? renderer->getFrameData() : FrameData{};
-        bool moving = false;
-        for (const char* name : {"position", "target", "up", "fov"})
-            moving = moving || isAnimated(*paramList, name);
-        const int samples = moving && frame.motionBlur ? std::max(frame.geometrySamples, 1) : 1;
+        const FrameData frame = frameOf(renderer);
+        const bool moving =
+            position.isAnimated() || target.isAnimated() || up.isAnimated() || fov.isAnimated();
         poses.clear();
-        for (int i = 0; i < samples; ++i) {
-            const double t = samples > 1 ? static_cast<double>(i) / (samples - 1) : 0.0;
-            const double between = frame.intervalStart + (frame.intervalEnd - frame.intervalStart) * t;
-            poses.push_back(poseAt(samples > 1 ? between : frame.time, frame.sceneOrigin));
-        }
-        if (!isFinite(poses.front().position.value_or(Vector{})) ||
-            !isFinite(poses.front().target.value_or(Vector{})))
-            reportBadPlace(renderer);
+        for (const double time : shutterTimes(frame, moving))
+            poses.push_back(poseAt(time, frame.sceneOrigin));
+        if (isFinite(poses.front().position.value_or(Vector{})) &&
+            isFinite(poses.front().target.value_or(Vector{})))
+            return;
+        for (CameraPose& pose : poses)
+            pose.position = pose.target = std::nullopt;
+        warn(renderer, "camera", *this, "its place is not finite; it frames all that is visible");
     }
 
     std::optional<ContentsProblem> findProblem() override
     {
-        for (const double time : sampleTimes(*paramList, {"fov"})) {
-            const float fov = fovAt(time);
-            if (fov > 0.0f && fov < 180.0f) continue;
-            return ContentsProblem{"fov",
-                                   fmt::format("takes an angle above 0 and below 180 degrees, not {}", fov)};
+        for (const double time : sampleTimes({&fov})) {
+            const float angle = fov.at(time);
+            if (angle > 0.0f && angle < 180.0f) continue;
+            return ContentsProblem{
+                "fov", fmt::format("takes an angle above 0 and below 180 degrees, not {}", angle)};
         }
         return {};
     }
 
 private:
-    float fovAt(double time) { return paramList->getParam("fov")->getFloat(-1, time); }
-
-    CameraPose poseAt(double time, const VectorD& origin)
+    CameraPose poseAt(double time, const VectorD& origin) const
     {
-        const auto place = [&](const char* name) -> std::optional<Vector> {
-            if (!isWritten(*paramList, name)) return {};
-            const Vector p = readPoint(*paramList, name, time);
-            return Vector{static_cast<float>(static_cast<double>(p.x) - origin.x),
-                          static_cast<float>(static_cast<double>(p.y) - origin.y),
-                          static_cast<float>(static_cast<double>(p.z) - origin.z)};
+        const auto place = [&](const TimedPoint& point) -> std::optional<Vector> {
+            if (!point.isWritten()) return {};
+            return relativeTo(origin, point.at(time));
         };
         CameraPose pose;
-        pose.position = place("position");
-        pose.target = place("target");
-        pose.up = normalizedOr(readPoint(*paramList, "up", time), {0.0f, 1.0f, 0.0f});
-        pose.fov = clampedFov(fovAt(time));
+        pose.position = place(position);
+        pose.target = place(target);
+        pose.up = normalizedOr(up.at(time), {0.0f, 1.0f, 0.0f});
+        pose.fov = clampedFov(fov.at(time));
         return pose;
     }
 
-    void reportBadPlace(OmbrixRenderer* renderer)
-    {
-        for (CameraPose& pose : poses)
-            pose.position = pose.target = std::nullopt;
-        const char* name = getPluginName();
-        if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
-            logger->warning("camera \"%s\": its place is not finite; it frames all that is visible",
-                            name ? name : "");
-    }
+    TimedPoint position, target, up;
+    TimedFloat fov;
 
     std::vector<CameraPose> poses{CameraPose{}};
 };
 
-BuiltinDesc<CameraPlugin, CameraParams>
-    cameraDesc({3300000108, "Camera", "Where the picture is taken from [gpuSupport=(none)]", {}});
+BuiltinDesc<CameraPlugin> cameraDesc;
 
 } // namespace
 

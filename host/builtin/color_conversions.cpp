@@ -1,16 +1,12 @@
 // ColorToFloat and FloatsToColor: the ways between color textures and float textures.
 
-#include "host/plugins/registry.h"
-
-#include <ombrix/plugin.h>
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
 namespace {
 
-using OUtils::AColor;
-using OUtils::OmbrixContext;
-using OUtils::TextureFloatInterface;
+using namespace OUtils;
 
 enum ColorChannel : int {
     kRed = 0,
@@ -39,32 +35,27 @@ float channelOf(const AColor& color, int channel)
     }
 }
 
-class ColorToFloatParams : public OUtils::OmbrixParameterListDesc {
+class ColorToFloat final : public OmbrixTextureFloat {
 public:
-    ColorToFloatParams()
-    {
-        addParamTexture("input", -1, "The color; unset, 0", nullptr);
-        addParamInt("channel", kIntensity, -1,
-                    "What of the color: a channel, the mean of red, green and blue (intensity), or 0.3 red + "
-                    "0.59 green + 0.11 blue (luminance)",
-                    "enum=(0:red; 1:green; 2:blue; 3:alpha; 4:intensity; 5:luminance)");
-    }
-};
+    using OmbrixTextureFloat::OmbrixTextureFloat;
 
-class ColorToFloat : public OUtils::OmbrixTextureFloat {
-public:
-    explicit ColorToFloat(OUtils::OmbrixPluginDesc* desc) : OmbrixTextureFloat(desc)
+    static constexpr Identity kIdentity{
+        2019030108,
+        "ColorToFloat",
+        "Gives a channel, the mean or the luminance of a color texture [gpuSupport=(none)]",
+        {EXT_TEXTURE_FLOAT}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("input", &input);
-        paramList->setParamCache("channel", &channel);
+        p("input", &ColorToFloat::input, noDefault, "The color; unset, 0");
+        p("channel", &ColorToFloat::channel, kIntensity,
+          "What of the color: a channel, the mean of red, green and blue (intensity), or 0.3 red + "
+          "0.59 green + 0.11 blue (luminance)",
+          "enum=(0:red; 1:green; 2:blue; 3:alpha; 4:intensity; 5:luminance)");
     }
 
-    float evalFloat(const OmbrixContext& context) override
-    {
-        AColor color;
-        if (input) input->evalColor(&color, context);
-        return channelOf(color, channel);
-    }
+    float evalFloat(const OmbrixContext& context) override { return channelOf(input(context), channel); }
     void evalFloatBounds(float* lower, float* upper) override
     {
         AColor lowest, highest;
@@ -74,50 +65,42 @@ public:
     }
     AColor* evalFloatGradient(AColor* result, const OmbrixContext& context) override
     {
-        *result = AColor();
-        if (input) input->evalColorGradient(result, context);
+        *result = input.gradient(context);
         return result;
     }
 
 private:
-    OUtils::TextureInterface* input = nullptr;
-    int channel = kIntensity;
+    ColorInput input;
+    int channel = 0;
 };
 
-class FloatsToColorParams : public OUtils::OmbrixParameterListDesc {
+class FloatsToColor final : public OmbrixTexture {
 public:
-    FloatsToColorParams()
-    {
-        addParamTextureFloat("red", 0.0f, -1, nullptr, nullptr);
-        addParamTextureFloat("green", 0.0f, -1, nullptr, nullptr);
-        addParamTextureFloat("blue", 0.0f, -1, nullptr, nullptr);
-        addParamTextureFloat("alpha", 1.0f, -1, nullptr, nullptr);
-    }
-};
+    using OmbrixTexture::OmbrixTexture;
 
-class FloatsToColor : public OUtils::OmbrixTexture {
-public:
-    explicit FloatsToColor(OUtils::OmbrixPluginDesc* desc) : OmbrixTexture(desc)
+    static constexpr Identity kIdentity{2019030109,
+                                        "FloatsToColor",
+                                        "Puts a color together from four float textures [gpuSupport=(none)]",
+                                        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("red", &red);
-        paramList->setParamCache("green", &green);
-        paramList->setParamCache("blue", &blue);
-        paramList->setParamCache("alpha", &alpha);
+        p("red", &FloatsToColor::red, 0.0f);
+        p("green", &FloatsToColor::green, 0.0f);
+        p("blue", &FloatsToColor::blue, 0.0f);
+        p("alpha", &FloatsToColor::alpha, 1.0f);
     }
 
     // The inputs are asked in this order, all with the one context.
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
     {
-        const float r = red ? red->evalFloat(context) : 0.0f;
-        const float g = green ? green->evalFloat(context) : 0.0f;
-        const float b = blue ? blue->evalFloat(context) : 0.0f;
-        const float a = alpha ? alpha->evalFloat(context) : 1.0f;
-        *result = {r, g, b, a};
+        *result = {red(context), green(context), blue(context), alpha(context)};
         return result;
     }
     void evalColorBounds(AColor* lower, AColor* upper) override
     {
-        *lower = *upper = {0.0f, 0.0f, 0.0f, 1.0f};
+        *lower = *upper = {red.unset, green.unset, blue.unset, alpha.unset};
         if (red) red->evalFloatBounds(&lower->r, &upper->r);
         if (green) green->evalFloatBounds(&lower->g, &upper->g);
         if (blue) blue->evalFloatBounds(&lower->b, &upper->b);
@@ -125,22 +108,11 @@ public:
     }
 
 private:
-    TextureFloatInterface* red = nullptr;
-    TextureFloatInterface* green = nullptr;
-    TextureFloatInterface* blue = nullptr;
-    TextureFloatInterface* alpha = nullptr;
+    FloatInput red, green, blue, alpha;
 };
 
-BuiltinDesc<ColorToFloat, ColorToFloatParams>
-    colorToFloatDesc({2019030108,
-                      "ColorToFloat",
-                      "Gives a channel, the mean or the luminance of a color texture [gpuSupport=(none)]",
-                      {OUtils::EXT_TEXTURE_FLOAT}});
-BuiltinDesc<FloatsToColor, FloatsToColorParams>
-    floatsToColorDesc({2019030109,
-                       "FloatsToColor",
-                       "Puts a color together from four float textures [gpuSupport=(none)]",
-                       {OUtils::EXT_TEXTURE}});
+BuiltinDesc<ColorToFloat> colorToFloatDesc;
+BuiltinDesc<FloatsToColor> floatsToColorDesc;
 
 } // namespace
 

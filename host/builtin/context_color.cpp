@@ -1,16 +1,12 @@
 // ContextColor: shows what the shading context holds, for debugging.
 
-#include "host/plugins/registry.h"
-
-#include <ombrix/plugin.h>
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
 namespace {
 
-using OUtils::AColor;
-using OUtils::OmbrixContext;
-using OUtils::Vector;
+using namespace OUtils;
 
 enum ContextField : int {
     kFilterWidths = 0,
@@ -22,26 +18,27 @@ enum ContextField : int {
 
 constexpr float kBound = 1e18f;
 
-class ContextColorParams : public OUtils::OmbrixParameterListDesc {
-public:
-    ContextColorParams()
-    {
-        addParamInt("field", kShadePoint, -1, "What to show; three numbers have alpha 1",
-                    "enum=(0:filter_widths; 1:shade_point; 2:reference_point; 3:position_diff_u; "
-                    "4:position_diff_v)");
-    }
-};
-
 AColor colorOf(const Vector& v)
 {
     return {v.x, v.y, v.z, 1.0f};
 }
 
-class ContextColor : public OUtils::OmbrixTexture {
+class ContextColor final : public OmbrixTexture {
 public:
-    explicit ContextColor(OUtils::OmbrixPluginDesc* desc) : OmbrixTexture(desc)
+    using OmbrixTexture::OmbrixTexture;
+
+    static constexpr Identity kIdentity{
+        2019030107,
+        "ContextColor",
+        "Shows what the shading context holds as a color, for debugging [gpuSupport=(none)]",
+        {EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("field", &field);
+        p("field", &ContextColor::field, kShadePoint, "What to show; three numbers have alpha 1",
+          "enum=(0:filter_widths; 1:shade_point; 2:reference_point; 3:position_diff_u; "
+          "4:position_diff_v)");
     }
 
     AColor* evalColor(AColor* result, const OmbrixContext& context) override
@@ -74,14 +71,10 @@ public:
     }
 
 private:
-    int field = kShadePoint;
+    int field = 0;
 };
 
-BuiltinDesc<ContextColor, ContextColorParams>
-    contextColorDesc({2019030107,
-                      "ContextColor",
-                      "Shows what the shading context holds as a color, for debugging [gpuSupport=(none)]",
-                      {OUtils::EXT_TEXTURE}});
+BuiltinDesc<ContextColor> contextColorDesc;
 
 } // namespace
 

@@ -2,11 +2,12 @@
 // it as bright as its color; a point light does so at distance 1.
 
 #include "host/builtin/builtin_metadata.h"
+#include "host/builtin/frame_values.h"
 #include "host/builtin/parameter_values.h"
 #include "host/image/image.h"
 #include "host/integrator/environment_map.h"
 #include "host/integrator/scene_interfaces.h"
-#include "host/plugins/registry.h"
+#include "host/plugins/builtin_desc.h"
 #include "host/scene/contents_check.h"
 
 #include <memory>
@@ -17,33 +18,23 @@ namespace {
 
 using namespace OUtils;
 
-constexpr Color kWhite{1.0f, 1.0f, 1.0f};
-
-Vector relativeTo(const VectorD& origin, const Vector& point)
-{
-    return {static_cast<float>(static_cast<double>(point.x) - origin.x),
-            static_cast<float>(static_cast<double>(point.y) - origin.y),
-            static_cast<float>(static_cast<double>(point.z) - origin.z)};
-}
+constexpr const char* kColorDescription = "The light's color";
 
 // Color and intensity, which all lights have, and the way in which the renderer finds them.
-class Light : public OmbrixPlugin, public SceneLightInterface {
+class Light : public Offers<OmbrixPlugin, SceneLightInterface> {
 public:
-    explicit Light(OmbrixPluginDesc* desc) : OmbrixPlugin(desc)
-    {
-        paramList->setParamCache("color", &color);
-        paramList->setParamCache("intensity", &intensity);
-    }
+    using Offers::Offers;
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
-    {
-        if (id == kSceneLightId) return static_cast<SceneLightInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
-    }
     LightDescription describe() override { return description; }
 
 protected:
+    template <class Table>
+    static void parameters(Table& p, const char* colorText, const char* intensityText)
+    {
+        p("color", &Light::color, Color{1.0f, 1.0f, 1.0f}, colorText);
+        p("intensity", &Light::intensity, 1.0f, intensityText, "minValue=(0)");
+    }
+
     // What the bound fields say; numbers that are negative or not finite count as 0.
     void begin(OmbrixRenderer* renderer, LightDescription::Kind kind)
     {
@@ -58,44 +49,42 @@ protected:
     }
     void warn(OmbrixRenderer* renderer, const char* text) const
     {
-        const char* name = getPluginName();
-        if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
-            logger->warning("light \"%s\": %s", name ? name : "", text);
+        ombrix::warn(renderer, "light", *this, text);
     }
     static float usable(float value) { return value > 0.0f && std::isfinite(value) ? value : 0.0f; }
 
     LightDescription description;
 
 private:
-    Color3f color = kWhite;
-    float intensity = 1.0f;
+    Color3f color;
+    float intensity = 0.0f;
 };
 
-class PointLightParams : public OmbrixParameterListDesc {
+class PointLight final : public Light {
 public:
-    PointLightParams()
+    using Light::Light;
+
+    static constexpr Identity kIdentity{
+        3300000105, "PointLight", "A light that shines from a point [gpuSupport=(none)]", {}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        addParamColor("position", Color{0.0f, 3.0f, 0.0f}, -1, "Where it stands, [x, y, z]", kPointMetadata);
-        addParamColor("color", kWhite, -1, "The light's color", nullptr);
-        addParamFloat(
-            "intensity", 1.0f, -1,
-            "Multiplies color. The light falls with the square of the distance; it is 1 at distance 1",
-            "minValue=(0)");
-        addParamFloat("radius", 0.0f, -1,
-                      "Radius of the ball that gives the light; above 0 it softens shadows",
-                      "quantityType=(distance), minValue=(0)");
+        p("position", &PointLight::position, Color{0.0f, 3.0f, 0.0f}, "Where it stands, [x, y, z]",
+          kPointMetadata);
+        Light::parameters(
+            p, kColorDescription,
+            "Multiplies color. The light falls with the square of the distance; it is 1 at distance 1");
+        p("radius", &PointLight::radius, 0.0f,
+          "Radius of the ball that gives the light; above 0 it softens shadows",
+          "quantityType=(distance), minValue=(0)");
     }
-};
-
-class PointLight : public Light {
-public:
-    explicit PointLight(OmbrixPluginDesc* desc) : Light(desc) { paramList->setParamCache("radius", &radius); }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         begin(renderer, LightDescription::Kind::Point);
-        const FrameData frame = renderer ? renderer->getFrameData() : FrameData{};
-        description.position = relativeTo(frame.sceneOrigin, readPoint(*paramList, "position", frame.time));
+        const FrameData frame = frameOf(renderer);
+        description.position = relativeTo(frame.sceneOrigin, position.at(frame.time));
         description.radius = usable(radius);
         if (description.radius != radius)
             warn(renderer, "its radius is negative or not finite; that counts as 0");
@@ -105,36 +94,31 @@ public:
     }
 
 private:
+    TimedPoint position;
     float radius = 0.0f;
 };
 
-class DistantLightParams : public OmbrixParameterListDesc {
+class DistantLight final : public Offers<Light, ContentsCheckInterface> {
 public:
-    DistantLightParams()
-    {
-        addParamColor("direction", Color{-0.4f, -1.0f, -0.6f}, -1, "Where the light goes to, [x, y, z]",
-                      kDirectionMetadata);
-        addParamColor("color", kWhite, -1, "The light's color", nullptr);
-        addParamFloat("intensity", 1.0f, -1, "Multiplies color", "minValue=(0)");
-        addParamFloat("angle", 0.0f, -1,
-                      "Apparent diameter of the light, that of the sun is 0.53; above 0 it softens shadows",
-                      "units=(degrees), minValue=(0), maxValue=(180)");
-    }
-};
+    using Offers::Offers;
 
-class DistantLight : public Light, public ContentsCheckInterface {
-public:
-    explicit DistantLight(OmbrixPluginDesc* desc) : Light(desc) { paramList->setParamCache("angle", &angle); }
+    static constexpr Identity kIdentity{
+        3300000106, "DistantLight", "A light from far away, as the sun's [gpuSupport=(none)]", {}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
-        return Light::getInterface(id);
+        p("direction", &DistantLight::direction, Color{-0.4f, -1.0f, -0.6f},
+          "Where the light goes to, [x, y, z]", kDirectionMetadata);
+        Light::parameters(p, kColorDescription, "Multiplies color");
+        p("angle", &DistantLight::angle, 0.0f,
+          "Apparent diameter of the light, that of the sun is 0.53; above 0 it softens shadows",
+          "units=(degrees), minValue=(0), maxValue=(180)");
     }
+
     std::optional<ContentsProblem> findProblem() override
     {
-        for (const double time : sampleTimes(*paramList, {"direction"}))
+        for (const double time : sampleTimes({&direction}))
             if (!hasLength(directionAt(time)))
                 return ContentsProblem{"direction",
                                        "it has no length; write where the light goes to, [x, y, z]"};
@@ -143,8 +127,7 @@ public:
     void frameBegin(OmbrixRenderer* renderer) override
     {
         begin(renderer, LightDescription::Kind::Distant);
-        const double time = renderer ? renderer->getFrameData().time : FrameData{}.time;
-        description.direction = directionAt(time);
+        description.direction = directionAt(frameOf(renderer).time);
         description.halfAngle = radians(0.5f * std::min(usable(angle), 180.0f));
         // An animated direction may pass through zero; the light is out for that moment.
         if (hasLength(description.direction)) return;
@@ -153,42 +136,32 @@ public:
     }
 
 private:
-    Vector directionAt(double time)
-    {
-        return normalizedOr(readPoint(*paramList, "direction", time), Vector{});
-    }
-    static bool hasLength(const Vector& direction) { return dot(direction, direction) > 0.0f; }
+    Vector directionAt(double time) const { return normalizedOr(direction.at(time), Vector{}); }
+    static bool hasLength(const Vector& v) { return dot(v, v) > 0.0f; }
 
+    TimedPoint direction;
     float angle = 0.0f;
 };
 
-class DomeLightParams : public OmbrixParameterListDesc {
+class DomeLight final : public Light {
 public:
-    DomeLightParams()
-    {
-        addParamColor("color", kWhite, -1, "The light's color; multiplies the image", nullptr);
-        addParamFloat("intensity", 1.0f, -1, "Multiplies color and image", "minValue=(0)");
-        addParamString(
-            "file", "", -1,
-            "A latitude-longitude image of the surroundings. Its middle lies towards -z, its right half "
-            "towards +x",
-            kFileMetadata);
-        addParamFloat("rotate", 0.0f, -1,
-                      "Turns the image about the y axis, counter-clockwise seen from above",
-                      "units=(degrees)");
-        addParamBool("visible", false, -1,
-                     "Whether the camera sees the dome. Otherwise the background is empty, with alpha 0",
-                     nullptr);
-    }
-};
+    using Light::Light;
 
-class DomeLight : public Light {
-public:
-    explicit DomeLight(OmbrixPluginDesc* desc) : Light(desc)
+    static constexpr Identity kIdentity{
+        3300000107, "DomeLight", "Light from all around, even or of an image [gpuSupport=(none)]", {}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("file", &file);
-        paramList->setParamCache("rotate", &rotate);
-        paramList->setParamCache("visible", &visible);
+        Light::parameters(p, "The light's color; multiplies the image", "Multiplies color and image");
+        p("file", &DomeLight::file, "",
+          "A latitude-longitude image of the surroundings. Its middle lies towards -z, its right half "
+          "towards +x",
+          kFileMetadata);
+        p("rotate", &DomeLight::rotate, 0.0f,
+          "Turns the image about the y axis, counter-clockwise seen from above", "units=(degrees)");
+        p("visible", &DomeLight::visible, false,
+          "Whether the camera sees the dome. Otherwise the background is empty, with alpha 0");
     }
 
     void frameBegin(OmbrixRenderer* renderer) override
@@ -219,12 +192,9 @@ private:
     std::string loadedFile;
 };
 
-BuiltinDesc<PointLight, PointLightParams>
-    pointLightDesc({3300000105, "PointLight", "A light that shines from a point [gpuSupport=(none)]", {}});
-BuiltinDesc<DistantLight, DistantLightParams> distantLightDesc(
-    {3300000106, "DistantLight", "A light from far away, as the sun's [gpuSupport=(none)]", {}});
-BuiltinDesc<DomeLight, DomeLightParams> domeLightDesc(
-    {3300000107, "DomeLight", "Light from all around, even or of an image [gpuSupport=(none)]", {}});
+BuiltinDesc<PointLight> pointLightDesc;
+BuiltinDesc<DistantLight> distantLightDesc;
+BuiltinDesc<DomeLight> domeLightDesc;
 
 } // namespace
 

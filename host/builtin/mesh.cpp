@@ -1,13 +1,13 @@
 // Mesh: triangles out of a file, a named shape, or lists. MapChannel: a further mapping channel of one.
 
 #include "host/builtin/builtin_metadata.h"
+#include "host/builtin/frame_values.h"
 #include "host/builtin/parameter_values.h"
 #include "host/errors/errors.h"
 #include "host/geometry/geometry_interfaces.h"
 #include "host/geometry/obj_reader.h"
 #include "host/geometry/shapes.h"
-#include "host/integrator/scene_interfaces.h"
-#include "host/plugins/registry.h"
+#include "host/plugins/builtin_desc.h"
 #include "host/scene/contents_check.h"
 
 #include <fmt/format.h>
@@ -20,38 +20,6 @@ namespace ombrix {
 namespace {
 
 using namespace OUtils;
-
-constexpr float kDefaultSmoothAngle = 40.0f;
-
-class MeshParams : public OmbrixParameterListDesc {
-public:
-    MeshParams()
-    {
-        addParamString("file", "", -1, "OBJ file to read; comes before shape and positions", kFileMetadata);
-        addParamInt("shape", 0, -1, "A ready-made shape; comes before positions", shapeMetadata());
-        addParamColor("positions", Color{}, 0, "The positions of the vertices, [x, y, z] each",
-                      kPointMetadata);
-        addParamInt(
-            "faces", 0, 0,
-            "The corners of the faces as indices of positions from 0, counter-clockwise seen from outside: "
-            "[[0, 1, 2, 3], [4, 5, 6]], or one after another, three each or with -1 behind each face",
-            kNestedEndedMetadata);
-        addParamColor(
-            "uvs", Color{}, 0,
-            "Coordinates of map channel 1 \"map1\", [u, v] or [u, v, w] each: one for each position, or one "
-            "for each corner of faces, or those that uv_faces picks",
-            kCoordinateMetadata);
-        addParamInt("uv_faces", 0, 0, "The corners of the faces as indices of uvs; -1: the corner has none",
-                    kNestedMetadata);
-        addParamFloat(
-            "smooth_angle", kDefaultSmoothAngle, -1,
-            "Edges between faces that lean less than this against one another are shaded smooth. A file "
-            "with normals and a named shape have their own, unless this is given",
-            "displayName=(Smooth angle), units=(degrees), minValue=(0), maxValue=(180)");
-        addParamPlugin("map_channels", kMapChannelSourceId, 0, "Further mapping channels, MapChannel each",
-                       nullptr);
-    }
-};
 
 // The faces of a mesh, as the scene gives them.
 struct FaceLists {
@@ -125,17 +93,41 @@ void check(const char* parameter, const std::string& problem)
     if (!problem.empty()) throw MeshFault{parameter, problem};
 }
 
-class Mesh : public OmbrixPlugin, public MeshGeometryInterface, public ContentsCheckInterface {
+class Mesh final : public Offers<OmbrixPlugin, MeshGeometryInterface, ContentsCheckInterface> {
 public:
-    explicit Mesh(OmbrixPluginDesc* desc) : OmbrixPlugin(desc) {}
+    using Offers::Offers;
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    static constexpr Identity kIdentity{
+        3300000101,
+        "Mesh",
+        "A triangle mesh: an OBJ file, a named shape, or lists of positions and "
+        "faces [gpuSupport=(none)]",
+        {}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == kMeshGeometryId) return static_cast<MeshGeometryInterface*>(this);
-        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
+        p("file", &Mesh::file, "", "OBJ file to read; comes before shape and positions", kFileMetadata);
+        p("shape", &Mesh::shape, 0, "A ready-made shape; comes before positions", shapeMetadata());
+        p("positions", &Mesh::positions, emptyList, "The positions of the vertices, [x, y, z] each",
+          kPointMetadata);
+        p("faces", &Mesh::faces, emptyList,
+          "The corners of the faces as indices of positions from 0, counter-clockwise seen from outside: "
+          "[[0, 1, 2, 3], [4, 5, 6]], or one after another, three each or with -1 behind each face",
+          kNestedEndedMetadata);
+        p("uvs", &Mesh::uvs, emptyList,
+          "Coordinates of map channel 1 \"map1\", [u, v] or [u, v, w] each: one for each position, or one "
+          "for each corner of faces, or those that uv_faces picks",
+          kCoordinateMetadata);
+        p("uv_faces", &Mesh::uv_faces, emptyList,
+          "The corners of the faces as indices of uvs; -1: the corner has none", kNestedMetadata);
+        p("smooth_angle", &Mesh::smooth_angle, 40.0f,
+          "Edges between faces that lean less than this against one another are shaded smooth. A file "
+          "with normals and a named shape have their own, unless this is given",
+          "displayName=(Smooth angle), units=(degrees), minValue=(0), maxValue=(180)");
+        p("map_channels", &Mesh::map_channels, emptyList, "Further mapping channels, MapChannel each");
     }
+
     const MeshData* getMesh() override { return mesh ? &*mesh : nullptr; }
 
     // Throws WorkError for a mesh that cannot be made any more: its file has changed since the scene was
@@ -143,11 +135,11 @@ public:
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixPlugin::frameBegin(renderer);
-        const double time = renderer ? renderer->getFrameData().time : FrameData{}.time;
+        const double time = frameOf(renderer).time;
         if (isCurrent(time)) return;
         mesh.reset();
         if (!findLack().empty()) {
-            warn(renderer, findLack());
+            warn(renderer, "mesh", *this, findLack().c_str());
             return;
         }
         try {
@@ -170,32 +162,27 @@ public:
     }
     std::string findLack() override
     {
-        if (isWritten(*paramList, "positions")) return {};
-        for (const double time : sampleTimes(*paramList, {"file", "shape"}))
-            if (!fileAt(time).empty() || shapeAt(time) != 0) return {};
+        if (positions.isWritten()) return {};
+        for (const double time : sampleTimes({&file, &shape}))
+            if (!file.at(time).empty() || shape.at(time) != 0) return {};
         return "there is nothing to show; give it a file, a shape, or positions and faces";
     }
 
 private:
-    std::string fileAt(double time) { return paramList->getParam("file")->getString(-1, time); }
-    int shapeAt(double time) { return paramList->getParam("shape")->getInt(-1, time); }
-    float smoothAngleAt(double time) { return paramList->getParam("smooth_angle")->getFloat(-1, time); }
-
     // A file or a shape of earlier frames stays as it is.
-    bool isCurrent(double time)
+    bool isCurrent(double time) const
     {
-        const bool changing = fileAt(time).empty() && shapeAt(time) == 0;
-        return mesh && !changing && builtFile == fileAt(time) && builtShape == shapeAt(time) &&
-               builtAngle == smoothAngleAt(time) && readPlugins(*paramList, "map_channels").empty();
+        const bool changing = file.at(time).empty() && shape.at(time) == 0;
+        return mesh && !changing && builtFile == file.at(time) && builtShape == shape.at(time) &&
+               builtAngle == smooth_angle.at(time) && map_channels.plugins().empty();
     }
 
-    std::vector<double> changingTimes()
+    std::vector<double> changingTimes() const
     {
-        const std::vector<double> own =
-            sampleTimes(*paramList, {"file", "shape", "positions", "faces", "uvs", "uv_faces"});
+        const std::vector<double> own = sampleTimes({&file, &shape, &positions, &faces, &uvs, &uv_faces});
         std::set<double> all(own.begin(), own.end());
-        for (PluginBase* plugin : readPlugins(*paramList, "map_channels")) {
-            auto* source = findInterface<MapChannelSourceInterface>(plugin, kMapChannelSourceId);
+        for (PluginBase* plugin : map_channels.plugins()) {
+            auto* source = find<MapChannelSourceInterface>(plugin);
             if (!source) continue;
             const std::vector<double> times = source->getSampleTimes();
             all.insert(times.begin(), times.end());
@@ -206,11 +193,10 @@ private:
     void build(double time)
     {
         MeshData made = assemble(time);
-        builtFile = fileAt(time);
-        builtShape = shapeAt(time);
-        builtAngle = smoothAngleAt(time);
-        if (isWritten(*paramList, "smooth_angle") || made.normals.empty())
-            computeSmoothNormals(made, builtAngle);
+        builtFile = file.at(time);
+        builtShape = shape.at(time);
+        builtAngle = smooth_angle.at(time);
+        if (smooth_angle.isWritten() || made.normals.empty()) computeSmoothNormals(made, builtAngle);
         mesh = std::move(made);
     }
 
@@ -219,13 +205,13 @@ private:
     MeshData assemble(double time)
     {
         MeshData made;
-        const int shape = shapeAt(time);
-        if (const std::string file = fileAt(time); !file.empty()) {
-            made = fromFile(file);
-        } else if (shape != 0) {
-            made = makeShape(static_cast<Shape>(shape));
+        const int number = shape.at(time);
+        if (const std::string path = file.at(time); !path.empty()) {
+            made = fromFile(path);
+        } else if (number != 0) {
+            made = makeShape(static_cast<Shape>(number));
             if (made.positions.empty())
-                throw MeshFault{"shape", fmt::format("there is no shape of number {}", shape)};
+                throw MeshFault{"shape", fmt::format("there is no shape of number {}", number)};
         } else {
             made = fromLists(time);
         }
@@ -234,11 +220,11 @@ private:
     }
 
     // The file is read once as long as the scene does not name another one.
-    MeshData fromFile(const std::string& file)
+    MeshData fromFile(const std::string& path)
     {
-        if (fileMesh && readFile == file) return *fileMesh;
+        if (fileMesh && readFile == path) return *fileMesh;
         fileMesh.reset();
-        readFile = file;
+        readFile = path;
         try {
             fileMesh = readObj(readFile);
         } catch (const MeshFileError& error) {
@@ -248,53 +234,53 @@ private:
         return *fileMesh;
     }
 
-    MeshData fromLists(double time)
+    MeshData fromLists(double time) const
     {
         MeshData made;
-        made.positions = readPoints(*paramList, "positions", time);
+        made.positions = positions.at(time);
         check("positions", findPositionProblem(made));
-        const FaceLists faces = separateFaces(readInts(*paramList, "faces", time));
-        check("faces", splitFaces(faces.corners, faces.sizes, "faces", &made.triangles));
+        const FaceLists separate = separateFaces(faces.at(time));
+        check("faces", splitFaces(separate.corners, separate.sizes, "faces", &made.triangles));
         check("faces", findFaceProblem(made));
-        addUvs(made, faces, time);
+        addUvs(made, separate, time);
         computeBounds(made);
         return made;
     }
 
-    void addUvs(MeshData& made, const FaceLists& faces, double time)
+    void addUvs(MeshData& made, const FaceLists& meshFaces, double time) const
     {
-        const std::size_t cornerCount = faces.corners.size();
-        MapChannel uvs;
-        uvs.name = "map1";
-        uvs.values = readPoints(*paramList, "uvs", time);
-        std::vector<int> corners = readInts(*paramList, "uv_faces", time);
-        if (uvs.values.empty()) {
+        const std::size_t cornerCount = meshFaces.corners.size();
+        MapChannel map1;
+        map1.name = "map1";
+        map1.values = uvs.at(time);
+        std::vector<int> corners = uv_faces.at(time);
+        if (map1.values.empty()) {
             if (!corners.empty())
                 throw MeshFault{"uv_faces", "it picks out of uvs, and there are none; give uvs too"};
             return;
         }
         const bool ownFaces = !corners.empty();
-        if (!ownFaces && uvs.values.size() == made.positions.size()) {
-            uvs.corners = made.triangles;
+        if (!ownFaces && map1.values.size() == made.positions.size()) {
+            map1.corners = made.triangles;
         } else {
-            if (!ownFaces && uvs.values.size() == cornerCount)
+            if (!ownFaces && map1.values.size() == cornerCount)
                 for (std::size_t i = 0; i < cornerCount; ++i)
                     corners.push_back(static_cast<int>(i));
             if (corners.empty())
                 throw MeshFault{"uvs",
                                 fmt::format("there are {} uvs for {} positions and {} corners; give one for "
                                             "each, or uv_faces",
-                                            uvs.values.size(), made.positions.size(), cornerCount)};
-            check("uv_faces", splitFaces(corners, faces.sizes, "uv_faces", &uvs.corners));
+                                            map1.values.size(), made.positions.size(), cornerCount)};
+            check("uv_faces", splitFaces(corners, meshFaces.sizes, "uv_faces", &map1.corners));
         }
-        check(ownFaces ? "uv_faces" : "uvs", findChannelProblem(made, uvs));
-        addChannel(made, std::move(uvs));
+        check(ownFaces ? "uv_faces" : "uvs", findChannelProblem(made, map1));
+        addChannel(made, std::move(map1));
     }
 
-    void addFurtherChannels(MeshData& made, double time)
+    void addFurtherChannels(MeshData& made, double time) const
     {
-        for (PluginBase* plugin : readPlugins(*paramList, "map_channels")) {
-            auto* source = findInterface<MapChannelSourceInterface>(plugin, kMapChannelSourceId);
+        for (PluginBase* plugin : map_channels.plugins()) {
+            auto* source = find<MapChannelSourceInterface>(plugin);
             if (!source) throw MeshFault{"map_channels", "takes plugins of the type MapChannel"};
             MapChannel channel;
             check("map_channels", source->makeChannel(made, time, &channel));
@@ -303,12 +289,12 @@ private:
         }
     }
 
-    const char* ownName() const { return getPluginName() ? getPluginName() : ""; }
-    void warn(OmbrixRenderer* renderer, const std::string& text) const
-    {
-        if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
-            logger->warning("mesh \"%s\": %s", ownName(), text.c_str());
-    }
+    TimedText file;
+    TimedInt shape;
+    TimedPoints positions, uvs;
+    TimedInts faces, uv_faces;
+    TimedFloat smooth_angle;
+    References<MapChannelSourceInterface> map_channels;
 
     std::optional<MeshData> mesh, fileMesh;
     std::string builtFile, readFile;
@@ -316,77 +302,66 @@ private:
     float builtAngle = 0.0f;
 };
 
-class MapChannelParams : public OmbrixParameterListDesc {
+class MapChannelSource final
+    : public Offers<OmbrixPlugin, MapChannelSourceInterface, ContentsCheckInterface> {
 public:
-    MapChannelParams()
-    {
-        addParamInt("channel", 2, -1, "The channel's number", "minValue=(0)");
-        addParamString("name", "", -1, "The channel's name, by which textures can ask for it", nullptr);
-        addParamColor(
-            "values", Color{}, 0,
-            "The values, [u, v] or [u, v, w] each: one for each position of the mesh, or those that faces "
-            "picks",
-            kCoordinateMetadata);
-        addParamInt(
-            "faces", 0, 0,
-            "The corners of the mesh's triangles as indices of values, three each; -1: the corner holds "
-            "no value",
-            kNestedMetadata);
-    }
-};
+    using Offers::Offers;
 
-class MapChannelSource : public OmbrixPlugin,
-                         public MapChannelSourceInterface,
-                         public ContentsCheckInterface {
-public:
-    explicit MapChannelSource(OmbrixPluginDesc* desc) : OmbrixPlugin(desc) {}
+    static constexpr Identity kIdentity{
+        3300000102, "MapChannel", "A further mapping channel of a Mesh [gpuSupport=(none)]", {}};
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == kMapChannelSourceId) return static_cast<MapChannelSourceInterface*>(this);
-        if (id == kContentsCheckId) return static_cast<ContentsCheckInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
+        p("channel", &MapChannelSource::channel, 2, "The channel's number", "minValue=(0)");
+        p("name", &MapChannelSource::name, "", "The channel's name, by which textures can ask for it");
+        p("values", &MapChannelSource::values, emptyList,
+          "The values, [u, v] or [u, v, w] each: one for each position of the mesh, or those that faces "
+          "picks",
+          kCoordinateMetadata);
+        p("faces", &MapChannelSource::faces, emptyList,
+          "The corners of the mesh's triangles as indices of values, three each; -1: the corner holds "
+          "no value",
+          kNestedMetadata);
     }
 
     std::string makeChannel(const MeshData& mesh, double time, MapChannel* result) override
     {
-        result->number = paramList->getParam("channel")->getInt(-1, time);
-        result->name = paramList->getParam("name")->getString(-1, time);
-        result->values = readPoints(*paramList, "values", time);
-        const std::vector<int> faces = readInts(*paramList, "faces", time);
+        result->number = channel.at(time);
+        result->name = name.at(time);
+        result->values = values.at(time);
+        const std::vector<int> corners = faces.at(time);
         const std::size_t count = result->values.size();
-        const char* own = getPluginName();
-        const auto named = [own](const std::string& problem) {
-            return problem.empty() ? problem : fmt::format("map channel \"{}\": {}", own ? own : "", problem);
+        const auto named = [this](const std::string& problem) {
+            return problem.empty() ? problem : fmt::format("map channel \"{}\": {}", nameOf(*this), problem);
         };
-        if (!faces.empty()) return named(splitFaces(faces, {}, "faces", &result->corners));
+        if (!corners.empty()) return named(splitFaces(corners, {}, "faces", &result->corners));
         result->corners = mesh.triangles;
         if (count == mesh.positions.size()) return {};
         return named(fmt::format("it has {} values for {} positions; give one for each, or faces", count,
                                  mesh.positions.size()));
     }
-    std::vector<double> getSampleTimes() override { return sampleTimes(*paramList, {"values", "faces"}); }
+    std::vector<double> getSampleTimes() override { return sampleTimes({&values, &faces}); }
 
     std::optional<ContentsProblem> findProblem() override
     {
-        for (const double time : sampleTimes(*paramList, {"channel"})) {
-            const int number = paramList->getParam("channel")->getInt(-1, time);
+        for (const double time : sampleTimes({&channel})) {
+            const int number = channel.at(time);
             if (number < 0)
                 return ContentsProblem{"channel", fmt::format("takes 0 or above, not {}", number)};
         }
         return {};
     }
+
+private:
+    TimedInt channel;
+    TimedText name;
+    TimedPoints values;
+    TimedInts faces;
 };
 
-BuiltinDesc<Mesh, MeshParams>
-    meshDesc({3300000101,
-              "Mesh",
-              "A triangle mesh: an OBJ file, a named shape, or lists of positions and "
-              "faces [gpuSupport=(none)]",
-              {}});
-BuiltinDesc<MapChannelSource, MapChannelParams>
-    mapChannelDesc({3300000102, "MapChannel", "A further mapping channel of a Mesh [gpuSupport=(none)]", {}});
+BuiltinDesc<Mesh> meshDesc;
+BuiltinDesc<MapChannelSource> mapChannelDesc;
 
 } // namespace
 

@@ -1,45 +1,21 @@
 // Node: an instance of a geometry in the world, with its material. It is the object that textures meet as
 // the surface and the instance of a hit.
 
+#include "host/builtin/frame_values.h"
+#include "host/builtin/mapping.h"
 #include "host/builtin/parameter_values.h"
 #include "host/geometry/geometry_interfaces.h"
 #include "host/geometry/mesh_surface.h"
 #include "host/integrator/scene_interfaces.h"
-#include "host/plugins/registry.h"
+#include "host/plugins/builtin_desc.h"
 
 #include <ombrix/world_interfaces.h>
-
-#include <cstring>
 
 namespace ombrix {
 
 namespace {
 
 using namespace OUtils;
-
-class NodeParams : public OmbrixParameterListDesc {
-public:
-    NodeParams()
-    {
-        addParamPlugin("geometry", EXT_OMBRIX_PLUGIN, -1, "What is shown: a Mesh", nullptr);
-        addParamPlugin("material", EXT_MATERIAL, -1, "Its look; a middle grey when left out", nullptr);
-        addParamTransform(
-            "transform", 1, Transform{}, -1,
-            "From the geometry's space to the world. Animated values move it within the shutter", nullptr);
-        addParamBool("visible", true, -1, "Whether it is rendered", nullptr);
-        addParamString("user_attributes", "", -1,
-                       "Values for textures that ask by name: \"name=value;name=value\"", nullptr);
-    }
-};
-
-// The transform relative to the scene origin, rounded once, after the subtraction.
-Transform relativeTo(const VectorD& origin, const TraceTransform& transform)
-{
-    return {transform.matrix,
-            {static_cast<float>(transform.offset.x - origin.x),
-             static_cast<float>(transform.offset.y - origin.y),
-             static_cast<float>(transform.offset.z - origin.z)}};
-}
 
 bool isUsable(const Transform& transform)
 {
@@ -49,51 +25,56 @@ bool isUsable(const Transform& transform)
     return isFinite(transform.offset) && std::isfinite(volume) && volume != 0.0f;
 }
 
-class Node : public OmbrixPlugin,
-             public SceneNodeInterface,
-             public MappedSurface,
-             public WorldMatrixInterface {
+class Node final : public Offers<OmbrixPlugin, MappedSurface, WorldMatrixInterface, SceneNodeInterface> {
 public:
-    explicit Node(OmbrixPluginDesc* desc) : OmbrixPlugin(desc)
+    using Offers::Offers;
+
+    static constexpr Identity kIdentity{
+        3300000103,
+        "Node",
+        "An object of the scene: a geometry with a material, in its place [gpuSupport=(none)]",
+        {EXT_WORLD_MATRIX}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("geometry", &geometry);
-        paramList->setParamCache("material", &material);
-        paramList->setParamCache("transform", &transform);
-        paramList->setParamCache("visible", &visible);
-        paramList->setParamCache("user_attributes", &user_attributes);
+        p("geometry", &Node::geometry, noDefault, "What is shown: a Mesh");
+        p("material", &Node::material, noDefault, "Its look; a middle grey when left out");
+        p("transform", &Node::transform, TransformDefault{1, {}},
+          "From the geometry's space to the world. Animated values move it within the shutter");
+        p("visible", &Node::visible, true, "Whether it is rendered");
+        p("user_attributes", unbound<CharString>, "",
+          "Values for textures that ask by name: \"name=value;name=value\"");
     }
 
-    PluginBase* getPlugin() override { return this; }
+    // It is a mapped surface while it has a mesh.
     PluginInterface* getInterface(InterfaceId id) override
     {
-        if (id == EXT_MAPPED_SURFACE) return mesh ? static_cast<MappedSurface*>(this) : nullptr;
-        if (id == EXT_WORLD_MATRIX) return static_cast<WorldMatrixInterface*>(this);
-        if (id == kSceneNodeId) return static_cast<SceneNodeInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
+        return id == MappedSurface::kId && !mesh ? nullptr : Offers::getInterface(id);
     }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixPlugin::frameBegin(renderer);
         findParts(renderer);
-        readTransforms(renderer ? renderer->getFrameData() : FrameData{});
+        readTransforms(frameOf(renderer));
         usable = true;
         for (const Transform& sample : transforms)
             usable = usable && isUsable(sample);
         if (!usable && mesh && visible)
-            warn(renderer, "its transform flattens it or is not finite; it is not shown");
+            warn(renderer, "node", *this, "its transform flattens it or is not finite; it is not shown");
         findChannelIds(renderer);
     }
     void frameEnd(OmbrixRenderer* /*renderer*/) override
     {
         mesh = nullptr;
-        materialInterface = nullptr;
+        material.found = nullptr;
         channelIds.clear();
     }
 
     bool isVisible() override { return visible != 0 && usable; }
     const MeshData* getMesh() override { return mesh; }
-    MaterialInterface* getMaterial() override { return materialInterface; }
+    MaterialInterface* getMaterial() override { return material; }
     std::span<const Transform> getTransforms() override { return transforms; }
 
     void getWorldTransform(const OmbrixContext& context, TraceTransform* result) override
@@ -116,10 +97,9 @@ public:
         const MapChannel* found = channelOf(context, channel);
         if (!found) return 0;
         const Transform map = hitTransform(*found, context);
-        const Vector du = map.matrix * context.positionDiffU, dv = map.matrix * context.positionDiffV;
-        result->uvw = {map.offset.x, map.offset.y, map.offset.z, 0.0f};
-        result->du = {du.x, du.y, du.z, 0.0f};
-        result->dv = {dv.x, dv.y, dv.z, 0.0f};
+        result->uvw = padded(map.offset);
+        result->du = padded(map.matrix * context.positionDiffU);
+        result->dv = padded(map.matrix * context.positionDiffV);
         return 1;
     }
     int getLocalUVWTransformByName(const OmbrixContext& context, int nameId, Transform* result) override
@@ -158,30 +138,21 @@ private:
 
     void findParts(OmbrixRenderer* renderer)
     {
-        auto* source = findInterface<MeshGeometryInterface>(geometry, kMeshGeometryId);
-        if (geometry && !source) warn(renderer, "its geometry is none that can be rendered; give it a Mesh");
+        auto* source = find<MeshGeometryInterface>(geometry.plugin);
+        if (geometry.plugin && !source)
+            warn(renderer, "node", *this, "its geometry is none that can be rendered; give it a Mesh");
         mesh = source ? source->getMesh() : nullptr;
-        materialInterface = findInterface<MaterialInterface>(material, EXT_MATERIAL);
-        if (material && !materialInterface)
-            warn(renderer, "its material is none; give it a Surface. It is shown in grey");
+        material.resolve();
+        if (material.plugin && !material)
+            warn(renderer, "node", *this, "its material is none; give it a Surface. It is shown in grey");
     }
 
     // One transform, or one for each time sample of the shutter when the scene animates it.
     void readTransforms(const FrameData& frame)
     {
         transforms.clear();
-        const bool moving =
-            frame.motionBlur && frame.geometrySamples > 1 && isAnimated(*paramList, "transform");
-        if (!moving) {
-            transforms.push_back(relativeTo(frame.sceneOrigin, transform));
-            return;
-        }
-        OmbrixPluginParameter* parameter = paramList->getParam("transform");
-        for (int i = 0; i < frame.geometrySamples; ++i) {
-            const double t = static_cast<double>(i) / (frame.geometrySamples - 1);
-            const double time = frame.intervalStart + (frame.intervalEnd - frame.intervalStart) * t;
-            transforms.push_back(relativeTo(frame.sceneOrigin, parameter->getTransform(-1, time)));
-        }
+        for (const double time : shutterTimes(frame, transform.isAnimated()))
+            transforms.push_back(relativeTo(frame.sceneOrigin, transform.at(time)));
     }
 
     void findChannelIds(OmbrixRenderer* renderer)
@@ -217,31 +188,18 @@ private:
         return channelTransform(channel, triangle, context.barycentric, worldTriangle(*mesh, now, triangle));
     }
 
-    void warn(OmbrixRenderer* renderer, const char* text)
-    {
-        const char* name = getPluginName();
-        if (RendererLogger* logger = renderer ? renderer->getLogger() : nullptr)
-            logger->warning("node \"%s\": %s", name ? name : "", text);
-    }
-
-    PluginBase* geometry = nullptr;
-    PluginBase* material = nullptr;
-    TraceTransform transform;
-    int visible = 1;
-    CharString user_attributes;
+    PluginInput<OmbrixPluginInterface> geometry; // of any kind, which is warned of where it is no mesh
+    PluginInput<MaterialInterface> material;
+    TimedTransform transform;
+    int visible = 0;
 
     const MeshData* mesh = nullptr;
-    MaterialInterface* materialInterface = nullptr;
     std::vector<Transform> transforms{Transform{}};
     std::vector<ChannelId> channelIds;
     bool usable = true;
 };
 
-BuiltinDesc<Node, NodeParams> nodeDesc({3300000103,
-                                        "Node",
-                                        "An object of the scene: a geometry with a material, in its place "
-                                        "[gpuSupport=(none)]",
-                                        {EXT_WORLD_MATRIX}});
+BuiltinDesc<Node> nodeDesc;
 
 } // namespace
 

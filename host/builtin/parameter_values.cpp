@@ -4,50 +4,67 @@
 
 namespace ombrix {
 
-namespace {
-
-HostParameter* findParameter(OUtils::OmbrixParameterList& list, const char* name)
+void TimedParameter::attach(OUtils::OmbrixParameterList& list, const char* name)
 {
-    return dynamic_cast<HostParameter*>(list.getParam(name));
+    parameter = dynamic_cast<HostParameter*>(list.getParam(name));
 }
 
-std::vector<Value> readElements(OUtils::OmbrixParameterList& list, const char* name, double time)
+std::vector<double> TimedParameter::times() const
 {
-    const HostParameter* parameter = findParameter(list, name);
-    if (!parameter || !parameter->value()) return {};
-    return sampleAt(*parameter->value(), time);
+    return isWritten() ? parameter->value()->times : std::vector<double>{};
 }
 
-} // namespace
-
-bool isWritten(OUtils::OmbrixParameterList& list, const char* name)
+std::vector<Value> TimedParameter::elementsAt(double time) const
 {
-    const HostParameter* parameter = findParameter(list, name);
-    return parameter && parameter->value().has_value();
+    return isWritten() ? sampleAt(*parameter->value(), time) : std::vector<Value>{};
 }
 
-bool isAnimated(OUtils::OmbrixParameterList& list, const char* name)
+template <>
+int TimedInt::at(double time) const
 {
-    const HostParameter* parameter = findParameter(list, name);
-    return parameter && parameter->value() && parameter->value()->times.size() > 1;
+    return parameter ? parameter->getInt(-1, time) : 0;
 }
 
-std::vector<double> sampleTimes(OUtils::OmbrixParameterList& list, std::initializer_list<const char*> names)
+template <>
+float TimedFloat::at(double time) const
 {
-    std::set<double> times;
-    for (const char* name : names) {
-        const HostParameter* parameter = findParameter(list, name);
-        if (parameter && parameter->value())
-            times.insert(parameter->value()->times.begin(), parameter->value()->times.end());
-    }
-    if (times.empty()) times.insert(0.0);
-    return {times.begin(), times.end()};
+    return parameter ? parameter->getFloat(-1, time) : 0.0f;
 }
 
-std::vector<Vector> readPoints(OUtils::OmbrixParameterList& list, const char* name, double time)
+template <>
+std::string TimedText::at(double time) const
+{
+    return parameter ? parameter->getString(-1, time) : "";
+}
+
+template <>
+TraceTransform TimedTransform::at(double time) const
+{
+    return parameter ? parameter->getTransform(-1, time) : TraceTransform{};
+}
+
+template <>
+std::vector<int> TimedInts::at(double time) const
+{
+    std::vector<int> numbers;
+    for (const Value& element : elementsAt(time))
+        if (const int* number = std::get_if<int>(&element)) numbers.push_back(*number);
+    return numbers;
+}
+
+template <>
+Vector TimedPoint::at(double time) const
+{
+    if (!parameter) return {};
+    const AColor value = parameter->getColor(-1, time);
+    return {value.r, value.g, value.b};
+}
+
+template <>
+std::vector<Vector> TimedPoints::at(double time) const
 {
     std::vector<Vector> points;
-    for (const Value& element : readElements(list, name, time)) {
+    for (const Value& element : elementsAt(time)) {
         if (const auto* color = std::get_if<Color>(&element))
             points.push_back({color->r, color->g, color->b});
         else if (const auto* wide = std::get_if<AColor>(&element))
@@ -56,30 +73,25 @@ std::vector<Vector> readPoints(OUtils::OmbrixParameterList& list, const char* na
     return points;
 }
 
-std::vector<int> readInts(OUtils::OmbrixParameterList& list, const char* name, double time)
+template <>
+std::vector<Vector> TimedVectors::at(double time) const
 {
-    std::vector<int> numbers;
-    for (const Value& element : readElements(list, name, time))
-        if (const int* number = std::get_if<int>(&element)) numbers.push_back(*number);
-    return numbers;
+    std::vector<Vector> vectors;
+    const int count = parameter ? parameter->getCount(time) : 0;
+    for (int i = 0; i < count; ++i)
+        vectors.push_back(parameter->getVector(i, time));
+    return vectors;
 }
 
-std::vector<OUtils::PluginBase*> readPlugins(OUtils::OmbrixParameterList& list, const char* name)
+std::vector<double> sampleTimes(std::initializer_list<const TimedParameter*> parameters)
 {
-    std::vector<OUtils::PluginBase*> plugins;
-    for (const Value& element : readElements(list, name, 0.0)) {
-        const auto* reference = std::get_if<PluginReference>(&element);
-        if (reference && reference->plugin) plugins.push_back(reference->plugin);
+    std::set<double> times;
+    for (const TimedParameter* parameter : parameters) {
+        const std::vector<double> own = parameter->times();
+        times.insert(own.begin(), own.end());
     }
-    return plugins;
-}
-
-Vector readPoint(OUtils::OmbrixParameterList& list, const char* name, double time)
-{
-    OUtils::OmbrixPluginParameter* parameter = list.getParam(name);
-    if (!parameter) return {};
-    const AColor value = parameter->getColor(-1, time);
-    return {value.r, value.g, value.b};
+    if (times.empty()) times.insert(0.0);
+    return {times.begin(), times.end()};
 }
 
 } // namespace ombrix

@@ -1,116 +1,90 @@
 // IntValue, TransformValue and VectorValue: constants of the kinds that have no GPU text.
 
 #include "host/builtin/context_override.h"
-#include "host/plugins/registry.h"
-
-#include <ombrix/plugin.h>
+#include "host/builtin/frame_values.h"
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
 namespace {
 
-using OUtils::OmbrixContext;
-using OUtils::Transform;
-using OUtils::Vector;
+using namespace OUtils;
 
-class IntValueParams : public OUtils::OmbrixParameterListDesc {
+class IntValue final : public OmbrixTextureInt {
 public:
-    IntValueParams() { addParamTextureInt("value", 0, -1, "The integer at every point", nullptr); }
-};
+    using OmbrixTextureInt::OmbrixTextureInt;
 
-class IntValue : public OUtils::OmbrixTextureInt {
-public:
-    explicit IntValue(OUtils::OmbrixPluginDesc* desc) : OmbrixTextureInt(desc)
+    static constexpr Identity kIdentity{
+        2019030103, "IntValue", "Gives one integer at every point [gpuSupport=(none)]", {EXT_TEXTURE_INT}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("value", &value);
+        p("value", &IntValue::value, 0, "The integer at every point");
     }
+
     int evalInt(const OmbrixContext& context) override
     {
         if (const auto* given = contextOverride<int>(context, this)) return *given;
-        return value ? value->evalInt(context) : 0;
+        return value(context);
     }
 
 private:
-    OUtils::TextureIntInterface* value = nullptr;
+    IntInput value;
 };
 
-class TransformValueParams : public OUtils::OmbrixParameterListDesc {
+class TransformValue final : public Offers<OmbrixPlugin, TextureTransformInterface> {
 public:
-    TransformValueParams()
-    {
-        addParamTextureTransform("value", Transform(), -1, "The transform at every point", nullptr);
-    }
-};
+    using Offers::Offers;
 
-Transform narrowed(const OUtils::TraceTransform& wide)
-{
-    return {wide.matrix,
-            {static_cast<float>(wide.offset.x), static_cast<float>(wide.offset.y),
-             static_cast<float>(wide.offset.z)}};
-}
+    static constexpr Identity kIdentity{2019030104,
+                                        "TransformValue",
+                                        "Gives one transform at every point [gpuSupport=(none)]",
+                                        {EXT_TEXTURE_TRANSFORM}};
 
-class TransformValue : public OUtils::OmbrixPlugin, public OUtils::TextureTransformInterface {
-public:
-    explicit TransformValue(OUtils::OmbrixPluginDesc* desc) : OmbrixPlugin(desc)
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("value", &value);
+        p("value", &TransformValue::value, Transform{}, "The transform at every point");
     }
-    OUtils::PluginBase* getPlugin() override { return this; }
-    OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) override
-    {
-        if (id == OUtils::EXT_TEXTURE_TRANSFORM) return static_cast<OUtils::TextureTransformInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
-    }
+
     void evalTransform(Transform* result, const OmbrixContext& context) override
     {
-        if (const auto* given = contextOverride<OUtils::TraceTransform>(context, this))
-            *result = narrowed(*given);
-        else if (value)
-            value->evalTransform(result, context);
+        if (const auto* given = contextOverride<TraceTransform>(context, this))
+            *result = relativeTo(VectorD{}, *given);
         else
-            *result = Transform();
+            *result = value(context);
     }
 
 private:
-    OUtils::TextureTransformInterface* value = nullptr;
+    TransformInput value;
 };
 
-class VectorValueParams : public OUtils::OmbrixParameterListDesc {
+class VectorValue final : public Offers<OmbrixPlugin, TextureVectorInterface> {
 public:
-    VectorValueParams()
-    {
-        addParamTextureVector("value", Vector(), -1, "The vector at every point", nullptr);
-        addParamTextureVector("lower", Vector(), -1, "The lower bound; unset, that of the value", nullptr);
-        addParamTextureVector("upper", Vector(), -1, "The upper bound; unset, that of the value", nullptr);
-    }
-};
+    using Offers::Offers;
 
-class VectorValue : public OUtils::OmbrixPlugin, public OUtils::TextureVectorInterface {
-public:
-    explicit VectorValue(OUtils::OmbrixPluginDesc* desc) : OmbrixPlugin(desc)
+    static constexpr Identity kIdentity{2019030105,
+                                        "VectorValue",
+                                        "Gives one vector at every point [gpuSupport=(none)]",
+                                        {EXT_TEXTURE_VECTOR}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("value", &value);
-        paramList->setParamCache("lower", &lower);
-        paramList->setParamCache("upper", &upper);
+        p("value", &VectorValue::value, Vector{}, "The vector at every point");
+        p("lower", &VectorValue::lower, Vector{}, "The lower bound; unset, that of the value");
+        p("upper", &VectorValue::upper, Vector{}, "The upper bound; unset, that of the value");
     }
-    OUtils::PluginBase* getPlugin() override { return this; }
-    OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) override
-    {
-        if (id == OUtils::EXT_TEXTURE_VECTOR) return static_cast<OUtils::TextureVectorInterface*>(this);
-        return OmbrixPlugin::getInterface(id);
-    }
+
     void evalVector(Vector* result, const OmbrixContext& context) override
     {
-        if (const auto* given = contextOverride<Vector>(context, this))
-            *result = *given;
-        else if (value)
-            value->evalVector(result, context);
-        else
-            *result = Vector();
+        const auto* given = contextOverride<Vector>(context, this);
+        *result = given ? *given : value(context);
     }
     void evalVectorBounds(Vector* lowest, Vector* highest) override
     {
-        *lowest = *highest = Vector();
+        *lowest = *highest = value.unset;
         Vector unused;
         if (value) value->evalVectorBounds(lowest, highest);
         if (lower) lower->evalVectorBounds(lowest, &unused);
@@ -118,25 +92,12 @@ public:
     }
 
 private:
-    OUtils::TextureVectorInterface* value = nullptr;
-    OUtils::TextureVectorInterface* lower = nullptr;
-    OUtils::TextureVectorInterface* upper = nullptr;
+    VectorInput value, lower, upper;
 };
 
-BuiltinDesc<IntValue, IntValueParams> intValueDesc({2019030103,
-                                                    "IntValue",
-                                                    "Gives one integer at every point [gpuSupport=(none)]",
-                                                    {OUtils::EXT_TEXTURE_INT}});
-BuiltinDesc<TransformValue, TransformValueParams>
-    transformValueDesc({2019030104,
-                        "TransformValue",
-                        "Gives one transform at every point [gpuSupport=(none)]",
-                        {OUtils::EXT_TEXTURE_TRANSFORM}});
-BuiltinDesc<VectorValue, VectorValueParams>
-    vectorValueDesc({2019030105,
-                     "VectorValue",
-                     "Gives one vector at every point [gpuSupport=(none)]",
-                     {OUtils::EXT_TEXTURE_VECTOR}});
+BuiltinDesc<IntValue> intValueDesc;
+BuiltinDesc<TransformValue> transformValueDesc;
+BuiltinDesc<VectorValue> vectorValueDesc;
 
 } // namespace
 

@@ -1,9 +1,7 @@
 // Surface: the diffuse material. It reads its textures; the renderer's lighting does the rest.
 
 #include "host/integrator/scene_interfaces.h"
-#include "host/plugins/registry.h"
-
-#include <ombrix/plugin.h>
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
@@ -11,27 +9,11 @@ namespace {
 
 using namespace OUtils;
 
-constexpr AColor kDefaultDiffuse{0.5f, 0.5f, 0.5f, 1.0f};
-constexpr AColor kDefaultEmission{0.0f, 0.0f, 0.0f, 1.0f};
-constexpr AColor kDefaultOpacity{1.0f, 1.0f, 1.0f, 1.0f};
-
-class SurfaceParams : public OmbrixParameterListDesc {
-public:
-    SurfaceParams()
-    {
-        addParamTexture("diffuse", kDefaultDiffuse, -1, "The share of the light that is scattered, 0 to 1",
-                        "startRollout=(Surface)");
-        addParamTexture("emission", kDefaultEmission, -1, "The light that the surface gives off by itself",
-                        nullptr);
-        addParamTexture("opacity", kDefaultOpacity, -1, "0 lets everything through, 1 nothing",
-                        "startRollout=(<EndRollout>)");
-    }
-};
-
-Color colorOr(TextureInterface* input, const AColor& fallback, const OmbrixContext& context)
+// What a texture leaves unwritten is as it is unset.
+Color colorOf(const ColorInput& input, const OmbrixContext& context)
 {
-    AColor color = fallback;
-    if (input) input->evalColor(&color, context);
+    AColor color = input.unset;
+    input.evalColor(&color, context);
     return {color.r, color.g, color.b};
 }
 
@@ -41,26 +23,30 @@ float clampedOpacity(float opacity)
     return opacity < 1.0f ? (opacity > 0.0f ? opacity : 0.0f) : 1.0f;
 }
 
-class Surface : public OmbrixMaterial, public SurfaceMaterialInterface {
+class Surface final : public Offers<OmbrixMaterial, SurfaceMaterialInterface> {
 public:
-    explicit Surface(OmbrixPluginDesc* desc) : OmbrixMaterial(desc)
-    {
-        paramList->setParamCache("diffuse", &diffuse);
-        paramList->setParamCache("emission", &emission);
-        paramList->setParamCache("opacity", &opacity);
-    }
+    using Offers::Offers;
 
-    PluginBase* getPlugin() override { return this; }
-    PluginInterface* getInterface(InterfaceId id) override
+    static constexpr Identity kIdentity{3300000104,
+                                        "Surface",
+                                        "A diffuse surface, with emission and opacity [gpuSupport=(none)]",
+                                        {EXT_MATERIAL, EXT_BSDF}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == kSurfaceMaterialId) return static_cast<SurfaceMaterialInterface*>(this);
-        return OmbrixMaterial::getInterface(id);
+        p("diffuse", &Surface::diffuse, AColor{0.5f, 0.5f, 0.5f, 1.0f},
+          "The share of the light that is scattered, 0 to 1", "startRollout=(Surface)");
+        p("emission", &Surface::emission, AColor{0.0f, 0.0f, 0.0f, 1.0f},
+          "The light that the surface gives off by itself");
+        p("opacity", &Surface::opacity, AColor{1.0f, 1.0f, 1.0f, 1.0f},
+          "0 lets everything through, 1 nothing", "startRollout=(<EndRollout>)");
     }
 
     void frameBegin(OmbrixRenderer* renderer) override
     {
         OmbrixMaterial::frameBegin(renderer);
-        lighting = findInterface<SurfaceLightingInterface>(renderer, kSurfaceLightingId);
+        lighting = find<SurfaceLightingInterface>(renderer);
         opaque = !opacity || isPlainAndFull();
     }
 
@@ -68,11 +54,11 @@ public:
 
     void shade(ShadeRequest& request, const OmbrixContext& context) override
     {
-        const Color o = colorOr(opacity, kDefaultOpacity, context);
+        const Color o = colorOf(opacity, context);
         SurfaceSample sample;
         sample.opacity = {clampedOpacity(o.r), clampedOpacity(o.g), clampedOpacity(o.b)};
-        sample.diffuse = colorOr(diffuse, kDefaultDiffuse, context);
-        sample.emission = colorOr(emission, kDefaultEmission, context);
+        sample.diffuse = colorOf(diffuse, context);
+        sample.emission = colorOf(emission, context);
         if (lighting)
             lighting->shadeSurface(context, sample, &request.result);
         else
@@ -103,19 +89,13 @@ private:
         result->alphaTransparency = result->transparency;
     }
 
-    TextureInterface* diffuse = nullptr;
-    TextureInterface* emission = nullptr;
-    TextureInterface* opacity = nullptr;
+    ColorInput diffuse, emission, opacity;
 
     SurfaceLightingInterface* lighting = nullptr;
     bool opaque = true;
 };
 
-BuiltinDesc<Surface, SurfaceParams>
-    surfaceDesc({3300000104,
-                 "Surface",
-                 "A diffuse surface, with emission and opacity [gpuSupport=(none)]",
-                 {EXT_MATERIAL, EXT_BSDF}});
+BuiltinDesc<Surface> surfaceDesc;
 
 } // namespace
 

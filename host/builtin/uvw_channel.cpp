@@ -1,54 +1,44 @@
 // UVWChannel: a mapping channel of the shaded surface, as it is.
 
-#include "host/plugins/registry.h"
-
-#include <ombrix/plugin.h>
+#include "host/builtin/mapping.h"
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
 namespace {
 
-using OUtils::MappedSurface;
-using OUtils::OmbrixContext;
-using OUtils::UVWSample;
+using namespace OUtils;
 
-constexpr int kFirstChannel = 1;
-
-class UVWChannelParams : public OUtils::OmbrixParameterListDesc {
+class UVWChannel final : public OmbrixUVWGen {
 public:
-    UVWChannelParams()
-    {
-        addParamInt("channel", kFirstChannel, -1, "The surface's mapping channel; -1 is its lowest", nullptr);
-    }
-};
+    using OmbrixUVWGen::OmbrixUVWGen;
 
-MappedSurface* surfaceOf(const OmbrixContext& context)
-{
-    if (!context.surfaceObject) return nullptr;
-    return static_cast<MappedSurface*>(context.surfaceObject->getInterface(OUtils::EXT_MAPPED_SURFACE));
-}
+    static constexpr Identity kIdentity{
+        2019030110,
+        "UVWChannel",
+        "Gives a mapping channel of the surface as UVW coordinates [gpuSupport=(none)]",
+        {EXT_UVWGEN}};
 
-class UVWChannel : public OUtils::OmbrixUVWGen {
-public:
-    explicit UVWChannel(OUtils::OmbrixPluginDesc* desc) : OmbrixUVWGen(desc)
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("channel", &channel);
+        p("channel", &UVWChannel::channel, 1, "The surface's mapping channel; -1 is its lowest");
     }
 
     int evalUVW(const OmbrixContext& context, UVWSample* result) override
     {
         UVWSample sample;
-        const int valid = evalUVWForChannel(surfaceOf(context), context, &sample);
+        const int valid = evalUVWDerivs(context, &sample);
         if (valid) result->uvw = sample.uvw;
         return valid;
     }
     int evalUVWDerivs(const OmbrixContext& context, UVWSample* result) override
     {
-        return evalUVWForChannel(surfaceOf(context), context, result);
+        return evalUVWForChannel(mappedSurfaceOf(context), context, result);
     }
-    int evalUVWTransform(const OmbrixContext& context, OUtils::Transform* result) override
+    int evalUVWTransform(const OmbrixContext& context, Transform* result) override
     {
-        MappedSurface* surface = surfaceOf(context);
+        MappedSurface* surface = mappedSurfaceOf(context);
         return surface ? surface->getLocalUVWTransform(context, channel, result) : 0;
     }
     int evalUVWForChannel(MappedSurface* surface, const OmbrixContext& context, UVWSample* result) override
@@ -57,14 +47,10 @@ public:
     }
 
 private:
-    int channel = kFirstChannel;
+    int channel = 0;
 };
 
-BuiltinDesc<UVWChannel, UVWChannelParams>
-    uvwChannelDesc({2019030110,
-                    "UVWChannel",
-                    "Gives a mapping channel of the surface as UVW coordinates [gpuSupport=(none)]",
-                    {OUtils::EXT_UVWGEN}});
+BuiltinDesc<UVWChannel> uvwChannelDesc;
 
 } // namespace
 

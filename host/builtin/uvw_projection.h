@@ -2,6 +2,7 @@
 // derivatives and maps that follow from how an image is laid on a point.
 #pragma once
 
+#include "host/builtin/parameter_values.h"
 #include "host/builtin/projection.h"
 
 #include <ombrix/plugin.h>
@@ -11,15 +12,30 @@
 
 namespace ombrix {
 
-class UVWProjectionParams : public OUtils::OmbrixParameterListDesc {
-public:
-    UVWProjectionParams();
-};
+// What its warnings call it.
+inline constexpr const char* kProjection = "projection";
 
 class UVWProjection : public OUtils::OmbrixUVWGen {
 public:
-    // desc's parameterDesc is a UVWProjectionParams.
-    explicit UVWProjection(OUtils::OmbrixPluginDesc* desc);
+    using OmbrixUVWGen::OmbrixUVWGen;
+
+    // What the table of each projection begins with.
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        p("transform", &UVWProjection::transform, OUtils::TransformDefault{1, {}},
+          "The projector's place in its space. The projector is a cube from -1 to 1 on every axis, seen "
+          "from +z with +y up; scale, turn and move it onto the object. Animated values move it within the "
+          "shutter");
+        p("space", &UVWProjection::space, kWorldSpace,
+          "Where the projector stands: in the world, so that objects move through the image, or on the "
+          "shaded object, so that the image moves along. Where no object is shaded the point counts as "
+          "it is, relative to the scene origin",
+          "enum=(0:world; 1:object)");
+        p("wrap", &UVWProjection::wrap, true,
+          "Whether the coordinates go on beyond the image, so that it can repeat. If false, points "
+          "outside 0 to 1 have no valid coordinates");
+    }
 
     void frameBegin(OUtils::OmbrixRenderer* renderer) override;
     int evalUVW(const OUtils::OmbrixContext& context, OUtils::UVWSample* result) override;
@@ -34,9 +50,12 @@ protected:
     // Empty where the projection has no coordinates.
     virtual std::optional<ProjectedPoint> project(const LocalPoint& point) const = 0;
 
-    void warn(OUtils::OmbrixRenderer* renderer, const char* text);
-
 private:
+    enum Space : int {
+        kWorldSpace = 0,
+        kObjectSpace = 1,
+    };
+
     // From the world into the projector's space: linear (p - pivot) + shift.
     struct Projector {
         Matrix linear;
@@ -48,9 +67,8 @@ private:
     // The map from displacements around a point to coordinates. False when they are not valid.
     bool mapAt(const OUtils::OmbrixContext& context, const Vector& point, Transform* map) const;
 
-    OUtils::TraceTransform transform;
-    int space = 0;
-    int wrap = 1;
+    TimedTransform transform;
+    int space = 0, wrap = 0;
 
     // Of the frame.
     std::vector<Transform> placements{Transform{}}; // evenly spread over the shutter interval

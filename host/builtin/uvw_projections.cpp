@@ -1,7 +1,8 @@
 // The projections of Maya's projection node as UVW generators. w is 0 everywhere.
 
+#include "host/builtin/frame_values.h"
 #include "host/builtin/uvw_projection.h"
-#include "host/plugins/registry.h"
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
@@ -26,6 +27,13 @@ class UVWPlanar final : public UVWProjection {
 public:
     using UVWProjection::UVWProjection;
 
+    static constexpr Identity kIdentity{
+        2019030131,
+        "UVWPlanar",
+        "Projects along the projector's z: -1 to 1 on x and y shows the whole image, at any depth "
+        "[gpuSupport=(none)]",
+        {EXT_UVWGEN}};
+
 private:
     std::optional<ProjectedPoint> project(const LocalPoint& point) const override
     {
@@ -33,26 +41,29 @@ private:
     }
 };
 
-class UVWSphericalParams : public UVWProjectionParams {
-public:
-    UVWSphericalParams()
-    {
-        addParamFloat("u_angle", kDefaultAngleU, -1, kAngleUDescription, kAngleMetadata);
-        addParamFloat("v_angle", kDefaultAngleV, -1, kAngleVDescription, kHalfTurnMetadata);
-    }
-};
-
 class UVWSpherical final : public UVWProjection {
 public:
-    explicit UVWSpherical(OmbrixPluginDesc* desc) : UVWProjection(desc)
+    using UVWProjection::UVWProjection;
+
+    static constexpr Identity kIdentity{
+        2019030132,
+        "UVWSpherical",
+        "Projects from the inside of a ball: u is the longitude around the projector's y, v the "
+        "latitude [gpuSupport=(none)]",
+        {EXT_UVWGEN}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("u_angle", &u_angle);
-        paramList->setParamCache("v_angle", &v_angle);
+        UVWProjection::parameters(p);
+        p("u_angle", &UVWSpherical::u_angle, kDefaultAngleU, kAngleUDescription, kAngleMetadata);
+        p("v_angle", &UVWSpherical::v_angle, kDefaultAngleV, kAngleVDescription, kHalfTurnMetadata);
     }
+
     void frameBegin(OmbrixRenderer* renderer) override
     {
         UVWProjection::frameBegin(renderer);
-        if (!isUsable()) warn(renderer, kNoAngleWarning);
+        if (!isUsable()) warn(renderer, kProjection, *this, kNoAngleWarning);
     }
 
 private:
@@ -63,28 +74,31 @@ private:
         return projectSpherical(point.position, radians(u_angle), radians(v_angle));
     }
 
-    float u_angle = kDefaultAngleU;
-    float v_angle = kDefaultAngleV;
-};
-
-class UVWCylindricalParams : public UVWProjectionParams {
-public:
-    UVWCylindricalParams()
-    {
-        addParamFloat("u_angle", kDefaultAngleU, -1, kAngleUDescription, kAngleMetadata);
-    }
+    float u_angle = 0.0f, v_angle = 0.0f;
 };
 
 class UVWCylindrical final : public UVWProjection {
 public:
-    explicit UVWCylindrical(OmbrixPluginDesc* desc) : UVWProjection(desc)
+    using UVWProjection::UVWProjection;
+
+    static constexpr Identity kIdentity{
+        2019030133,
+        "UVWCylindrical",
+        "Projects from the inside of a tube: u is the angle around the projector's y, and -1 "
+        "to 1 on y is v from 0 to 1 [gpuSupport=(none)]",
+        {EXT_UVWGEN}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        paramList->setParamCache("u_angle", &u_angle);
+        UVWProjection::parameters(p);
+        p("u_angle", &UVWCylindrical::u_angle, kDefaultAngleU, kAngleUDescription, kAngleMetadata);
     }
+
     void frameBegin(OmbrixRenderer* renderer) override
     {
         UVWProjection::frameBegin(renderer);
-        if (!isUsable()) warn(renderer, kNoAngleWarning);
+        if (!isUsable()) warn(renderer, kProjection, *this, kNoAngleWarning);
     }
 
 private:
@@ -95,12 +109,19 @@ private:
         return projectCylindrical(point.position, radians(u_angle));
     }
 
-    float u_angle = kDefaultAngleU;
+    float u_angle = 0.0f;
 };
 
 class UVWBall final : public UVWProjection {
 public:
     using UVWProjection::UVWProjection;
+
+    static constexpr Identity kIdentity{
+        2019030134,
+        "UVWBall",
+        "Wraps the image around a ball from the front: its middle is at the projector's +z, and the "
+        "circle that fits into it is gathered in one point at -z [gpuSupport=(none)]",
+        {EXT_UVWGEN}};
 
 private:
     std::optional<ProjectedPoint> project(const LocalPoint& point) const override
@@ -113,6 +134,13 @@ class UVWCubic final : public UVWProjection {
 public:
     using UVWProjection::UVWProjection;
 
+    static constexpr Identity kIdentity{
+        2019030135,
+        "UVWCubic",
+        "Projects from the six sides of the projector's cube, the right way round from outside: a "
+        "point takes the side that it lies towards [gpuSupport=(none)]",
+        {EXT_UVWGEN}};
+
 private:
     std::optional<ProjectedPoint> project(const LocalPoint& point) const override
     {
@@ -124,6 +152,13 @@ class UVWTriPlanar final : public UVWProjection {
 public:
     using UVWProjection::UVWProjection;
 
+    static constexpr Identity kIdentity{
+        2019030136,
+        "UVWTriPlanar",
+        "Projects along the projector's three axes: a point takes the axis that its normal "
+        "follows most [gpuSupport=(none)]",
+        {EXT_UVWGEN}};
+
 private:
     std::optional<ProjectedPoint> project(const LocalPoint& point) const override
     {
@@ -131,42 +166,12 @@ private:
     }
 };
 
-BuiltinDesc<UVWPlanar, UVWProjectionParams>
-    uvwPlanarDesc({2019030131,
-                   "UVWPlanar",
-                   "Projects along the projector's z: -1 to 1 on x and y shows the whole image, at any depth "
-                   "[gpuSupport=(none)]",
-                   {EXT_UVWGEN}});
-BuiltinDesc<UVWSpherical, UVWSphericalParams> uvwSphericalDesc(
-    {2019030132,
-     "UVWSpherical",
-     "Projects from the inside of a ball: u is the longitude around the projector's y, v the "
-     "latitude [gpuSupport=(none)]",
-     {EXT_UVWGEN}});
-BuiltinDesc<UVWCylindrical, UVWCylindricalParams>
-    uvwCylindricalDesc({2019030133,
-                        "UVWCylindrical",
-                        "Projects from the inside of a tube: u is the angle around the projector's y, and -1 "
-                        "to 1 on y is v from 0 to 1 [gpuSupport=(none)]",
-                        {EXT_UVWGEN}});
-BuiltinDesc<UVWBall, UVWProjectionParams>
-    uvwBallDesc({2019030134,
-                 "UVWBall",
-                 "Wraps the image around a ball from the front: its middle is at the projector's +z, and the "
-                 "circle that fits into it is gathered in one point at -z [gpuSupport=(none)]",
-                 {EXT_UVWGEN}});
-BuiltinDesc<UVWCubic, UVWProjectionParams>
-    uvwCubicDesc({2019030135,
-                  "UVWCubic",
-                  "Projects from the six sides of the projector's cube, the right way round from outside: a "
-                  "point takes the side that it lies towards [gpuSupport=(none)]",
-                  {EXT_UVWGEN}});
-BuiltinDesc<UVWTriPlanar, UVWProjectionParams>
-    uvwTriPlanarDesc({2019030136,
-                      "UVWTriPlanar",
-                      "Projects along the projector's three axes: a point takes the axis that its normal "
-                      "follows most [gpuSupport=(none)]",
-                      {EXT_UVWGEN}});
+BuiltinDesc<UVWPlanar> uvwPlanarDesc;
+BuiltinDesc<UVWSpherical> uvwSphericalDesc;
+BuiltinDesc<UVWCylindrical> uvwCylindricalDesc;
+BuiltinDesc<UVWBall> uvwBallDesc;
+BuiltinDesc<UVWCubic> uvwCubicDesc;
+BuiltinDesc<UVWTriPlanar> uvwTriPlanarDesc;
 
 } // namespace
 

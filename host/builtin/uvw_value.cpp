@@ -1,75 +1,38 @@
 #include "host/builtin/uvw_value.h"
 
-#include "host/builtin/builtin_metadata.h"
 #include "host/builtin/context_override.h"
-#include "host/builtin/value_source.h"
-#include "host/plugins/registry.h"
+#include "host/builtin/mapping.h"
+#include "host/plugins/builtin_desc.h"
 
 namespace ombrix {
 
-namespace {
-
 using OUtils::OmbrixContext;
 using OUtils::UVWSample;
-using OUtils::Vector;
 
-class UVWValueParams : public OUtils::OmbrixParameterListDesc {
-public:
-    UVWValueParams()
-    {
-        addParamBool("valid", true, -1, "Whether the coordinates are valid", nullptr);
-        addParamTextureVector("uvw", Vector(), -1, "The coordinates", nullptr);
-        addParamTextureVector("du", Vector(), -1, "Their derivative along the first screen axis", nullptr);
-        addParamTextureVector("dv", Vector(), -1, "Their derivative along the second screen axis", nullptr);
-        addParamTextureVector("columns", Vector(), 0,
-                              "The three columns of the linear map from positions; unset, the identity",
-                              kThreeElementsMetadata);
-        declareSource(*this);
-    }
-};
-
-OUtils::Vector4 padded(const Vector& v)
+template <class Table>
+void UVWValue::parameters(Table& p)
 {
-    return {v.x, v.y, v.z, 0.0f};
-}
-
-Vector valueOf(OUtils::TextureVectorInterface* input, const OmbrixContext& context)
-{
-    Vector value;
-    if (input) input->evalVector(&value, context);
-    return value;
-}
-
-} // namespace
-
-UVWValue::UVWValue(OUtils::OmbrixPluginDesc* desc) : OmbrixUVWGen(desc)
-{
-    paramList->setParamCache("valid", &valid);
-    paramList->setParamCache("uvw", &uvw);
-    paramList->setParamCache("du", &du);
-    paramList->setParamCache("dv", &dv);
-}
-
-OUtils::PluginInterface* UVWValue::getInterface(OUtils::InterfaceId id)
-{
-    if (id == OUtils::EXT_RTTEX && sourceKindOf(*paramList) != SourceKind::None)
-        return static_cast<OUtils::RTTexInterface*>(this);
-    return OmbrixUVWGen::getInterface(id);
+    p("valid", &UVWValue::valid, true, "Whether the coordinates are valid");
+    p("uvw", &UVWValue::uvw, Vector{}, "The coordinates");
+    p("du", &UVWValue::du, Vector{}, "Their derivative along the first screen axis");
+    p("dv", &UVWValue::dv, Vector{}, "Their derivative along the second screen axis");
+    p("columns", &UVWValue::columns, OUtils::emptyList,
+      "The three columns of the linear map from positions; unset, the identity", kThreeElementsMetadata);
+    ValueTexture::parameters(p);
 }
 
 void UVWValue::frameBegin(OUtils::OmbrixRenderer* renderer)
 {
-    OmbrixUVWGen::frameBegin(renderer);
-    if (renderer) time = renderer->getFrameData().time;
-    columns = OUtils::Matrix();
-    OUtils::OmbrixPluginParameter* given = paramList->getParam("columns");
-    for (int i = 0; i < 3 && i < given->getCount(time); ++i)
-        columns.columns[i] = given->getVector(i, time);
+    ValueTexture::frameBegin(renderer);
+    linear = Matrix{};
+    const std::vector<Vector> given = columns.at(time);
+    for (std::size_t i = 0; i < given.size() && i < 3; ++i)
+        linear.columns[i] = given[i];
 }
 
 UVWOverride UVWValue::ownValue(const OmbrixContext& context) const
 {
-    return {valid != 0, valueOf(uvw, context), valueOf(du, context), valueOf(dv, context), columns};
+    return {valid != 0, uvw(context), du(context), dv(context), linear};
 }
 
 UVWOverride UVWValue::valueIn(const OmbrixContext& context) const
@@ -94,7 +57,7 @@ int UVWValue::evalUVWDerivs(const OmbrixContext& context, UVWSample* result)
     return value.valid ? 1 : 0;
 }
 
-int UVWValue::evalUVWTransform(const OmbrixContext& context, OUtils::Transform* result)
+int UVWValue::evalUVWTransform(const OmbrixContext& context, Transform* result)
 {
     const UVWOverride value = valueIn(context);
     result->matrix = value.columns;
@@ -102,19 +65,9 @@ int UVWValue::evalUVWTransform(const OmbrixContext& context, OUtils::Transform* 
     return value.valid ? 1 : 0;
 }
 
-int UVWValue::getSource(const char* name, const char* tag, const char* descriptor,
-                        OUtils::ShaderSource& source, OUtils::OCLData& /*data*/)
-{
-    return writeValueSource(*paramList, time, name, tag, descriptor, "", source);
-}
-
 namespace {
 
-BuiltinDesc<UVWValue, UVWValueParams>
-    uvwValueDesc({2019030106,
-                  "UVWValue",
-                  "Gives the same UVW coordinates at every point [gpuSupport=(partial)]",
-                  {OUtils::EXT_UVWGEN}});
+BuiltinDesc<UVWValue> uvwValueDesc;
 
 } // namespace
 

@@ -1,8 +1,6 @@
 #include "host/builtin/value_source.h"
 
-#include "host/builtin/builtin_metadata.h"
 #include "host/gpu/host_gpu.h"
-#include "host/params/host_parameters.h"
 
 #include <cstring>
 #include <string_view>
@@ -11,7 +9,6 @@ namespace ombrix {
 
 namespace {
 
-constexpr const char* kSourceParameter = "source";
 constexpr const char* kMaterialDescriptor = "MaterialDescriptor";
 
 // The text with every {name} and {tag} replaced. What is put in is not searched again.
@@ -36,33 +33,19 @@ std::string filledIn(std::string_view pattern, std::string_view name, std::strin
 
 } // namespace
 
-void declareSource(OUtils::OmbrixParameterListDesc& parameters)
+bool ValueSource::isNone() const
 {
-    parameters.addParamString(kSourceParameter, "", -1,
-                              "The GPU text, {name} and {tag} replaced; unset, the value of a color or a "
-                              "float as a constant; null, none",
-                              kNullableMetadata);
-}
-
-SourceKind sourceKindOf(OUtils::OmbrixParameterList& list)
-{
-    const auto* parameter = dynamic_cast<HostParameter*>(list.getParam(kSourceParameter));
-    if (!parameter || !parameter->value()) return SourceKind::Unset;
+    if (!isWritten()) return false;
     const std::vector<Value>& sample = parameter->value()->samples.front();
-    const bool none = sample.empty() || std::holds_alternative<std::monostate>(sample.front());
-    return none ? SourceKind::None : SourceKind::Text;
+    return sample.empty() || std::holds_alternative<std::monostate>(sample.front());
 }
 
-int writeValueSource(OUtils::OmbrixParameterList& list, double time, const char* name, const char* tag,
-                     const char* descriptor, const std::string& unsetText, OUtils::ShaderSource& source)
+int ValueSource::write(double time, const char* name, const char* tag, const char* descriptor,
+                       const std::string& unsetText, OUtils::ShaderSource& source) const
 {
     if (!descriptor || std::strcmp(descriptor, kMaterialDescriptor) != 0) return 0;
-    if (sourceKindOf(list) == SourceKind::Unset) {
-        source.append(unsetText.c_str());
-        return 1;
-    }
-    const std::string text = list.getParam(kSourceParameter)->getString(-1, time);
-    source.append(filledIn(text, name ? name : "", tag ? tag : "").c_str());
+    source.append(isWritten() ? filledIn(at(time), name ? name : "", tag ? tag : "").c_str()
+                              : unsetText.c_str());
     return 1;
 }
 

@@ -8,13 +8,10 @@
 
 namespace ombrix {
 
-inline constexpr OUtils::InterfaceId kMeshGeometryId = 0x4F4D4201;
-inline constexpr OUtils::InterfaceId kMapChannelSourceId = 0x4F4D4202;
-
 // A plugin that is a triangle mesh. Valid between frameBegin and frameEnd.
 class MeshGeometryInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kMeshGeometryId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4201;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Null when there is nothing to show.
@@ -24,7 +21,7 @@ public:
 // A plugin that gives a mesh a further mapping channel.
 class MapChannelSourceInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kMapChannelSourceId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4202;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // The channel at a time for a mesh whose triangles are known. Returns what is wrong, or an empty text.

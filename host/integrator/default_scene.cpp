@@ -36,9 +36,10 @@ struct ReferenceCollector final : OUtils::EnumParamsCallback {
     }
 };
 
-bool offers(const PluginInstance& instance, OUtils::InterfaceId id)
+template <class Interface>
+bool offers(const PluginInstance& instance)
 {
-    return instance.plugin->getInterface(id) != nullptr;
+    return OUtils::find<Interface>(instance.plugin) != nullptr;
 }
 
 std::set<PluginBase*> referredPlugins(const Scene& scene)
@@ -53,14 +54,14 @@ std::set<PluginBase*> referredPlugins(const Scene& scene)
 bool hasObjects(const Scene& scene)
 {
     for (const PluginInstance& instance : scene.instances())
-        if (offers(instance, kSceneNodeId) || offers(instance, kMeshGeometryId)) return true;
+        if (offers<SceneNodeInterface>(instance) || offers<MeshGeometryInterface>(instance)) return true;
     return false;
 }
 
 bool isShowable(const PluginInstance& instance)
 {
-    return offers(instance, OUtils::EXT_TEXTURE) || offers(instance, OUtils::EXT_TEXTURE_FLOAT) ||
-           offers(instance, OUtils::EXT_MATERIAL);
+    return offers<OUtils::TextureInterface>(instance) || offers<OUtils::TextureFloatInterface>(instance) ||
+           offers<OUtils::MaterialInterface>(instance);
 }
 
 class Studio {
@@ -71,8 +72,8 @@ public:
     {
         bool lit = false, viewed = false;
         for (const PluginInstance& instance : scene.instances()) {
-            lit = lit || offers(instance, kSceneLightId);
-            viewed = viewed || offers(instance, kSceneCameraId);
+            lit = lit || offers<SceneLightInterface>(instance);
+            viewed = viewed || offers<SceneCameraInterface>(instance);
         }
         const std::string look = materialFor(shown);
         addObject("ball", "shaderball_shell", look, {{"translate", {0.0, 1.35, 0.0}}});
@@ -105,8 +106,8 @@ private:
     // A material as it is, a texture as the diffuse input of one.
     std::string materialFor(const PluginInstance& shown)
     {
-        if (offers(shown, OUtils::EXT_MATERIAL)) return shown.name;
-        if (offers(shown, OUtils::EXT_TEXTURE)) return addMaterial("surface", shown.name);
+        if (offers<OUtils::MaterialInterface>(shown)) return shown.name;
+        if (offers<OUtils::TextureInterface>(shown)) return addMaterial("surface", shown.name);
         const std::string grey =
             add("grey", "FloatsToColor", {{"red", shown.name}, {"green", shown.name}, {"blue", shown.name}});
         return addMaterial("surface", grey);
@@ -143,7 +144,7 @@ void tellCamera(const Scene& scene, Diagnostics& diagnostics)
 {
     std::vector<std::string> names;
     for (const PluginInstance& instance : scene.instances())
-        if (offers(instance, kSceneCameraId)) names.push_back(instance.name);
+        if (offers<SceneCameraInterface>(instance)) names.push_back(instance.name);
     if (names.size() < 2) return;
     const std::string used = names.front();
     names.erase(names.begin());

@@ -169,7 +169,7 @@ void PathTracer::noteFirstHit(FirstHit& first, const HostContext& context, const
     first.normal = context.normal;
     first.depth = dot(context.shadePoint - path.eye, world->camera().forward(path.ray.time));
     if (!uvwWanted) return;
-    auto* surface = findInterface<OUtils::MappedSurface>(context.surfaceObject, OUtils::EXT_MAPPED_SURFACE);
+    auto* surface = OUtils::find<OUtils::MappedSurface>(context.surfaceObject);
     OUtils::UVWSample sample;
     if (surface && surface->getLocalUVW(context, -1, &sample))
         first.uvw = {sample.uvw.x, sample.uvw.y, sample.uvw.z};

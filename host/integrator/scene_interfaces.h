@@ -16,16 +16,10 @@ namespace ombrix {
 
 class EnvironmentMap;
 
-inline constexpr OUtils::InterfaceId kSceneNodeId = 0x4F4D4203;
-inline constexpr OUtils::InterfaceId kSurfaceMaterialId = 0x4F4D4204;
-inline constexpr OUtils::InterfaceId kSceneLightId = 0x4F4D4205;
-inline constexpr OUtils::InterfaceId kSceneCameraId = 0x4F4D4206;
-inline constexpr OUtils::InterfaceId kSurfaceLightingId = 0x4F4D4207;
-
 // What is instanced.
 class SceneNodeInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kSceneNodeId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4203;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     virtual bool isVisible() = 0;
@@ -39,7 +33,7 @@ public:
 // through.
 class SurfaceMaterialInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kSurfaceMaterialId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4204;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Whether no point of it lets anything through.
@@ -57,7 +51,7 @@ struct SurfaceSample {
 // surfaces unlit.
 class SurfaceLightingInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kSurfaceLightingId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4207;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Fills the record with what leaves the context's point towards the eye. Call on the context's thread.
@@ -83,7 +77,7 @@ struct LightDescription {
 
 class SceneLightInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kSceneLightId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4205;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     virtual LightDescription describe() = 0;
@@ -98,18 +92,11 @@ struct CameraPose {
 
 class SceneCameraInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kSceneCameraId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4206;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // Evenly spread over the shutter interval; at least one.
     virtual std::span<const CameraPose> getPoses() = 0;
 };
-
-// The interface of an object by its class and id; null for null, and where it is not offered.
-template <class Interface>
-Interface* findInterface(OUtils::PluginBase* object, OUtils::InterfaceId id)
-{
-    return object ? static_cast<Interface*>(object->getInterface(id)) : nullptr;
-}
 
 } // namespace ombrix

@@ -17,10 +17,9 @@ World::World(const std::vector<PluginInstance>& instances, const OUtils::FrameDa
     bool cameraFound = false;
     for (const PluginInstance& instance : instances) {
         OUtils::PluginBase* const plugin = instance.plugin;
-        if (auto* node = findInterface<SceneNodeInterface>(plugin, kSceneNodeId)) addNode(plugin, *node);
-        if (auto* light = findInterface<SceneLightInterface>(plugin, kSceneLightId))
-            lightList.push_back(light->describe());
-        auto* camera = findInterface<SceneCameraInterface>(plugin, kSceneCameraId);
+        if (auto* node = OUtils::find<SceneNodeInterface>(plugin)) addNode(plugin, *node);
+        if (auto* light = OUtils::find<SceneLightInterface>(plugin)) lightList.push_back(light->describe());
+        auto* camera = OUtils::find<SceneCameraInterface>(plugin);
         if (camera && !cameraFound) {
             poses.assign(camera->getPoses().begin(), camera->getPoses().end());
             cameraFound = true;
@@ -50,8 +49,7 @@ void World::addNode(OUtils::PluginBase* plugin, SceneNodeInterface& node)
     added.normalMatrix = cofactors(added.samples.front().matrix);
     added.mirrored = determinant(added.samples.front().matrix) < 0.0f;
     if (added.material) {
-        auto* surface =
-            findInterface<SurfaceMaterialInterface>(added.material->getPlugin(), kSurfaceMaterialId);
+        auto* surface = OUtils::find<SurfaceMaterialInterface>(added.material->getPlugin());
         added.transmits = !surface || !surface->isOpaque();
     }
     for (const Transform& sample : added.samples)

@@ -3,6 +3,7 @@
 #include "host/errors/errors.h"
 #include "host/image/image_formats.h"
 #include "host/log/log.h"
+#include "host/plugins/builtin_desc.h"
 #include "host/plugins/elf_symbols.h"
 
 #include <ombrix/exception_msg.h>
@@ -19,9 +20,6 @@ using OUtils::PluginDesc;
 namespace {
 
 constexpr const char* kPluginPathVariable = "OMBRIX_PLUGIN_PATH";
-
-// Zero before any initialiser runs: descriptors of other files link themselves in before main.
-constinit BuiltinDescBase* firstBuiltin = nullptr;
 
 // Hands a library's descriptors to the registry; stops at the first one that is refused.
 class Registration final : public OUtils::EnumPluginsCallback {
@@ -139,7 +137,7 @@ struct PluginRegistry::State {
 
 PluginRegistry::PluginRegistry() : state(std::make_unique<State>())
 {
-    for (BuiltinDescBase* desc = BuiltinDescBase::first(); desc; desc = desc->next)
+    for (PluginDesc* desc : BuiltinEntry::all())
         desc->registerPlugin(this);
     if (!state->refusal.empty()) throw LibraryError{"the host's own plug-ins: " + state->refusal};
 }
@@ -266,25 +264,6 @@ int PluginRegistry::addParameters(PluginDesc* desc, OUtils::OmbrixParameterListD
     if (!plugin) return 0;
     plugin->parameters = parameters;
     return 1;
-}
-
-BuiltinDescBase::BuiltinDescBase() : next(firstBuiltin)
-{
-    firstBuiltin = this;
-}
-
-BuiltinDescBase::~BuiltinDescBase()
-{
-    for (BuiltinDescBase** link = &firstBuiltin; *link; link = &(*link)->next) {
-        if (*link != this) continue;
-        *link = next;
-        return;
-    }
-}
-
-BuiltinDescBase* BuiltinDescBase::first()
-{
-    return firstBuiltin;
 }
 
 } // namespace ombrix

@@ -8,19 +8,17 @@
 
 namespace ombrix {
 
-// The host's own, no part of the contract with plug-in libraries.
-inline constexpr OUtils::InterfaceId kContentsCheckId = 0x4F4D4208;
-
 struct ContentsProblem {
     std::string parameter; // that it shows in
     std::string text;      // what is wrong and what to write instead
 };
 
 // Asked when the scene has written all parameters of all plugins, before any frame and after each "set" of
-// a probe. What is wrong then is an error of the file.
+// a probe. What is wrong then is an error of the file. The id is the host's own and no part of the contract
+// with plug-in libraries.
 class ContentsCheckInterface : public OUtils::PluginInterface {
 public:
-    static constexpr OUtils::InterfaceId kId = kContentsCheckId;
+    static constexpr OUtils::InterfaceId kId = 0x4F4D4208;
     OUtils::InterfaceId getInterfaceID() override { return kId; }
 
     // The first thing that is wrong with the written values at any time. Throws WorkError when a file that

@@ -60,7 +60,7 @@ const PluginInstance* shadowedOwner(const InstanceMap& instances, std::string_vi
 ContentsCheckInterface* contentsCheckOf(const PluginInstance& instance)
 {
     if (!instance.kind->builtin) return nullptr;
-    return static_cast<ContentsCheckInterface*>(instance.plugin->getInterface(kContentsCheckId));
+    return OUtils::find<ContentsCheckInterface>(instance.plugin);
 }
 
 OUtils::PluginInterface* SceneObject::getInterface(OUtils::InterfaceId id) const

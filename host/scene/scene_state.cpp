@@ -178,8 +178,7 @@ const PluginInstance* Scene::State::create(const JsonPlace& place, const std::st
         throw;
     }
     created.push_back(&instance);
-    instance.life =
-        static_cast<OUtils::OmbrixPluginInterface*>(instance.plugin->getInterface(OUtils::EXT_OMBRIX_PLUGIN));
+    instance.life = OUtils::find<OUtils::OmbrixPluginInterface>(instance.plugin);
     if (!instance.life) {
         place.error(
             fmt::format("{} offers no EXT_OMBRIX_PLUGIN, so a scene cannot hold it", kind->desc->getName()));

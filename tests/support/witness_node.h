@@ -3,10 +3,11 @@
 #pragma once
 
 #include "host/builtin/builtin_metadata.h"
-#include "host/plugins/registry.h"
+#include "host/builtin/parameter_values.h"
+#include "host/plugins/builtin_desc.h"
 
 #include <ombrix/exception_msg.h>
-#include <ombrix/plugin.h>
+#include <ombrix/world_interfaces.h>
 
 #include <string>
 #include <vector>
@@ -15,34 +16,6 @@ namespace support {
 
 // Every call of every witness' life, "NAME.renderBegin" and so on, and "NAME.deleted".
 inline std::vector<std::string> witnessCalls;
-
-class WitnessParams : public OUtils::OmbrixParameterListDesc {
-public:
-    WitnessParams()
-    {
-        addParamBool("flag", false, -1, nullptr, nullptr);
-        addParamInt("mode", 0, -1, "What to do", "enum=(0:Plain; 1:Billow; 2:Wave), startRollout=(Looks)");
-        addParamInt("count", 3, -1, nullptr, "minValue=(0), maxValue=(9)");
-        addParamFloat("amount", 0.1f, -1, nullptr, "units=(radians), quantityType=(angle)");
-        addParamColor("tint", {0.5f, 0.25f, 1.0f}, -1, nullptr, nullptr);
-        addParamString("text", "", -1, nullptr, nullptr);
-        addParamString("file", "", -1, nullptr, ombrix::kFileMetadata);
-        addParamTransform("matrix", 0, {}, -1, nullptr, nullptr);
-        addParamInt("ints", 0, 0, nullptr, nullptr);
-        addParamFloat("floats", 0.0f, 0, nullptr, nullptr);
-        addParamTexture("input", -1, nullptr, nullptr);
-        addParamTextureFloat("weight", 1.0f, -1, nullptr, nullptr);
-        addParamTextureInt("choice", 0, -1, nullptr, "enum=(0:off; 1:on)");
-        addParamTextureVector("vectors", {}, 0, nullptr, ombrix::kThreeElementsMetadata);
-        addParamPlugin("object", OUtils::EXT_WORLD_MATRIX, -1, nullptr, nullptr);
-        addParamPlugin("objects", OUtils::EXT_WORLD_MATRIX, 0, nullptr, nullptr);
-        addParamPlugin(
-            "layers", OUtils::EXT_TEXTURE, 0, nullptr,
-            "enable=(::mode=1, ::flag=1; ::mode=2), displayName=(Layers); startRollout=(<EndRollout>)");
-        addOutputParamTextureFloat("out_amount", nullptr, nullptr);
-        addOutputParamTextureFloat("out_silent", nullptr, nullptr);
-    }
-};
 
 // The amount as a float texture.
 class WitnessOutput : public OUtils::PluginBase, public OUtils::TextureFloatInterface {
@@ -56,24 +29,39 @@ public:
     float amount = 0.0f;
 };
 
-class Witness : public OUtils::OmbrixTexture, public OUtils::RTTexInterface {
+class Witness final : public OUtils::Offers<OUtils::OmbrixTexture, OUtils::RTTexInterface> {
 public:
-    explicit Witness(OUtils::OmbrixPluginDesc* desc) : OmbrixTexture(desc)
-    {
-        paramList->setParamCache("amount", &amount);
-        paramList->setParamCache("text", &text);
-        paramList->setParamCache("object", &object);
-        paramList->setParamCache("objects", &objects);
-        paramList->setOutputParamCache("out_amount", &output);
-    }
+    using Offers::Offers;
     ~Witness() override { tell("deleted"); }
 
-    OUtils::PluginBase* getPlugin() override { return this; }
-    OUtils::PluginInterface* getInterface(OUtils::InterfaceId id) override
+    static constexpr OUtils::Identity kIdentity{
+        90001, "Witness", "Tells what happens [gpuSupport=(none)]", {OUtils::EXT_TEXTURE}};
+
+    template <class Table>
+    static void parameters(Table& p)
     {
-        if (id == OUtils::EXT_RTTEX) return static_cast<OUtils::RTTexInterface*>(this);
-        return OmbrixTexture::getInterface(id);
+        using namespace OUtils;
+        p("flag", unbound<int>, false);
+        p("mode", unbound<int>, 0, "What to do", "enum=(0:Plain; 1:Billow; 2:Wave), startRollout=(Looks)");
+        p("count", unbound<int>, 3, nullptr, "minValue=(0), maxValue=(9)");
+        p("amount", &Witness::amount, 0.1f, nullptr, "units=(radians), quantityType=(angle)");
+        p("tint", unbound<Color3f>, Color{0.5f, 0.25f, 1.0f});
+        p("text", &Witness::text, "");
+        p("file", unbound<CharString>, "", nullptr, ombrix::kFileMetadata);
+        p("matrix", unbound<TraceTransform>, TransformDefault{});
+        p("ints", unbound<PtrArray<int>>, emptyList);
+        p("floats", unbound<PtrArray<float>>, emptyList);
+        p("input", unbound<ColorInput>, noDefault);
+        p("weight", unbound<FloatInput>, 1.0f);
+        p("choice", unbound<IntInput>, 0, nullptr, "enum=(0:off; 1:on)");
+        p("vectors", unbound<ombrix::TimedVectors>, emptyList, nullptr, ombrix::kThreeElementsMetadata);
+        p("object", unbound<PluginInput<WorldMatrixInterface>>, noDefault);
+        p("objects", unbound<PluginListInput<WorldMatrixInterface>>, emptyList);
+        p("layers", unbound<PluginListInput<TextureInterface>>, emptyList, nullptr,
+          "enable=(::mode=1, ::flag=1; ::mode=2), displayName=(Layers); startRollout=(<EndRollout>)");
+        p.output("out_amount", &Witness::output);
     }
+
     // Adds a bitmap of a white and a dark blue pixel, with a hash when it is asked as "hashed".
     int getSource(const char* name, const char* tag, const char* descriptor, OUtils::ShaderSource& source,
                   OUtils::OCLData& data) override
@@ -105,7 +93,7 @@ public:
     }
     void frameBegin(OUtils::OmbrixRenderer* renderer) override
     {
-        OmbrixTexture::frameBegin(renderer);
+        Offers::frameBegin(renderer);
         tell("frameBegin");
         output.amount = amount;
         if (std::string(text.str()) == "throw") throw OUtils::ExceptionMsg("no %s today", getPluginName());
@@ -118,9 +106,6 @@ public:
         renderer->getLogger()->log(OUtils::LogLevel::Info, "all done");
     }
 
-    OUtils::PluginBase* object = nullptr;
-    OUtils::OmbrixPluginList objects;
-
 private:
     void tell(const char* call)
     {
@@ -132,30 +117,41 @@ private:
     WitnessOutput output;
 };
 
-class NeedyParams : public OUtils::OmbrixParameterListDesc {
+// The witness' parameters, and an output that no object answers.
+class WitnessParams : public OUtils::KindParams<Witness> {
 public:
-    NeedyParams() { addParamString("file", "", -1, nullptr, ombrix::kRequiredFileMetadata); }
+    WitnessParams() { addOutputParamTextureFloat("out_silent", nullptr, nullptr); }
 };
-class Needy : public OUtils::OmbrixPlugin {
+
+class Needy final : public OUtils::OmbrixPlugin {
 public:
     using OmbrixPlugin::OmbrixPlugin;
+
+    static constexpr OUtils::Identity kIdentity{90002, "Needy", "Needs a file [gpuSupport=(none)]", {}};
+
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        p("file", OUtils::unbound<OUtils::CharString>, "", nullptr, ombrix::kRequiredFileMetadata);
+    }
 };
 
 // An object of the scene that refers on to what it looks like, as a Node does.
-class HolderParams : public OUtils::OmbrixParameterListDesc {
-public:
-    HolderParams() { addParamPlugin("look", OUtils::EXT_TEXTURE, -1, nullptr, nullptr); }
-};
-class Holder : public OUtils::OmbrixPlugin {
+class Holder final : public OUtils::OmbrixPlugin {
 public:
     using OmbrixPlugin::OmbrixPlugin;
+
+    static constexpr OUtils::Identity kIdentity{90003, "Holder", "Holds a look [gpuSupport=(none)]", {}};
+
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        p("look", OUtils::unbound<OUtils::PluginInput<OUtils::TextureInterface>>, OUtils::noDefault);
+    }
 };
 
-inline ombrix::BuiltinDesc<Witness, WitnessParams>
-    witnessDesc({90001, "Witness", "Tells what happens [gpuSupport=(none)]", {OUtils::EXT_TEXTURE}});
-inline ombrix::BuiltinDesc<Needy, NeedyParams>
-    needyDesc({90002, "Needy", "Needs a file [gpuSupport=(none)]", {}});
-inline ombrix::BuiltinDesc<Holder, HolderParams>
-    holderDesc({90003, "Holder", "Holds a look [gpuSupport=(none)]", {}});
+inline ombrix::BuiltinDesc<Witness, WitnessParams> witnessDesc;
+inline ombrix::BuiltinDesc<Needy> needyDesc;
+inline ombrix::BuiltinDesc<Holder> holderDesc;
 
 } // namespace support

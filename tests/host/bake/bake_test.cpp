@@ -52,7 +52,7 @@ protected:
 
 AColor placeOf(const OmbrixContext& context)
 {
-    auto* surface = static_cast<MappedSurface*>(context.surfaceObject->getInterface(EXT_MAPPED_SURFACE));
+    auto* surface = find<MappedSurface>(context.surfaceObject);
     Transform map;
     surface->getLocalUVWTransform(context, -1, &map);
     return {context.shadePoint.x, context.shadePoint.y, map.offset.x, map.offset.y};
@@ -81,7 +81,7 @@ TEST_F(Bake, AContextIsThatOfAFlatUnfilteredSquare)
     std::atomic<int> wrong{0};
     bake(
         [&](const OmbrixContext& c) {
-            auto* surface = static_cast<MappedSurface*>(c.surfaceObject->getInterface(EXT_MAPPED_SURFACE));
+            auto* surface = find<MappedSurface>(c.surfaceObject);
             UVWSample sample;
             const bool mapped = surface->getLocalUVW(c, 3, &sample) != 0;
             const bool right = mapped && sample.uvw.x == c.shadePoint.x && sample.du.x == 0.2f &&

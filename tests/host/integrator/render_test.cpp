@@ -1,7 +1,7 @@
 // The render as a whole: threads, passes, interruption, motion, and what textures see of it.
 
 #include "host/integrator/shading_point.h"
-#include "host/plugins/registry.h"
+#include "host/plugins/builtin_desc.h"
 #include "rendered_scene.h"
 
 #include <ombrix/world_interfaces.h>
@@ -25,15 +25,21 @@ struct SeenContext {
 };
 std::vector<SeenContext> seenContexts;
 
-class RecorderParams : public OUtils::OmbrixParameterListDesc {};
-
 class Recorder : public OUtils::OmbrixMaterial {
 public:
     using OmbrixMaterial::OmbrixMaterial;
+
+    static constexpr OUtils::Identity kIdentity{3399990001, "TestRecorder", "", {OUtils::EXT_MATERIAL}};
+
+    template <class Table>
+    static void parameters(Table& /*p*/)
+    {
+    }
+
     void frameBegin(OUtils::OmbrixRenderer* renderer) override
     {
         OmbrixMaterial::frameBegin(renderer);
-        lighting = findInterface<SurfaceLightingInterface>(renderer, kSurfaceLightingId);
+        lighting = OUtils::find<SurfaceLightingInterface>(renderer);
     }
     void shade(OUtils::ShadeRequest& request, const OUtils::OmbrixContext& context) override
     {
@@ -51,7 +57,7 @@ public:
 private:
     SurfaceLightingInterface* lighting = nullptr;
 };
-BuiltinDesc<Recorder, RecorderParams> recorderDesc({3399990001, "TestRecorder", "", {OUtils::EXT_MATERIAL}});
+BuiltinDesc<Recorder> recorderDesc;
 
 std::string twoBalls()
 {
@@ -127,7 +133,7 @@ TEST(Render, TheSurfacesMapFollowsTheHitPoint)
         fillAt(there, x + 0.05f, y);
         if (here.faceIndex != there.faceIndex) continue;
         ++compared;
-        auto* surface = findInterface<OUtils::MappedSurface>(here.surfaceObject, OUtils::EXT_MAPPED_SURFACE);
+        auto* surface = OUtils::find<OUtils::MappedSurface>(here.surfaceObject);
         Transform map;
         OUtils::UVWSample expected, before;
         ASSERT_NE(surface->getLocalUVWTransform(here, -1, &map), 0);
@@ -169,8 +175,7 @@ TEST(Render, MovingNodesAreSpreadOverTheShutter)
     RenderedScene still(ball("", moving) + camera, R"("frame": 0.5)");
     EXPECT_NEAR(still.image(60, 60, 4, Layer::Alpha).pixel(30, 30)[0], 1.0f, 1e-6f);
     // Where a node stands is told at the time that is asked for.
-    auto* matrix = findInterface<OUtils::WorldMatrixInterface>(scene.scene->find("node")->plugin,
-                                                               OUtils::EXT_WORLD_MATRIX);
+    auto* matrix = OUtils::find<OUtils::WorldMatrixInterface>(scene.scene->find("node")->plugin);
     HostContext context;
     context.rayTime = 0.25;
     TraceTransform place;

@@ -23,8 +23,7 @@ std::string meshWith(const std::string& params)
 
 const MeshData* meshOf(const RenderedScene& scene)
 {
-    return findInterface<MeshGeometryInterface>(scene.scene->find("mesh")->plugin, kMeshGeometryId)
-        ->getMesh();
+    return OUtils::find<MeshGeometryInterface>(scene.scene->find("mesh")->plugin)->getMesh();
 }
 
 constexpr const char* kSquare = R"("positions": [[0,0,0],[1,0,0],[1,1,0],[0,1,0]], )";
@@ -84,8 +83,7 @@ TEST(Mesh, FurtherChannelsHaveNumbersAndNames)
     ASSERT_NE(meshOf(scene), nullptr);
     EXPECT_EQ(meshOf(scene)->channelNamed("dirt")->number, 5);
     // A texture asks the surface by the name's id, or by the number.
-    auto* surface =
-        findInterface<OUtils::MappedSurface>(scene.scene->find("node")->plugin, OUtils::EXT_MAPPED_SURFACE);
+    auto* surface = OUtils::find<OUtils::MappedSurface>(scene.scene->find("node")->plugin);
     HostContext context;
     context.barycentric[0] = 0.5f;
     context.barycentric[1] = 0.5f;

@@ -32,7 +32,7 @@ TEST(ConstantTextures, AColorIsItsOwnBounds)
 {
     const auto texture = makeConstantTexture(Declaration::Texture);
     texture->set(AColor{1, 2, 3, 4});
-    auto* color = static_cast<TextureInterface*>(texture->getInterface(EXT_TEXTURE));
+    auto* color = find<TextureInterface>(texture.get());
     ASSERT_EQ(color, texture->texture());
     EXPECT_EQ(color->getPlugin(), texture.get());
     AColor value, lower, upper, gradient{9, 9, 9, 9};
@@ -59,7 +59,7 @@ TEST(ConstantTextures, FloatsIntsTransformsAndVectorsGiveTheirValue)
 {
     const auto number = makeConstantTexture(Declaration::TextureFloat);
     number->set(0.5f);
-    auto* asFloat = static_cast<TextureFloatInterface*>(number->getInterface(EXT_TEXTURE_FLOAT));
+    auto* asFloat = find<TextureFloatInterface>(number.get());
     float lower = 0, upper = 0;
     asFloat->evalFloatBounds(&lower, &upper);
     EXPECT_EQ(asFloat->evalFloat(HostContext()), 0.5f);
@@ -68,7 +68,7 @@ TEST(ConstantTextures, FloatsIntsTransformsAndVectorsGiveTheirValue)
 
     const auto vector = makeConstantTexture(Declaration::TextureVector);
     vector->set(Vector{1, 2, 3});
-    auto* asVector = static_cast<TextureVectorInterface*>(vector->getInterface(EXT_TEXTURE_VECTOR));
+    auto* asVector = find<TextureVectorInterface>(vector.get());
     Vector low, high;
     asVector->evalVectorBounds(&low, &high);
     EXPECT_EQ(low.y, 2.0f);
@@ -76,16 +76,14 @@ TEST(ConstantTextures, FloatsIntsTransformsAndVectorsGiveTheirValue)
 
     const auto index = makeConstantTexture(Declaration::TextureInt);
     index->set(6);
-    EXPECT_EQ(static_cast<TextureIntInterface*>(index->getInterface(EXT_TEXTURE_INT))->evalInt(HostContext()),
-              6);
+    EXPECT_EQ(find<TextureIntInterface>(index.get())->evalInt(HostContext()), 6);
 
     const auto place = makeConstantTexture(Declaration::TextureTransform);
     TraceTransform moved;
     moved.offset = {0.5, 1, 2};
     place->set(moved);
     Transform result;
-    static_cast<TextureTransformInterface*>(place->getInterface(EXT_TEXTURE_TRANSFORM))
-        ->evalTransform(&result, HostContext());
+    find<TextureTransformInterface>(place.get())->evalTransform(&result, HostContext());
     EXPECT_EQ(result.offset.x, 0.5f);
     EXPECT_EQ(makeConstantTexture(Declaration::Float), nullptr);
 }

@@ -1,3 +1,4 @@
+#include "host/plugins/builtin_desc.h"
 #include "host/plugins/registry.h"
 
 #include "host/errors/errors.h"
@@ -328,19 +329,35 @@ TEST(ElfSymbols, LibrariesThatAreCutShortAreToldBeforeTheyAreOpened)
     EXPECT_EQ(findLibraryProblem("/dev/null"), "it is no shared library");
 }
 
-class BuiltinParams : public OUtils::OmbrixParameterListDesc {
-public:
-    BuiltinParams() { addParamInt("value", 3, -1, nullptr, nullptr); }
-};
-class BuiltinInstance : public OUtils::OmbrixPlugin {
+class SampleBuiltin : public OUtils::OmbrixPlugin {
 public:
     using OmbrixPlugin::OmbrixPlugin;
+
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        p("value", OUtils::unbound<int>, 3);
+    }
 };
-using SampleBuiltin = BuiltinDesc<BuiltinInstance, BuiltinParams>;
+class FirstByName final : public SampleBuiltin {
+public:
+    using SampleBuiltin::SampleBuiltin;
+    static constexpr OUtils::Identity kIdentity{9001, "AaaBuiltin", "Of the host", {OUtils::EXT_TEXTURE}};
+};
+class NameOfALibrarys final : public SampleBuiltin {
+public:
+    using SampleBuiltin::SampleBuiltin;
+    static constexpr OUtils::Identity kIdentity{9001, "SampleA", "Of the host", {}};
+};
+class Ending final : public SampleBuiltin {
+public:
+    using SampleBuiltin::SampleBuiltin;
+    static constexpr OUtils::Identity kIdentity{9002, "Gone", "Of the host", {}};
+};
 
 TEST(Builtins, EveryRegistryKnowsThem)
 {
-    SampleBuiltin builtin({9001, "AaaBuiltin", "Of the host", {OUtils::EXT_TEXTURE}});
+    BuiltinDesc<FirstByName> builtin;
     PluginRegistry first, second;
     first.loadLibrary(fixture("two_kinds"));
     const RegisteredPlugin* kind = second.find("AaaBuiltin");
@@ -358,7 +375,7 @@ TEST(Builtins, EveryRegistryKnowsThem)
 
 TEST(Builtins, ALibraryCannotTakeTheirNames)
 {
-    SampleBuiltin builtin({9001, "SampleA", "Of the host", {}});
+    const BuiltinDesc<NameOfALibrarys> builtin;
     PluginRegistry registry;
     EXPECT_NE(errorOf(registry, fixture("two_kinds"))
                   .find("the plug-in name \"SampleA\" is already taken by the host"),
@@ -368,7 +385,7 @@ TEST(Builtins, ALibraryCannotTakeTheirNames)
 TEST(Builtins, AnEndedDescriptorIsForgotten)
 {
     {
-        SampleBuiltin builtin({9002, "Gone", "Of the host", {}});
+        const BuiltinDesc<Ending> builtin;
         EXPECT_NE(PluginRegistry().find("Gone"), nullptr);
     }
     EXPECT_EQ(PluginRegistry().find("Gone"), nullptr);

@@ -30,8 +30,7 @@ protected:
     OUtils::MapChannelNames& names() { return *renderer.getMapChannelNames(); }
     static MappedSurface* mappingOf(OUtils::PluginBase* object)
     {
-        return object ? static_cast<MappedSurface*>(object->getInterface(OUtils::EXT_MAPPED_SURFACE))
-                      : nullptr;
+        return OUtils::find<MappedSurface>(object);
     }
     bool refused(const std::string& text)
     {

@@ -261,7 +261,7 @@ TEST(UVWGenMayaPlace2dTexture, PassesAGivenSurfacesOwnCoordinatesOn)
 TEST(UVWGenMayaPlace2dTexture, SharesTheNoiseOfTheRender)
 {
     PlaceNode node;
-    auto* noise = static_cast<nezaiva::NoiseInterface*>(node.renderer.getInterface(EXT_COMMON_TEXTURE_NOISE));
+    auto* noise = find<nezaiva::NoiseInterface>(&node.renderer);
     ASSERT_NE(noise, nullptr);
     EXPECT_EQ(noise->references, 1);
     nezaiva::acquireSharedNoise(node.renderer);
