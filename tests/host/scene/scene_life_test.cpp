@@ -1,9 +1,9 @@
 #include "host/scene/scene_life.h"
 
 #include "host/errors/errors.h"
+#include "host/plugins/builtin_desc.h"
 
 #include <ombrix/exception_msg.h>
-#include <ombrix/plugin.h>
 
 #include <gtest/gtest.h>
 
@@ -16,19 +16,19 @@ using Calls = std::vector<std::string>;
 // Every call of every teller's life, "NAME.renderBegin" and so on.
 Calls calls;
 
-class TellerParams : public OUtils::OmbrixParameterListDesc {
-public:
-    TellerParams()
-    {
-        addParamString("throws_in", "", -1, "The call that throws", nullptr);
-        addParamString("what", "message", -1, "What it throws: message, work or number", nullptr);
-        addParamPlugin("after", OUtils::EXT_OMBRIX_PLUGIN, -1, "A plugin that lives before it", nullptr);
-    }
-};
-
 class Teller : public OUtils::OmbrixPlugin {
 public:
     using OmbrixPlugin::OmbrixPlugin;
+
+    static constexpr OUtils::Identity kIdentity{90004, "Teller", "Tells its life [gpuSupport=(none)]", {}};
+
+    template <class Table>
+    static void parameters(Table& p)
+    {
+        p("throws_in", &Teller::throws_in, "", "The call that throws");
+        p("what", &Teller::what, "message", "What it throws: message, work or number");
+        p("after", &Teller::after, OUtils::noDefault, "A plugin that lives before it");
+    }
 
     void renderBegin(OUtils::OmbrixRenderer*) override { tell("renderBegin"); }
     void frameBegin(OUtils::OmbrixRenderer* renderer) override
@@ -44,14 +44,18 @@ private:
     {
         calls.push_back(std::string(getPluginName()) + "." + call);
         if (call != paramList->getParam("throws_in")->getString(-1, 0)) return;
-        const std::string what = paramList->getParam("what")->getString(-1, 0);
-        if (what == "work") throw WorkError("the disk is full");
-        if (what == "number") throw 7;
+        const std::string thrown = paramList->getParam("what")->getString(-1, 0);
+        if (thrown == "work") throw WorkError("the disk is full");
+        if (thrown == "number") throw 7;
         throw OUtils::ExceptionMsg("no %s of %s", call.c_str(), getPluginName());
     }
+
+    // Read through the list, before the first frame too.
+    OUtils::CharString throws_in, what;
+    OUtils::PluginInput<OUtils::OmbrixPluginInterface> after;
 };
 
-BuiltinDesc<Teller, TellerParams> tellerDesc({90004, "Teller", "Tells its life [gpuSupport=(none)]", {}});
+BuiltinDesc<Teller> tellerDesc;
 
 // Three tellers that live in the order a, b, c.
 class SceneLife : public testing::Test {
