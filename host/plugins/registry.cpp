@@ -6,6 +6,7 @@
 #include "host/plugins/builtin_desc.h"
 #include "host/plugins/elf_symbols.h"
 
+#include <exception>
 #include <ombrix/exception_msg.h>
 
 #include <algorithm>
@@ -131,7 +132,8 @@ struct PluginRegistry::State {
             desc->unregisterPlugin(&registry);
             std::erase_if(plugins, [=](const auto& plugin) { return plugin->desc == desc; });
         }
-        ::dlclose(library.handle);
+        // An exception that is under way may be the library's own, and so may be what destroys it.
+        if (std::uncaught_exceptions() == 0) ::dlclose(library.handle);
     }
 };
 

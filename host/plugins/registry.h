@@ -23,7 +23,8 @@ class PluginRegistry : public OUtils::OmbrixPluginHost {
 public:
     // Registers the built-in kinds.
     PluginRegistry();
-    // Unregisters everything and closes the libraries. All instances must be gone.
+    // Unregisters everything and closes the libraries, but while an exception is under way, which may be one
+    // of theirs: then they stay open. All instances must be gone.
     ~PluginRegistry() override;
     PluginRegistry(const PluginRegistry&) = delete;
     PluginRegistry& operator=(const PluginRegistry&) = delete;
