@@ -1,5 +1,5 @@
-#include "host/files/output_file.h"
 #include "host/errors/errors.h"
+#include "host/files/output_file.h"
 #include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
 
