@@ -52,7 +52,7 @@ public:
 
     PluginBase* newPlugin(OmbrixPluginHost* /*host*/) override
     {
-        Kind* plugin = new (std::nothrow_t()) Kind(this);
+        Kind* plugin = new (std::nothrow_t{}) Kind(this);
         if (!plugin) return nullptr;
         try {
             bindParameters(*plugin);
