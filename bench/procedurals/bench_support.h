@@ -54,14 +54,17 @@ inline const Points& randomPoints()
 }
 
 // Within what the last place of a sine makes of a colour, at the points' size.
-inline bool isNear(const OUtils::AColor& a, const OUtils::AColor& b)
+inline bool isNear(float a, float b)
 {
-    const auto channelsAreNear = [](float first, float second) { return std::fabs(first - second) <= 1e-5f; };
-    return channelsAreNear(a.r, b.r) && channelsAreNear(a.g, b.g) && channelsAreNear(a.b, b.b) &&
-           channelsAreNear(a.a, b.a);
+    return std::fabs(a - b) <= 1e-5f;
 }
 
-// Measures sample(point), a colour, after checking it against its twin.
+inline bool isNear(const OUtils::AColor& a, const OUtils::AColor& b)
+{
+    return isNear(a.r, b.r) && isNear(a.g, b.g) && isNear(a.b, b.b) && isNear(a.a, b.a);
+}
+
+// Measures sample(point), a colour or a number, after checking it against its twin.
 template <typename Sample, typename Twin>
 void measure(benchmark::State& state, nezaiva::InstructionSet set, const Points& points, Sample sample,
              Twin twin)

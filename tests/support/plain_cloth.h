@@ -24,6 +24,14 @@ struct ClothNumbers {
     float randomness = 0.0f, widthSpread = 0.0f, brightSpread = 0.0f;
 };
 
+// The sine of the maths library, or the one that is rounded right: they differ in the last place of few.
+struct LibrarySine {
+    float operator()(float x) const { return std::sin(x); }
+};
+struct RoundedSine {
+    float operator()(float x) const { return static_cast<float>(std::sin(static_cast<double>(x))); }
+};
+
 inline float finite(float x)
 {
     return std::isfinite(x) ? x : 0.0f;
@@ -85,7 +93,9 @@ inline Channels clothBlend(const Channels& gap, const Channels& thread, float t)
     return result;
 }
 
-inline Channels accurateCloth(const float* table, float u, float v, ClothNumbers k, const ClothColors& colors)
+template <typename Sine = LibrarySine>
+Channels accurateCloth(const float* table, float u, float v, ClothNumbers k, const ClothColors& colors,
+                       Sine sine = {})
 {
     if (k.randomness > 0.0f) {
         const float a = clothSmooth2(table, u / 22.0f, v / 24.0f);
@@ -94,8 +104,8 @@ inline Channels accurateCloth(const float* table, float u, float v, ClothNumbers
         v += b * k.randomness;
     }
 
-    const float s1 = std::sin(u * 6.2831855f);
-    const float s2 = std::sin(v * 6.2831855f);
+    const float s1 = sine(u * 6.2831855f);
+    const float s2 = sine(v * 6.2831855f);
     u -= k.uWave * s2;
     v += k.vWave * s1;
 
@@ -172,10 +182,11 @@ inline double gradientNoisePlane(const GradientTables& tables, float X, float Y)
 }
 
 // sqrt(1 - e^2) sin(pi g), with e the distance from the axis of a thread of the given width.
-inline float legacyThread(float across, float width, float g)
+template <typename Sine>
+float legacyThread(float across, float width, float g, Sine sine)
 {
     const float e = std::fabs(width * 0.5f - across) / (width * 0.5f);
-    return std::sqrt(1.0f - e * e) * std::sin(g * 3.1415927f);
+    return std::sqrt(1.0f - e * e) * sine(g * 3.1415927f);
 }
 
 inline float legacyFraction(float x)
@@ -185,11 +196,12 @@ inline float legacyFraction(float x)
 }
 
 // Small coordinates: the cells of the gradient noise are ints here.
-inline Channels legacyCloth(const GradientTables& tables, float u, float v, float w, ClothNumbers k,
-                            ClothColors colors)
+template <typename Sine = LibrarySine>
+Channels legacyCloth(const GradientTables& tables, float u, float v, float w, ClothNumbers k,
+                     ClothColors colors, Sine sine = {})
 {
-    float U = u - k.uWave * std::sin(v * 6.28318f);
-    float V = v + k.vWave * std::sin(u * 6.28318f);
+    float U = u - k.uWave * sine(v * 6.28318f);
+    float V = v + k.vWave * sine(u * 6.28318f);
 
     if (k.randomness > 1e-5f || k.brightSpread > 1e-5f) {
         const float n = static_cast<float>(gradientNoise(tables, u, v, w));
@@ -219,16 +231,18 @@ inline Channels legacyCloth(const GradientTables& tables, float u, float v, floa
     const auto threadU = [&](float t) { return clothBlend(colors.gap, colors.u, t); };
     const auto threadV = [&](float t) { return clothBlend(colors.gap, colors.v, t); };
     if (fu >= 0.5f) {
-        if (0.5f < fv && fv < b + 0.5f) return threadV(legacyThread(fv - 0.5f, b, (fu - a) / (1.0f - a)));
+        if (0.5f < fv && fv < b + 0.5f)
+            return threadV(legacyThread(fv - 0.5f, b, (fu - a) / (1.0f - a), sine));
         if (0.5f < fu && fu < a + 0.5f) {
             const float h = fv < 0.5f ? fv + 0.5f : fv - 0.5f;
-            return threadU(legacyThread(fu - 0.5f, a, (h - b) / (1.0f - b)));
+            return threadU(legacyThread(fu - 0.5f, a, (h - b) / (1.0f - b), sine));
         }
-        if (fv < b) return threadV(legacyThread(fv, b, ((fu - 0.5f) - a) / (1.0f - a)));
+        if (fv < b) return threadV(legacyThread(fv, b, ((fu - 0.5f) - a) / (1.0f - a), sine));
     } else {
-        if (fv < b) return threadV(legacyThread(fv, b, ((fu + 0.5f) - a) / (1.0f - a)));
-        if (fu < a) return threadU(legacyThread(fu, a, (fv - b) / (1.0f - b)));
-        if (0.5f < fv && fv < b + 0.5f) return threadV(legacyThread(fv - 0.5f, b, (fu - a) / (1.0f - a)));
+        if (fv < b) return threadV(legacyThread(fv, b, ((fu + 0.5f) - a) / (1.0f - a), sine));
+        if (fu < a) return threadU(legacyThread(fu, a, (fv - b) / (1.0f - b), sine));
+        if (0.5f < fv && fv < b + 0.5f)
+            return threadV(legacyThread(fv - 0.5f, b, (fu - a) / (1.0f - a), sine));
     }
     return colors.gap;
 }

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "kernels/noises/random_tables.h"
-#include "kernels/noises/volume/volume_trig.h"
 #include "kernels/procedurals/cloth.h"
+#include "kernels/procedurals/cloth_sines.h"
 #include "kernels/procedurals/cloth_table.h"
 #include "numeric/lanes.h"
 
@@ -36,6 +36,8 @@ struct ShownThreads {
 extern const ShownThreads shownThreads;
 
 namespace {
+
+constexpr float kTurn = 6.2831855f;
 
 inline Float4 clothSpline(Float4 a, Float4 b, Float4 c, Float4 t)
 {
@@ -89,11 +91,6 @@ inline Float4 strandsAt(float u, float v)
                        shuffled<0, 2, 0, 2>(lowEnd, highEnd), t);
 }
 
-inline float clothSine(float turns)
-{
-    return sineCosine(turns * 6.2831855f).sine;
-}
-
 inline Float4 loadColor(const OUtils::AColor& color)
 {
     return Float4::load(&color.r);
@@ -108,10 +105,9 @@ inline void accurateOnLanes(float u, float v, const ClothWeave& weave, const Clo
         v += drift.v * weave.randomness;
     }
     if (weave.uWave != 0.0f || weave.vWave != 0.0f) {
-        const float sineOfU = weave.vWave != 0.0f ? clothSine(u) : 0.0f;
-        const float sineOfV = weave.uWave != 0.0f ? clothSine(v) : 0.0f;
-        u -= weave.uWave * sineOfV;
-        v += weave.vWave * sineOfU;
+        const TwoSines sines = sinesOf(u * kTurn, v * kTurn);
+        if (weave.uWave != 0.0f) u -= weave.uWave * sines.second;
+        if (weave.vWave != 0.0f) v += weave.vWave * sines.first;
     }
 
     Float4 widths(weave.uWidth, weave.vWidth, weave.uWidth, weave.vWidth);

@@ -1,6 +1,6 @@
 #include "kernels/noises/perlin_noise.h"
-#include "kernels/noises/volume/volume_trig.h"
 #include "kernels/procedurals/cloth.h"
+#include "kernels/procedurals/cloth_sines.h"
 #include "numeric/cell_index.h"
 
 #include <cmath>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr float kSmallestAmount = 1e-5f; // what is not above it is not there
 // Kept as is: shorter than that of the accurate weave.
-constexpr float kTurn = 6.28318f;
+constexpr float kLegacyTurn = 6.28318f;
 constexpr float kHalfTurn = 3.1415927f;
 constexpr float kSpreadScale = 0.2f;
 
@@ -22,11 +22,6 @@ AColor blend(const AColor& gap, const AColor& thread, float t)
     const float rest = 1.0f - t;
     return {gap.r * rest + thread.r * t, gap.g * rest + thread.g * t, gap.b * rest + thread.b * t,
             gap.a * rest + thread.a * t};
-}
-
-float waveOf(float amount, float coordinate)
-{
-    return amount == 0.0f ? 0.0f : amount * sineCosine(coordinate * kTurn).sine;
 }
 
 float positiveFraction(float coordinate)
@@ -42,7 +37,7 @@ float threadPart(float across, float width, float along)
 {
     const float halfWidth = width * 0.5f;
     const float e = std::fabs(halfWidth - across) / halfWidth;
-    return std::sqrt(1.0f - e * e) * sineCosine(along * kHalfTurn).sine;
+    return std::sqrt(1.0f - e * e) * sineOf(along * kHalfTurn);
 }
 
 // The point of a unit of the weave, with the room that U and V have of half a unit.
@@ -80,8 +75,13 @@ LegacyField fieldAt(float x, float y, float a, float b)
 
 AColor legacyCloth(const Vector& uvw, const ClothWeave& weave, const ClothColors& colors)
 {
-    float u = uvw.x - waveOf(weave.uWave, uvw.y);
-    float v = uvw.y + waveOf(weave.vWave, uvw.x);
+    float u = uvw.x;
+    float v = uvw.y;
+    if (weave.uWave != 0.0f || weave.vWave != 0.0f) {
+        const TwoSines sines = sinesOf(u * kLegacyTurn, v * kLegacyTurn);
+        if (weave.uWave != 0.0f) u -= weave.uWave * sines.second;
+        if (weave.vWave != 0.0f) v += weave.vWave * sines.first;
+    }
 
     const bool isRandom = weave.randomness > kSmallestAmount;
     const bool isBright = weave.brightSpread > kSmallestAmount;

@@ -25,18 +25,12 @@ double turnsOfLargeAngle(std::uint32_t mantissa, int exponent)
     return static_cast<double>(turns) * 0x1p-64;
 }
 
-// sin(2 pi turns) for -0.25..0.25: the minimax polynomial of that range, relative error 2e-16.
 double sineOfQuarterTurns(double turns)
 {
     const double x = turns * turns;
-    double sum = -0.69215708544992394;
-    sum = sum * x + 3.8172886732418929;
-    sum = sum * x - 15.094499477698516;
-    sum = sum * x + 42.058689667474603;
-    sum = sum * x - 76.705859683293383;
-    sum = sum * x + 81.605249275512861;
-    sum = sum * x - 41.341702240398021;
-    sum = sum * x + 6.2831853071795853;
+    double sum = kSineOfTurns[7];
+    for (int i = 6; i >= 0; --i)
+        sum = sum * x + kSineOfTurns[i];
     return sum * turns;
 }
 
