@@ -1,6 +1,5 @@
 #include "bench_support.h"
 
-#include "kernels/noises/perlin_tables.h"
 #include "kernels/procedurals/cloth.h"
 #include "support/plain_cloth.h"
 
@@ -31,18 +30,6 @@ plain::ClothNumbers plainNumbers(const ClothWeave& w)
     return {w.uWidth, w.vWidth, w.uWave, w.vWave, w.randomness, w.widthSpread, w.brightSpread};
 }
 
-const plain::GradientTables& gradientTables()
-{
-    static const auto tables = [] {
-        plain::GradientTables made;
-        made.gradients = plain::gradientRows();
-        for (std::size_t i = 0; i < 256; ++i)
-            made.permutation[i] = OUtils::perlinTables.permutation[i];
-        return made;
-    }();
-    return tables;
-}
-
 void compareAccurate(const std::string& name, const ClothWeave& weave)
 {
     const ClothColors colors;
@@ -57,7 +44,7 @@ void compareAccurate(const std::string& name, const ClothWeave& weave)
 void compareLegacy(const std::string& name, const ClothWeave& weave)
 {
     const ClothColors colors;
-    const plain::GradientTables& tables = gradientTables();
+    const plain::GradientTables& tables = plain::clothGradientTables();
     bench::compare(
         name, [=](const Vector& p) { return nezaiva::legacyCloth(p, weave, colors); },
         [=, &tables, numbers = plainNumbers(weave), twinColors = plainColors(colors)](const Vector& p) {

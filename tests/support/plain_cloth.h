@@ -3,6 +3,7 @@
 // permutation of the gradient noise, which is given.
 #pragma once
 
+#include "kernels/noises/perlin_tables.h"
 #include "support/plain_noise.h"
 
 #include <array>
@@ -150,6 +151,18 @@ Channels accurateCloth(const float* table, float u, float v, ClothNumbers k, con
 }
 
 // --- the legacy weave
+
+inline const GradientTables& clothGradientTables()
+{
+    static const auto tables = [] {
+        GradientTables made;
+        made.gradients = gradientRows();
+        for (std::size_t i = 0; i < 256; ++i)
+            made.permutation[i] = OUtils::perlinTables.permutation[i];
+        return made;
+    }();
+    return tables;
+}
 
 // The gradient noise in the plane: z cell 0, no distances along z.
 inline double gradientNoisePlane(const GradientTables& tables, float X, float Y)

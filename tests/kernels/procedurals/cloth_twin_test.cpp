@@ -2,7 +2,6 @@
 // the twin's operations in the twin's order, so it has the twin's bits; so has the legacy weave, but for
 // what double precision leaves of another order in the gradient noise, which no point here shows.
 
-#include "kernels/noises/perlin_tables.h"
 #include "kernels/procedurals/cloth.h"
 #include "support/instruction_sets.h"
 #include "support/noise_points.h"
@@ -21,18 +20,6 @@ constexpr int kPoints = 200000;
 const ClothColors kColors{{0.1f, 0.2f, 0.3f, 0.4f}, {1.0f, 0.9f, 0.8f, 0.7f}, {0.05f, 0.5f, 0.25f, 1.0f}};
 const plain::ClothColors kPlainColors{
     {0.1f, 0.2f, 0.3f, 0.4f}, {1.0f, 0.9f, 0.8f, 0.7f}, {0.05f, 0.5f, 0.25f, 1.0f}};
-
-const plain::GradientTables& gradientTables()
-{
-    static const auto tables = [] {
-        plain::GradientTables made;
-        made.gradients = plain::gradientRows();
-        for (std::size_t i = 0; i < 256; ++i)
-            made.permutation[i] = OUtils::perlinTables.permutation[i];
-        return made;
-    }();
-    return tables;
-}
 
 class Inputs {
 public:
@@ -105,8 +92,9 @@ TEST_P(ClothTwin, LegacyWeaveHasTheTwinsBits)
         const ClothWeave weave = inputs.weave();
         const Vector p{inputs.coordinate(), inputs.coordinate(), inputs.coordinate()};
         const AColor color = legacyCloth(p, weave, kColors);
-        const plain::Channels twin = plain::legacyCloth(gradientTables(), p.x, p.y, p.z, plainNumbers(weave),
-                                                        kPlainColors, plain::RoundedSine());
+        const plain::Channels twin =
+            plain::legacyCloth(plain::clothGradientTables(), p.x, p.y, p.z, plainNumbers(weave), kPlainColors,
+                               plain::RoundedSine());
         ASSERT_TRUE(sameColor(color, twin)) << p.x << ", " << p.y << ": " << color.r << " is not " << twin[0];
         gaps += twin == kPlainColors.gap ? 1 : 0;
     }
