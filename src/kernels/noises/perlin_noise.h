@@ -3,8 +3,8 @@
 //
 // For a coordinate x, as a float,
 //
-//     cell = floor(x)      near = x - cell      far = x - (cell + 1)      fade = near^3 ((6 near - 15) near +
-//     10)
+//     cell = floor(x)      near = x - cell      far = x - (cell + 1)
+//     fade = near^3 ((6 near - 15) near + 10)
 //
 // where the cell is trunc(x - 1 + 1e-9) for a negative x, so that what lies within 1e-9 of 0 stays in cell 0.
 // The corner (i, j, k) of a point's cell has the unit vector g of the row (i + perm[j + perm[k]]) of the
