@@ -93,7 +93,9 @@ void toIntRows(const float* a, const float* b, IntRows& rows)
     placeOf(x).cell.store(rows[2]);
     // Indices below 8.
     const auto at = bitsOf(x) & 7;
-    gather(reinterpret_cast<const std::int32_t*>(b), at).store(rows[3]);
+    std::int32_t bits[8];
+    __builtin_memcpy(bits, b, sizeof bits);
+    gather(bits, at).store(rows[3]);
     bitsOf(gather(b, at)).store(rows[4]);
 }
 

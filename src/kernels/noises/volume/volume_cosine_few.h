@@ -28,7 +28,9 @@ inline Float4 fourOf(Float8 levels)
 template <int Mask>
 Levels mixed(Levels a, Levels b)
 {
-    return blended < kEightAreTwoRegisters ? Mask : Mask * 0x11 > (a, b);
+    constexpr int kTwice = Mask * 0x11;
+    constexpr int kBits = kEightAreTwoRegisters ? Mask : kTwice;
+    return blended<kBits>(a, b);
 }
 
 // The counts of the waves, or null where they are not few, where octaves are folded, and where the
