@@ -29,7 +29,7 @@ function(nezaiva_add_test name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/src"
                                                "${PROJECT_SOURCE_DIR}/tests")
-    target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest_main)
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} test_support GTest::gtest_main)
     target_compile_options(${name} PRIVATE ${NEZAIVA_TEST_OPTIONS})
     if("nlohmann_json::nlohmann_json" IN_LIST ARG_LINK)
         nezaiva_reuse_precompiled(${name} nezaiva_json_test_headers)

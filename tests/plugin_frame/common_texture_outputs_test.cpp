@@ -93,11 +93,11 @@ TEST(CommonTextureOutputs, IntensityIsTheMeanOfTheFinishedColor)
     LivingRaw living(0);
     living.set("color_mult", AColor{2.0f, 2.0f, 2.0f, 1.0f});
     auto* intensity = output<TextureFloatInterface>(living, "out_intensity");
-    EXPECT_FLOAT_EQ(intensity->evalFloat(living.context), 1.0f);
+    EXPECT_SAME_BITS(intensity->evalFloat(living.context), 1.0f);
     FloatBounds bounds;
     intensity->evalFloatBounds(&bounds.lower, &bounds.upper);
-    EXPECT_FLOAT_EQ(bounds.lower, 0.5f);
-    EXPECT_FLOAT_EQ(bounds.upper, 1.5f);
+    EXPECT_SAME_BITS(bounds.lower, 0.5f);
+    EXPECT_SAME_BITS(bounds.upper, 1.5f);
     AColor gradient = kUnwrittenColor;
     EXPECT_EQ(intensity->evalFloatGradient(&gradient, living.context), &gradient);
     EXPECT_SAME_COLOR(gradient, {1.0f, 2.0f, 3.0f, 4.0f});
@@ -123,7 +123,7 @@ TEST(CommonTextureOutputs, BoundsThatAreLeftUnwrittenRunFromZeroToOne)
     EXPECT_SAME_BITS(bounds.upper, 1.0f);
     intensity.evalFloatBounds(&bounds.lower, &bounds.upper);
     EXPECT_SAME_BITS(bounds.lower, 0.0f);
-    EXPECT_FLOAT_EQ(bounds.upper, 1.0f);
+    EXPECT_SAME_BITS(bounds.upper, 1.0f);
 }
 
 TEST(CommonTextureOutputs, WriteTheTextureBehindTheirOperators)

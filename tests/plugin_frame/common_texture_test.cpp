@@ -51,7 +51,7 @@ TEST(CommonTexture, WithoutCoordinatesTheAlphaIsTheLuminanceInMayasOrder)
     living.texture.valid = false;
     const AColor result = living.color();
     EXPECT_SAME_COLOR((AColor{result.r, result.g, result.b, 0.0f}), {0.25f, 0.5f, 0.75f, 0.0f});
-    EXPECT_FLOAT_EQ(result.a, static_cast<float>(kLuminance));
+    EXPECT_SAME_BITS(result.a, static_cast<float>(kLuminance));
 }
 
 TEST(CommonTexture, AlphaFarBelowZeroMeansNoValue)
@@ -157,9 +157,9 @@ TEST(CommonTexture, AlphaIsTheMeanInMaxAndTheLuminanceInMaya)
 {
     LivingRaw living(0);
     living.set("alpha_from_intensity", 1);
-    EXPECT_FLOAT_EQ(living.color().a, static_cast<float>(kMean));
+    EXPECT_SAME_BITS(living.color().a, static_cast<float>(kMean));
     living.set("compatibility_with", 1);
-    EXPECT_FLOAT_EQ(living.color().a, static_cast<float>(kLuminance));
+    EXPECT_SAME_BITS(living.color().a, static_cast<float>(kLuminance));
     living.set("compatibility_with", 2);
     EXPECT_SAME_BITS(living.color().a, 0.125f);
 }
@@ -170,10 +170,10 @@ TEST(CommonTexture, AlphaFromIntensitySeesTheColorOfItsPlaceInTheOrder)
     living.set("alpha_from_intensity", 1).set("invert", true).set("alpha_mult", 2.0f);
     living.set("color_mult", AColor{0.5f, 0.5f, 0.5f, 1.0f});
     // Max: the mean of (0.875, 0.75, 0.625); the gain of the alpha came before.
-    EXPECT_FLOAT_EQ(living.color().a, 0.75f);
+    EXPECT_SAME_BITS(living.color().a, 0.75f);
     // Maya: the luminance of the inverted (0.75, 0.5, 0.25), doubled.
     living.set("compatibility_with", 1);
-    EXPECT_FLOAT_EQ(living.color().a, static_cast<float>(2.0 * (0.3 * 0.75 + 0.59 * 0.5 + 0.11 * 0.25)));
+    EXPECT_SAME_BITS(living.color().a, static_cast<float>(2.0 * (0.3 * 0.75 + 0.59 * 0.5 + 0.11 * 0.25)));
 }
 
 TEST(CommonTexture, ForcedAlphaIsOneBehindTheGainsInMaxAndBeforeThemInMaya)
@@ -223,8 +223,8 @@ TEST(CommonTexture, AlphaBoundsAreMeansWhateverTheOrder)
         LivingRaw living(0);
         living.set("alpha_from_intensity", 1).set("compatibility_with", compatibility);
         ColorBounds bounds = living.bounds();
-        EXPECT_FLOAT_EQ(bounds.lower.a, 0.25f);
-        EXPECT_FLOAT_EQ(bounds.upper.a, 0.75f);
+        EXPECT_SAME_BITS(bounds.lower.a, 0.25f);
+        EXPECT_SAME_BITS(bounds.upper.a, 0.75f);
         living.set("alpha_from_intensity", 2);
         bounds = living.bounds();
         EXPECT_SAME_BITS(bounds.lower.a, 1.0f);
@@ -287,16 +287,16 @@ TEST(CommonTexture, MayasGradientFollowsTheProductRule)
     // c = 0.5, m = 2: 0.5 * gm + 2 * g, without and with the inversion of g.
     living.set("compatibility_with", 1);
     AColor gradient = living.colorGradient();
-    EXPECT_FLOAT_EQ(gradient.r, 6.0f);
-    EXPECT_FLOAT_EQ(gradient.g, 12.0f);
-    EXPECT_FLOAT_EQ(gradient.b, 18.0f);
-    EXPECT_FLOAT_EQ(gradient.a, 24.0f);
+    EXPECT_SAME_BITS(gradient.r, 6.0f);
+    EXPECT_SAME_BITS(gradient.g, 12.0f);
+    EXPECT_SAME_BITS(gradient.b, 18.0f);
+    EXPECT_SAME_BITS(gradient.a, 24.0f);
     living.set("invert", true);
     gradient = living.colorGradient();
-    EXPECT_FLOAT_EQ(gradient.r, 2.0f);
-    EXPECT_FLOAT_EQ(gradient.g, 4.0f);
-    EXPECT_FLOAT_EQ(gradient.b, 6.0f);
-    EXPECT_FLOAT_EQ(gradient.a, 8.0f);
+    EXPECT_SAME_BITS(gradient.r, 2.0f);
+    EXPECT_SAME_BITS(gradient.g, 4.0f);
+    EXPECT_SAME_BITS(gradient.b, 6.0f);
+    EXPECT_SAME_BITS(gradient.a, 8.0f);
 }
 
 TEST(CommonTexture, GradientWithoutCoordinatesIsThatOfNoUVWColorAlone)

@@ -46,15 +46,15 @@ TEST(MappedTextureCrop, MapsTheUnitSquareIntoTheSector)
     CroppedTexture cropped;
     cropped.set("w", 0.5f).set("h", 0.5f);
     ASSERT_TRUE(cropped.at(0.0f, 0.0f));
-    EXPECT_NEAR_UVW(cropped.sample.uvw, 0.0f, 0.5f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(cropped.sample.uvw, 0.0f, 0.5f, 0.375f);
     ASSERT_TRUE(cropped.at(1.0f, 1.0f));
-    EXPECT_NEAR_UVW(cropped.sample.uvw, 0.5f, 1.0f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(cropped.sample.uvw, 0.5f, 1.0f, 0.375f);
     // (U + u / w) w and (V + ((1 - v) - h) / h) h.
     cropped.set("u", 0.25f).set("v", 0.125f);
     ASSERT_TRUE(cropped.at(0.5f, 0.25f));
-    EXPECT_NEAR_UVW(cropped.sample.uvw, 0.5f, 0.5f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(cropped.sample.uvw, 0.5f, 0.5f, 0.375f);
     ASSERT_TRUE(cropped.at(-3.0f, 7.0f));
-    EXPECT_NEAR_UVW(cropped.sample.uvw, -1.25f, 3.875f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(cropped.sample.uvw, -1.25f, 3.875f, 0.375f);
 }
 
 TEST(MappedTextureCrop, ScalesTheDerivatives)
@@ -64,8 +64,8 @@ TEST(MappedTextureCrop, ScalesTheDerivatives)
     cropped.generator.sample.du = {1.0f, 2.0f, 3.0f, 4.0f};
     cropped.generator.sample.dv = {5.0f, 6.0f, 7.0f, 8.0f};
     ASSERT_TRUE(cropped.at(0.0f, 0.0f));
-    EXPECT_NEAR_UVW(cropped.sample.du, 0.5f, 0.5f, 3.0f, 0.0f);
-    EXPECT_NEAR_UVW(cropped.sample.dv, 2.5f, 1.5f, 7.0f, 0.0f);
+    EXPECT_SAME_UVW(cropped.sample.du, 0.5f, 0.5f, 3.0f);
+    EXPECT_SAME_UVW(cropped.sample.dv, 2.5f, 1.5f, 7.0f);
 }
 
 TEST(MappedTextureCrop, AnEmptySectorGivesNoNumber)
@@ -83,7 +83,7 @@ TEST(MappedTexturePlacement, UnknownTypesShowTheWholeTexture)
         PlacedTexture whole(type);
         whole.set("w", 0.5f).set("h", 0.5f).set("jitter", 1.0f).set("tile_u", true);
         ASSERT_TRUE(whole.at(1.75f, -0.75f));
-        EXPECT_NEAR_UVW(whole.sample.uvw, 1.75f, -0.75f, 0.375f, 0.0f);
+        EXPECT_SAME_UVW(whole.sample.uvw, 1.75f, -0.75f, 0.375f);
     }
 }
 
@@ -91,7 +91,7 @@ TEST(MappedTexturePlacement, ShowsTheTextureInItsSectorAlone)
 {
     HalfPlaced placed;
     ASSERT_TRUE(placed.at(0.25f, 0.75f));
-    EXPECT_NEAR_UVW(placed.sample.uvw, 0.5f, 0.5f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(placed.sample.uvw, 0.5f, 0.5f, 0.375f);
     EXPECT_FALSE(placed.at(0.75f, 0.75f));
     EXPECT_SAME_COLOR(placed.color(), {0.5f, 0.5f, 0.5f, 1.0f});
     // The edges belong to the sector.
@@ -112,8 +112,8 @@ TEST(MappedTexturePlacement, MovesTheSectorDownwardsByV)
     placed.generator.sample.du = {1.0f, 2.0f, 3.0f, 0.0f};
     ASSERT_TRUE(placed.at(0.5f, 0.5f));
     // (0.5 - 0.25) / 0.5 and (0.5 - (0.5 - 0.125)) / 0.5.
-    EXPECT_NEAR_UVW(placed.sample.uvw, 0.5f, 0.25f, 0.375f, 0.0f);
-    EXPECT_NEAR_UVW(placed.sample.du, 2.0f, 4.0f, 3.0f, 0.0f);
+    EXPECT_SAME_UVW(placed.sample.uvw, 0.5f, 0.25f, 0.375f);
+    EXPECT_SAME_UVW(placed.sample.du, 2.0f, 4.0f, 3.0f);
     EXPECT_TRUE(placed.at(0.75f, 0.875f));
     EXPECT_FALSE(placed.at(0.5f, 0.9375f));
     EXPECT_FALSE(placed.at(0.125f, 0.5f));
@@ -125,11 +125,11 @@ TEST(MappedTexturePlacement, TilesEachAxisByItself)
     EXPECT_FALSE(placed.at(3.25f, 0.75f));
     placed.set("tile_u", true);
     ASSERT_TRUE(placed.at(3.25f, 0.75f));
-    EXPECT_NEAR_UVW(placed.sample.uvw, 0.5f, 0.5f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(placed.sample.uvw, 0.5f, 0.5f, 0.375f);
     EXPECT_FALSE(placed.at(3.25f, -4.25f));
     placed.set("tile_u", false).set("tile_v", true);
     ASSERT_TRUE(placed.at(0.25f, -4.25f));
-    EXPECT_NEAR_UVW(placed.sample.uvw, 0.5f, 0.5f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(placed.sample.uvw, 0.5f, 0.5f, 0.375f);
     EXPECT_FALSE(placed.at(3.25f, -4.25f));
 }
 
@@ -148,7 +148,7 @@ TEST(MappedTextureJitter, MovesTheSectorByItsTile)
     HalfPlaced placed;
     placed.set("jitter", 0.5f).set("tile_u", true).set("tile_v", true).set("u", 0.5f);
     ASSERT_TRUE(placed.at(3.25f, -1.5f));
-    EXPECT_NEAR_UVW(placed.sample.uvw, (0.25 - kU) / 0.5, (0.5 - (0.5 - kV)) / 0.5, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(placed.sample.uvw, (0.25 - kU) / 0.5, (0.5 - (0.5 - kV)) / 0.5, 0.375f);
 }
 
 TEST(MappedTextureJitter, StaysForLaterSamplesUntilTheParameterIsWritten)
@@ -159,13 +159,13 @@ TEST(MappedTextureJitter, StaysForLaterSamplesUntilTheParameterIsWritten)
     // A jitter of exactly nothing does not write, so the last one still holds.
     placed.set("h", 1.0f).set("placement_type", 1);
     ASSERT_TRUE(placed.at(0.0f, 0.0f));
-    EXPECT_NEAR_UVW(placed.sample.uvw, 0.5f, 0.0f, 0.375f, 0.0f); // the new frame brought u = 0.5 back
+    EXPECT_SAME_UVW(placed.sample.uvw, 0.5f, 0.0f, 0.375f); // the new frame brought u = 0.5 back
     placed.set("placement_type", 2).set("h", 0.5f);
     placed.at(3.25f, -1.5f);
     write(placed.texture, "jitter", 0.0f);
     ASSERT_TRUE(placed.at(3.25f, -1.5f)); // not a new frame yet
     constexpr double kU = 0.316867232 * 0.5;
-    EXPECT_NEAR_UVW(placed.sample.uvw, (0.25 - kU) / 0.5, placed.sample.uvw.y, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(placed.sample.uvw, (0.25 - kU) / 0.5, placed.sample.uvw.y, 0.375f);
     placed.nextFrame();
     EXPECT_FALSE(placed.at(3.25f, -1.5f)); // left of u = 0.5
 }
@@ -176,8 +176,8 @@ TEST(MappedTextureJitter, KeepsAFieldWhereItsNumberIsNothing)
     PlacedTexture placed(2);
     placed.set("u", -0.25f).set("h", 0.5f).set("jitter", 1.0f).set("tile_v", true);
     ASSERT_TRUE(placed.at(0.5f, 0.5f));
-    EXPECT_NEAR(placed.sample.uvw.x, 0.75f, 1e-6);
-    EXPECT_NEAR(placed.sample.uvw.y, (0.5 - (0.5 - 0.292133301 * 0.5)) / 0.5, 1e-6);
+    EXPECT_SAME_BITS(placed.sample.uvw.x, 0.75f);
+    EXPECT_SAME_BITS(placed.sample.uvw.y, (0.5 - (0.5 - 0.292133301 * 0.5)) / 0.5);
 }
 
 TEST(MappedTextureJitter, ThreadsMayShareTheSector)
@@ -240,7 +240,7 @@ void expectNoise(PlacedTexture& placed, const PlainUVNoise& noise)
         double plainU = u, plainV = v;
         noise.apply(plainU, plainV);
         ASSERT_TRUE(placed.at(static_cast<float>(u), static_cast<float>(v)));
-        EXPECT_NEAR_UVW(placed.sample.uvw, plainU, plainV, 0.375f, tolerance::kSum);
+        EXPECT_NEAR_UVW(placed.sample.uvw, plainU, plainV, 0.375f);
     }
 }
 
@@ -250,7 +250,7 @@ TEST(MappedTextureUVNoise, MovesUByVAndThenVByTheMovedU)
     placed.generator.sample.du = {1.0f, 2.0f, 3.0f, 0.0f};
     placed.set("uv_noise_on", true);
     expectNoise(placed, {});
-    EXPECT_NEAR_UVW(placed.sample.du, 1.0f, 2.0f, 3.0f, 0.0f);
+    EXPECT_SAME_UVW(placed.sample.du, 1.0f, 2.0f, 3.0f);
     placed.set("uv_noise_size", 0.25f).set("uv_noise_amount", 20.0f);
     expectNoise(placed, {0.25, 20.0, 1.0, 0.0});
 }
@@ -274,7 +274,7 @@ TEST(MappedTextureUVNoise, PhaseCountsOnlyWhenAnimated)
     expectNoise(placed, {1.0, 9.0, 1.0, 0.625});
     placed.set("uv_noise_on", false);
     ASSERT_TRUE(placed.at(2.5f, 0.75f));
-    EXPECT_NEAR_UVW(placed.sample.uvw, 2.5f, 0.75f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(placed.sample.uvw, 2.5f, 0.75f, 0.375f);
 }
 
 TEST(MappedTextureUVNoise, WrapsOnlyWhatLiesAboveOne)
@@ -283,7 +283,7 @@ TEST(MappedTextureUVNoise, WrapsOnlyWhatLiesAboveOne)
     placed.set("uv_noise_on", true);
     for (const auto& [from, to] : {std::pair(1.0f, 1.0f), {3.0f, 0.0f}, {0.0f, 0.0f}, {-2.0f, -2.0f}}) {
         ASSERT_TRUE(placed.at(from, from));
-        EXPECT_NEAR_UVW(placed.sample.uvw, to, to, 0.375f, 0.0f);
+        EXPECT_SAME_UVW(placed.sample.uvw, to, to, 0.375f);
     }
 }
 

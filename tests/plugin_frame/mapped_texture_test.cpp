@@ -141,15 +141,15 @@ TEST(MappedTexture, MapsThePointByTheSurface)
     OUtils::UVWSample sample;
     ASSERT_TRUE(living.texture.buildSample(living.context, true, sample));
     // d = (0.5, 0.25, 0.125).
-    EXPECT_NEAR_UVW(sample.uvw, 1.25f, 1.5f, 1.5f, 0.0f);
-    EXPECT_NEAR_UVW(sample.du, 2.0f, 2.25f, 16.0f, 0.0f);
-    EXPECT_NEAR_UVW(sample.dv, 0.25f, 2.0f, 0.0f, 0.0f);
+    EXPECT_SAME_UVW(sample.uvw, 1.25f, 1.5f, 1.5f);
+    EXPECT_SAME_UVW(sample.du, 2.0f, 2.25f, 16.0f);
+    EXPECT_SAME_UVW(sample.dv, 0.25f, 2.0f, 0.0f);
     EXPECT_EQ(surface.channels, std::vector<int>{-1});
 
     OUtils::UVWSample alone;
     ASSERT_TRUE(living.texture.buildSample(living.context, false, alone));
-    EXPECT_NEAR_UVW(alone.uvw, 1.25f, 1.5f, 1.5f, 0.0f);
-    EXPECT_NEAR_UVW(alone.du, 0.0f, 0.0f, 0.0f, 0.0f);
+    EXPECT_SAME_UVW(alone.uvw, 1.25f, 1.5f, 1.5f);
+    EXPECT_SAME_UVW(alone.du, 0.0f, 0.0f, 0.0f);
 }
 
 TEST(MappedTexture, DoesNotLimitTheSurfacesCoordinates)
@@ -194,7 +194,7 @@ TEST(MappedTexture, RemembersTheSurfacesTransformForThePoint)
     living.context.shadePoint = {1.0f, 0.0f, 0.0f};
     OUtils::UVWSample sample;
     ASSERT_TRUE(living.texture.buildSample(living.context, true, sample));
-    EXPECT_NEAR_UVW(sample.uvw, 1.25f, 0.5f, 0.75f, 0.0f);
+    EXPECT_SAME_UVW(sample.uvw, 1.25f, 0.5f, 0.75f);
     EXPECT_EQ(surface.channels.size(), 1u);
     living.nextFrame();
     living.texture.buildSample(living.context, true, sample);
@@ -251,7 +251,7 @@ TEST(MappedTexture, LooksUpByWidthOnlyWhenFiltering)
     EXPECT_EQ(living.texture.widthCalls, 1);
     EXPECT_EQ(living.texture.calls, 2);
     // From 0 to the larger, from the smaller to the larger, from the smaller to 0.
-    EXPECT_NEAR_UVW(living.texture.lastWidth, 0.5f, 0.75f, 2.0f, 0.0f);
+    EXPECT_SAME_UVW(living.texture.lastWidth, 0.5f, 0.75f, 2.0f);
     EXPECT_EQ(living.texture.lastWidth.w, 2.0f);
 }
 
@@ -282,7 +282,7 @@ TEST(MappedTexture, GradientOfAGeneratorGoesBackToThePoint)
     LivingMapped living(0);
     living.connect("uvwgen", generator);
     EXPECT_SAME_COLOR(living.colorGradient(), {-2.0f, 1.0f, 3.0f, 0.0f});
-    EXPECT_NEAR_UVW(living.texture.lastWidth, 0.5f, 0.0f, 0.0f, 0.0f);
+    EXPECT_SAME_UVW(living.texture.lastWidth, 0.5f, 0.0f, 0.0f);
     generator.transformValid = 0;
     EXPECT_SAME_COLOR(living.colorGradient(), {1.0f, 2.0f, 3.0f, 4.0f});
     generator.valid = 0;

@@ -154,12 +154,3 @@ inline OUtils::Transform offsetBy(float u, float v, float w)
 }
 
 } // namespace support
-
-// The first three numbers are close.
-#define EXPECT_NEAR_UVW(actual, u, v, w, tolerated)                                                          \
-    do {                                                                                                     \
-        const auto actualUVW = (actual);                                                                     \
-        EXPECT_NEAR(actualUVW.x, u, tolerated);                                                              \
-        EXPECT_NEAR(actualUVW.y, v, tolerated);                                                              \
-        EXPECT_NEAR(actualUVW.z, w, tolerated);                                                              \
-    } while (false)

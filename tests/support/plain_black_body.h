@@ -2,13 +2,12 @@
 // of its benchmark. It shares nothing with the library.
 #pragma once
 
-#include <array>
+#include "support/plain_values.h"
+
 #include <cmath>
 #include <cstddef>
 
 namespace plain {
-
-using Rgb = std::array<double, 3>;
 
 // What the light of 360 + 5 row nanometres adds to X, Y and Z.
 inline constexpr double kObserver[72][3] = {
@@ -38,7 +37,7 @@ inline constexpr double kFromXyz[3][3][3] = {
 };
 
 // Red, green and blue before the white scale; kT is Boltzmann's constant times the temperature.
-inline Rgb unscaledBlackBody(double kT, std::size_t space)
+inline Vec unscaledBlackBody(double kT, std::size_t space)
 {
     double xyz[3] = {};
     for (int row = 0; row <= 70; ++row) {
@@ -48,37 +47,37 @@ inline Rgb unscaledBlackBody(double kT, std::size_t space)
         for (std::size_t i = 0; i < 3; ++i)
             xyz[i] += light * kObserver[row][i] * 5.0;
     }
-    Rgb rgb{};
+    Vec rgb{};
     for (std::size_t i = 0; i < 3; ++i)
         for (std::size_t j = 0; j < 3; ++j)
             rgb[i] += kFromXyz[space][i][j] * xyz[j];
     return rgb;
 }
 
-inline Rgb overMean(const Rgb& c)
+inline Vec overMean(const Vec& c)
 {
     const double mean = (c[0] + c[1] + c[2]) / 3.0;
-    return mean == 0.0 ? c : Rgb{c[0] / mean, c[1] / mean, c[2] / mean};
+    return mean == 0.0 ? c : Vec{c[0] / mean, c[1] / mean, c[2] / mean};
 }
 
-inline Rgb whiteScaleOf(std::size_t space)
+inline Vec whiteScaleOf(std::size_t space)
 {
     if (space == 0) return {1.0, 1.0, 1.0};
-    const Rgb daylight = overMean(unscaledBlackBody(8.974227600000001e-20, space));
+    const Vec daylight = overMean(unscaledBlackBody(8.974227600000001e-20, space));
     return {1.0 / daylight[0], 1.0 / daylight[1], 1.0 / daylight[2]};
 }
 
-inline Rgb blackBodyOf(double temperature, std::size_t space)
+inline Vec blackBodyOf(double temperature, std::size_t space)
 {
-    static const Rgb kScales[3] = {whiteScaleOf(0), whiteScaleOf(1), whiteScaleOf(2)};
-    const Rgb c = unscaledBlackBody(1.3806504e-23 * temperature, space);
+    static const Vec kScales[3] = {whiteScaleOf(0), whiteScaleOf(1), whiteScaleOf(2)};
+    const Vec c = unscaledBlackBody(1.3806504e-23 * temperature, space);
     return overMean({c[0] * kScales[space][0], c[1] * kScales[space][1], c[2] * kScales[space][2]});
 }
 
 // The largest channel at 1, none below 0.
-inline Rgb temperatureColorOf(double temperature, std::size_t space)
+inline Vec temperatureColorOf(double temperature, std::size_t space)
 {
-    Rgb c = blackBodyOf(temperature < 1000.0 ? 1000.0 : temperature, space);
+    Vec c = blackBodyOf(temperature < 1000.0 ? 1000.0 : temperature, space);
     const double largest = std::fmax(std::fmax(c[0], c[1]), c[2]);
     for (double& channel : c) {
         channel /= largest;

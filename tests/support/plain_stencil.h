@@ -1,8 +1,9 @@
 // The stencil once more, in double precision and by cases, to hold the plugin against.
 #pragma once
 
+#include "support/plain_values.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
@@ -11,16 +12,16 @@ namespace support {
 struct PlainStencil {
     double u = 0, v = 0, edgeBlend = 0;
     bool keyMasking = false, positiveKey = false;
-    std::array<double, 4> image{1, 1, 1, 1}, background{0, 0, 0, 1};
-    std::array<double, 3> key{1, 1, 1}, ranges{0, 0, 0};
+    plain::Rgba image{1, 1, 1, 1}, background{0, 0, 0, 1};
+    plain::Vec key{1, 1, 1}, ranges{0, 0, 0};
     double mask = 0;
     bool invert = false, invertAlpha = true, alphaFromColor = false, raw = false;
-    std::array<double, 3> colorMult{1, 1, 1}, colorOffset{0, 0, 0};
+    plain::Vec colorMult{1, 1, 1}, colorOffset{0, 0, 0};
     double alphaMult = 1, alphaOffset = 0;
 };
 
 struct PlainStencilResult {
-    std::array<double, 4> color{};
+    plain::Rgba color;
     double weight = 0;
     // How far the nearest decision was from falling the other way; a twin in single precision may
     // decide otherwise where this is next to nothing.
@@ -45,7 +46,7 @@ inline double plainStencilEdge(double u, double v, double blend)
 }
 
 // Hue as a fraction of the circle, saturation, value.
-inline std::array<double, 3> plainHsv(const std::array<double, 3>& c)
+inline plain::Vec plainHsv(const plain::Vec& c)
 {
     const double high = std::max({c[0], c[1], c[2]}), low = std::min({c[0], c[1], c[2]});
     const double span = high - low;

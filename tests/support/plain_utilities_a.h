@@ -1,8 +1,9 @@
 // The correct, mask, composite and conversion nodes written down plainly, in double precision and in one
 // piece a node: the oracle of their tests. It shares nothing with the library. Unset inputs are empty
-// optionals. min and max are comparisons in the order of their arguments: the first one stays unless the
-// second is truly smaller or larger.
+// optionals.
 #pragma once
+
+#include "support/plain_values.h"
 
 #include <cmath>
 #include <limits>
@@ -10,20 +11,8 @@
 
 namespace plain {
 
-struct Rgba {
-    double r = 0.0, g = 0.0, b = 0.0, a = 0.0;
-};
 using MaybeColor = std::optional<Rgba>;
 using MaybeNumber = std::optional<double>;
-
-inline double least(double x, double y)
-{
-    return y < x ? y : x;
-}
-inline double most(double x, double y)
-{
-    return x < y ? y : x;
-}
 
 // Hue in degrees, saturation, value in r, g, b.
 inline Rgba toHsv(const Rgba& c)

@@ -1,6 +1,8 @@
 // The arithmetic nodes written down plainly, in double precision: the oracle of their tests and the peer of
-// their benchmark. It shares nothing with the library. Colours are red, green, blue and alpha by index.
+// their benchmark. It shares nothing with the library.
 #pragma once
+
+#include "support/plain_values.h"
 
 #include <array>
 #include <cfloat>
@@ -10,19 +12,6 @@
 
 namespace plain {
 
-using Channels = std::array<double, 4>;
-using Vec = std::array<double, 3>;
-
-// Comparisons in the order of the arguments: the first one stays unless the second is truly beyond it.
-inline double smaller(double x, double y)
-{
-    return y < x ? y : x;
-}
-inline double larger(double x, double y)
-{
-    return x < y ? y : x;
-}
-
 // A power as single precision has it: infinite where it is too large, zero where it is too small.
 inline double power(double base, double exponent)
 {
@@ -31,15 +20,15 @@ inline double power(double base, double exponent)
     return std::fabs(value) < 0.5 * static_cast<double>(FLT_TRUE_MIN) ? 0.0 : value;
 }
 
-inline Channels multiplyDivideOf(const Channels& a, const Channels& b, int operation)
+inline Rgba multiplyDivideOf(const Rgba& a, const Rgba& b, int operation)
 {
     const bool black = (operation == 1 || operation == 2) && b[0] * b[0] + b[1] * b[1] + b[2] * b[2] < 1e-6;
-    Channels result{0.0, 0.0, 0.0, 1.0};
+    Rgba result{0.0, 0.0, 0.0, 1.0};
     for (std::size_t i = 0; i < 3 && !black; ++i) {
         result[i] = a[i];
         if (operation == 1) result[i] = a[i] * b[i];
         if (operation == 2) result[i] = a[i] * 1e-6 > b[i] ? 0.0 : a[i] / b[i];
-        if (operation == 3) result[i] = power(a[i], larger(0.0, b[i]));
+        if (operation == 3) result[i] = power(a[i], most(0.0, b[i]));
     }
     return result;
 }
@@ -63,8 +52,8 @@ inline double dot(const Vec& a, const Vec& b)
 inline Vec unit(const Vec& v)
 {
     const double length = std::sqrt(dot(v, v));
-    const double most = larger(larger(std::fabs(v[0]), std::fabs(v[1])), std::fabs(v[2]));
-    if (!(most < length * 1e18)) return v;
+    const double longest = most(most(std::fabs(v[0]), std::fabs(v[1])), std::fabs(v[2]));
+    if (!(longest < length * 1e18)) return v;
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
@@ -130,7 +119,7 @@ inline double contrastOf(double x, double contrast, double bias)
     const bool above = x > bias;
     const double t = above ? (x - bias) / (1.0 - bias) : (bias - x) / bias;
     const double exponent = above ? 0.5 / bias : 0.5 / (1.0 - bias);
-    const double p = larger(0.0, power(larger(0.0, 1.0 - t), exponent));
+    const double p = most(0.0, power(most(0.0, 1.0 - t), exponent));
     const double away = (1.0 - power(p, contrast)) * 0.5;
     return above ? 0.5 + away : 0.5 - away;
 }

@@ -101,14 +101,3 @@ inline FloatBounds floatBounds(TestNode& node)
 }
 
 } // namespace support
-
-// All four channels hold the same bits.
-#define EXPECT_SAME_COLOR(actual, ...)                                                                       \
-    do {                                                                                                     \
-        const OUtils::AColor actualColor = (actual);                                                         \
-        const OUtils::AColor expectedColor = __VA_ARGS__;                                                    \
-        EXPECT_SAME_BITS(actualColor.r, expectedColor.r);                                                    \
-        EXPECT_SAME_BITS(actualColor.g, expectedColor.g);                                                    \
-        EXPECT_SAME_BITS(actualColor.b, expectedColor.b);                                                    \
-        EXPECT_SAME_BITS(actualColor.a, expectedColor.a);                                                    \
-    } while (false)

@@ -14,14 +14,14 @@ using namespace nezaiva;
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-plain::Rgb widened(const Color& c)
+plain::Vec widened(const Color& c)
 {
     return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b)};
 }
 
-double distance(const Color& actual, const plain::Rgb& expected)
+double distance(const Color& actual, const plain::Vec& expected)
 {
-    const plain::Rgb c = widened(actual);
+    const plain::Vec c = widened(actual);
     return std::max(
         {std::fabs(c[0] - expected[0]), std::fabs(c[1] - expected[1]), std::fabs(c[2] - expected[2])});
 }
@@ -69,7 +69,7 @@ TEST(BlackBody, LooksUpWhatItWouldSum)
     for (int space = 0; space < 3; ++space)
         for (int step = 0; step <= 20'000; ++step) {
             const float temperature = temperatureAt(step, 20'000, 1e12);
-            const plain::Rgb summed = widened(blackBodyColorBySum(temperature, space));
+            const plain::Vec summed = widened(blackBodyColorBySum(temperature, space));
             EXPECT_LT(distance(blackBodyColor(temperature, space), summed), 5e-6)
                 << temperature << " in space " << space;
         }

@@ -300,8 +300,9 @@ TEST_P(VolumeNoise, NoValueLeadsOutOfTheTables)
                                     -2e9f, 1e-44f,    -1e-44f,    -1e-9f, -0.0f,  8388609.0f};
     for (const float a : odd) {
         for (const float b : odd) {
+            const bool finite = std::isfinite(a) && std::isfinite(b);
             // Angles beyond these numbers overflow, and their cosine is not a number.
-            const bool finite = std::fabs(a) < 1e9f && std::fabs(b) < 1e9f;
+            const bool finitePhases = std::fabs(a) < 1e10f && std::fabs(b) < 1e10f;
             for (int depth : {1, 2, 5, 20}) {
                 auto perlin = withOctaves<PerlinVolume>(depth);
                 auto billow = withOctaves<BillowVolume>(depth);
@@ -324,8 +325,9 @@ TEST_P(VolumeNoise, NoValueLeadsOutOfTheTables)
                     EXPECT_PRED2(atMostOne, evalBillow3d(billow, {a, b, 0.3f}, b), finite) << a << ", " << b;
                     EXPECT_PRED2(atMostOne, evalBillow2d(billow, a, b, a), finite) << a << ", " << b;
                 }
-                EXPECT_PRED2(atMostOne, evalCosine3d(cosine, {a, b, 0.3f}, b), finite) << a << ", " << b;
-                EXPECT_PRED2(atMostOne, evalCosine2d(cosine, a, b, a), finite) << a << ", " << b;
+                EXPECT_PRED2(atMostOne, evalCosine3d(cosine, {a, b, 0.3f}, b), finitePhases)
+                    << a << ", " << b;
+                EXPECT_PRED2(atMostOne, evalCosine2d(cosine, a, b, a), finitePhases) << a << ", " << b;
             }
         }
     }

@@ -78,12 +78,12 @@ TEST(MayaPerlinTexture, ReadsItsInputsInOrder)
     PerlinVolume settings;
     settings.fractal = VolumeInputs::fractal();
     const VolumePlacement placement = inputs.placement(6.0f * 0.0625f);
-    EXPECT_FLOAT_EQ(noise.eval3d(context, kX, kY, kZ, kTime),
-                    plain::perlin3d(settings, plain::place(placement, kPoint, true), kTime));
+    EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, kTime),
+                     plain::perlin3d(settings, plain::place(placement, kPoint, true), kTime));
     EXPECT_EQ(inputs.log, reads({"amplitude", "threshold"}));
     inputs.log.clear();
     const VolumePoint flat = plain::place(placement, kPoint, false);
-    EXPECT_FLOAT_EQ(noise.eval2d(context, kX, kY, kTime), plain::perlin2d(settings, flat.x, flat.y, kTime));
+    EXPECT_SAME_BITS(noise.eval2d(context, kX, kY, kTime), plain::perlin2d(settings, flat.x, flat.y, kTime));
     EXPECT_EQ(inputs.log, reads({"amplitude", "threshold"}));
 }
 
@@ -132,8 +132,8 @@ TEST(MayaPerlinTexture, UnsetInputsReadAsTheNoisesDefaults)
     settings.fractal.ratio = 0.707f;
     VolumePlacement placement;
     placement.frequencyFactor = 0.5f;
-    EXPECT_FLOAT_EQ(noise.eval3d(context, kX, kY, kZ, kTime),
-                    plain::perlin3d(settings, plain::place(placement, kPoint, true), kTime));
+    EXPECT_SAME_BITS(noise.eval3d(context, kX, kY, kZ, kTime),
+                     plain::perlin3d(settings, plain::place(placement, kPoint, true), kTime));
 }
 
 TEST(MayaPerlinTexture, GivesSingleOctaves)
@@ -169,8 +169,9 @@ TEST(MayaSpaceTimeTexture, TakesTimeAsADimension)
     const VolumePoint flat = plain::place(placement, kPoint, false);
     EXPECT_NEAR(noise.eval2d(context, kX, kY, kTime), plain::perlin2d(settings, flat.x, flat.y, kTime),
                 tolerance::kSum);
-    EXPECT_FLOAT_EQ(noise.noise3d(kX, kY, kZ, kTime, 0), plain::latticeNoise4(kX, kY, kZ, kTime * 0.1f, 100));
-    EXPECT_FLOAT_EQ(noise.noise2d(kX, kY, kTime, 0), plain::latticeNoise3(kX, kY, kTime * 0.1f));
+    EXPECT_SAME_BITS(noise.noise3d(kX, kY, kZ, kTime, 0),
+                     plain::latticeNoise4(kX, kY, kZ, kTime * 0.1f, 100));
+    EXPECT_SAME_BITS(noise.noise2d(kX, kY, kTime, 0), plain::latticeNoise3(kX, kY, kTime * 0.1f));
 }
 
 TEST(MayaBillowTexture, ReadsItsInputsInOrder)

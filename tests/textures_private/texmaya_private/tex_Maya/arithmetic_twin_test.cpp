@@ -3,70 +3,30 @@
 
 #include "arithmetic_test.h"
 
+#include "support/agreement.h"
+#include "support/draws.h"
 #include "support/plain_black_body.h"
 #include "support/plain_utilities_b.h"
 #include "support/test_vector_inputs.h"
 
 #include <array>
 #include <cmath>
-#include <random>
 
 namespace {
 
 using namespace support;
 using OUtils::AColor;
-using plain::Channels;
+using plain::Rgba;
 using plain::Vec;
 
 constexpr int kRounds = 4000;
 
-class Draws {
-public:
-    explicit Draws(unsigned seed) : engine(seed) {}
-
-    bool chance(double probability) { return unit() < probability; }
-    int below(int limit) { return static_cast<int>(unit() * limit); }
-    // Mostly -2 to 3; one in ten has a special place in the formulas or is no finite number.
-    float number()
-    {
-        constexpr float kSpecial[] = {0.0f, -0.0f, 1.0f, 0.5f, -1.0f, kNaN, kInfinity, -kInfinity};
-        if (chance(0.1)) return kSpecial[engine() % std::size(kSpecial)];
-        return between(-2.0f, 3.0f);
-    }
-    float between(float lower, float upper) { return lower + static_cast<float>(unit()) * (upper - lower); }
-    AColor color() { return {number(), number(), number(), number()}; }
-
-private:
-    double unit() { return static_cast<double>(engine()) / 4294967296.0; }
-    std::mt19937 engine;
-};
-
-Channels widened(const AColor& c)
+void expectAgreement(const AColor& actual, const Rgba& expected, int round, double growth = 1.0)
 {
-    return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b),
-            static_cast<double>(c.a)};
-}
-
-Vec pointOf(const AColor& c)
-{
-    return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b)};
-}
-
-// Infinities and NaN agree in kind. growth: how much the formula may blow a rounding error up.
-bool agrees(float actual, double expected, double growth = 1.0)
-{
-    const auto wide = static_cast<double>(actual);
-    if (std::isnan(expected)) return std::isnan(wide);
-    if (std::isinf(expected)) return wide == expected;
-    return std::fabs(wide - expected) <= tolerance::kSum * growth * std::max(1.0, std::fabs(expected));
-}
-
-void expectAgreement(const AColor& actual, const Channels& expected, int round, double growth = 1.0)
-{
-    EXPECT_PRED3(agrees, actual.r, expected[0], growth) << "round " << round;
-    EXPECT_PRED3(agrees, actual.g, expected[1], growth) << "round " << round;
-    EXPECT_PRED3(agrees, actual.b, expected[2], growth) << "round " << round;
-    EXPECT_PRED3(agrees, actual.a, expected[3], growth) << "round " << round;
+    EXPECT_PRED3(tolerance::sumAgrees, actual.r, expected[0], growth) << "round " << round;
+    EXPECT_PRED3(tolerance::sumAgrees, actual.g, expected[1], growth) << "round " << round;
+    EXPECT_PRED3(tolerance::sumAgrees, actual.b, expected[2], growth) << "round " << round;
+    EXPECT_PRED3(tolerance::sumAgrees, actual.a, expected[3], growth) << "round " << round;
 }
 
 // An input of a node: drawn anew each round, and sometimes taken away.
@@ -118,11 +78,11 @@ TEST(ArithmeticTwins, Gamma)
     TestNode node(descriptor("MayaGamma"));
     DrawnColor input(node, "input", {0.0f, 0.0f, 0.0f, 1.0f}), gamma(node, "gamma", {1.0f, 1.0f, 1.0f, 1.0f});
     for (int round = 0; round < kRounds; ++round) {
-        const Channels x = widened(input.draw(draws, draws.color()));
+        const Rgba x = widened(input.draw(draws, draws.color()));
         AColor drawn = draws.color();
         for (float AColor::*channel : {&AColor::r, &AColor::g, &AColor::b}) // powers of 4 at most, or none
             if (drawn.*channel > 0.0f && drawn.*channel < 0.25f) drawn.*channel = 0.25f;
-        const Channels g = widened(gamma.draw(draws, drawn));
+        const Rgba g = widened(gamma.draw(draws, drawn));
         expectAgreement(freshColor(node),
                         {plain::gammaPowerOf(x[0], g[0]), plain::gammaPowerOf(x[1], g[1]),
                          plain::gammaPowerOf(x[2], g[2]), 1.0},
@@ -137,13 +97,13 @@ TEST(ArithmeticTwins, SetRange)
     DrawnColor value(node, "value", {}), oldMin(node, "oldMin", {}), oldMax(node, "oldMax", {}),
         newMin(node, "newMin", {}), newMax(node, "newMax", {});
     for (int round = 0; round < kRounds; ++round) {
-        const Channels v = widened(value.draw(draws, draws.color()));
+        const Rgba v = widened(value.draw(draws, draws.color()));
         const AColor from = oldMin.draw(draws, draws.color());
-        const Channels a = widened(from);
-        const Channels b = widened(oldMax.draw(draws, draws.chance(0.2) ? from : draws.color()));
-        const Channels c = widened(newMin.draw(draws, draws.color()));
-        const Channels d = widened(newMax.draw(draws, draws.color()));
-        Channels expected{0.0, 0.0, 0.0, 1.0};
+        const Rgba a = widened(from);
+        const Rgba b = widened(oldMax.draw(draws, draws.chance(0.2) ? from : draws.color()));
+        const Rgba c = widened(newMin.draw(draws, draws.color()));
+        const Rgba d = widened(newMax.draw(draws, draws.color()));
+        Rgba expected{0.0, 0.0, 0.0, 1.0};
         for (std::size_t i = 0; i < 3; ++i)
             expected[i] = plain::setRangeOf(v[i], a[i], b[i], c[i], d[i]);
         expectAgreement(freshColor(node), expected, round);
@@ -157,7 +117,7 @@ plain::Placement drawPlacement(Draws& draws, OUtils::Transform& transform)
     plain::Placement placement;
     for (std::size_t i = 0; i < 4; ++i) {
         *vectors[i] = {draws.between(-2.0f, 2.0f), draws.between(-2.0f, 2.0f), draws.number()};
-        placement[i] = pointOf({vectors[i]->x, vectors[i]->y, vectors[i]->z, 0.0f});
+        placement[i] = widenedColor({vectors[i]->x, vectors[i]->y, vectors[i]->z, 0.0f});
     }
     return placement;
 }
@@ -175,7 +135,7 @@ TEST(ArithmeticTwins, VectorProduct)
         const AColor a = input1.draw(draws, draws.color()), b = input2.draw(draws, draws.color());
         const plain::Placement placement = drawPlacement(draws, transform.value);
         const Vec expected =
-            plain::vectorProductOf(pointOf(a), pointOf(b), placement, operation, normalize != 0);
+            plain::vectorProductOf(widenedColor(a), widenedColor(b), placement, operation, normalize != 0);
         expectAgreement(freshColor(node), {expected[0], expected[1], expected[2], 1.0}, round);
     }
 }
@@ -191,8 +151,8 @@ TEST(ArithmeticTwins, DistanceBetween)
         const AColor a = point1.draw(draws, draws.color()), b = point2.draw(draws, draws.color());
         const plain::Placement placementA = drawPlacement(draws, transform1.value);
         const plain::Placement placementB = drawPlacement(draws, transform2.value);
-        EXPECT_PRED3(agrees, node.value(), plain::distanceOf(pointOf(a), placementA, pointOf(b), placementB),
-                     1.0)
+        EXPECT_PRED3(tolerance::sumAgrees, node.value(),
+                     plain::distanceOf(widenedColor(a), placementA, widenedColor(b), placementB), 1.0)
             << "round " << round;
     }
 }
@@ -216,20 +176,20 @@ TEST(ArithmeticTwins, PlusMinusAverage)
             floats[place].value = colors[place].value.r;
             colorEntries.push_back(absent ? nullptr : &colors[place]);
             floatEntries.push_back(absent ? nullptr : &floats[place]);
-            const Channels wide = widened(absent ? AColor{} : colors[place].value);
+            const Rgba wide = widened(absent ? AColor{} : colors[place].value);
             for (std::size_t k = 0; k < 4; ++k)
                 channels[k].push_back(wide[k]);
             numbers.push_back(wide[0]);
         }
         connectList(node, "input3D", colorEntries);
         connectList(node, "input1D", floatEntries);
-        Channels expected;
+        Rgba expected;
         for (std::size_t k = 0; k < 4; ++k)
             expected[k] = plain::plusMinusAverageOf(channels[k], operation);
         expectAgreement(freshColor(node), expected, round);
         auto* output = outputOf<OUtils::TextureFloatInterface>(node, "output1D");
-        EXPECT_PRED3(agrees, output->evalFloat(node.context), plain::plusMinusAverageOf(numbers, operation),
-                     1.0);
+        EXPECT_PRED3(tolerance::sumAgrees, output->evalFloat(node.context),
+                     plain::plusMinusAverageOf(numbers, operation), 1.0);
     }
 }
 
@@ -259,16 +219,16 @@ TEST(ArithmeticTwins, MayaContrast)
     DrawnColor value(node, "value", {0.0f, 0.0f, 0.0f, 1.0f}),
         contrast(node, "contrast", {2.0f, 2.0f, 2.0f, 1.0f}), bias(node, "bias", {0.5f, 0.5f, 0.5f, 1.0f});
     for (int round = 0; round < kRounds; ++round) {
-        const Channels x = widened(value.draw(draws, draws.color()));
+        const Rgba x = widened(value.draw(draws, draws.color()));
         // Negative contrasts, and biases near 0 and 1 and beyond, blow rounding errors up without bound.
         AColor steep = draws.color();
         for (float AColor::*channel : {&AColor::r, &AColor::g, &AColor::b})
             steep.*channel = std::fabs(steep.*channel);
-        const Channels c = widened(contrast.draw(draws, steep));
+        const Rgba c = widened(contrast.draw(draws, steep));
         AColor middle{draws.between(0.1f, 0.9f), draws.between(0.1f, 0.9f), draws.between(0.1f, 0.9f), 1.0f};
         if (draws.chance(0.1)) middle.r = kNaN;
-        const Channels b = widened(bias.draw(draws, middle));
-        Channels expected{0.0, 0.0, 0.0, x[3]};
+        const Rgba b = widened(bias.draw(draws, middle));
+        Rgba expected{0.0, 0.0, 0.0, x[3]};
         for (std::size_t i = 0; i < 3; ++i)
             expected[i] = plain::contrastOf(x[i], c[i], b[i]);
         expectAgreement(freshColor(node), expected, round, 10.0);
@@ -285,9 +245,9 @@ TEST(ArithmeticTwins, TemperatureToColor)
         const float temperature = draws.between(-1000.0f, 20'000.0f);
         node.set("temperature", temperature);
         input.value = draws.color();
-        const Channels scale = widened(input.value);
+        const Rgba scale = widened(input.value);
         const double kelvin = (scale[0] + scale[1] + scale[2]) / 3.0 * static_cast<double>(temperature);
-        plain::Rgb expected{NAN, NAN, NAN};
+        Vec expected{NAN, NAN, NAN};
         if (kelvin < HUGE_VAL) expected = plain::temperatureColorOf(kelvin, 1);
         expectAgreement(freshColor(node), {expected[0], expected[1], expected[2], scale[3]}, round);
     }

@@ -140,9 +140,9 @@ TEST_F(ColorCorrectTest, GammaIsTheReciprocalExponentOfEachChannel)
     give("in_color", {0.25f, 4.0f, 0.125f, 1.0f});
     give("col_gamma", {2.0f, 0.5f, -3.0f, 1.0f});
     const AColor c = node.color();
-    EXPECT_FLOAT_EQ(c.r, 0.5f); // 4 ulp: one power
-    EXPECT_FLOAT_EQ(c.g, 16.0f);
-    EXPECT_FLOAT_EQ(c.b, 2.0f);
+    EXPECT_SAME_BITS(c.r, 0.5f); // 4 ulp: one power
+    EXPECT_SAME_BITS(c.g, 16.0f);
+    EXPECT_SAME_BITS(c.b, 2.0f);
 }
 
 TEST_F(ColorCorrectTest, AZeroGammaLeavesItsChannelAlone)
@@ -195,7 +195,7 @@ TEST_F(ColorCorrectTest, TheAlphaGainIsAlsoTheAlphaGamma)
 {
     give("in_alpha", 0.25f);
     give("alpha_gain", 2.0f);
-    EXPECT_FLOAT_EQ(node.color().a, std::sqrt(0.5f));
+    EXPECT_SAME_BITS(node.color().a, std::sqrt(0.5f));
     // 0.25 * 0 = 0; an exponent of 0 stays out.
     give("alpha_gain", 0.0f);
     EXPECT_SAME_BITS(node.color().a, 0.0f);
@@ -276,7 +276,7 @@ TEST_F(ColorCorrectTest, BoundsTakeGainOffsetAndGamma)
     // Upper: y = 1, 3, 2, 3; max(y, y + offset) = 2, 3, 2.5, 3.5. Gamma: red 2^(1/2) is smaller, green
     // 3^2 = 9. Alpha takes no gamma.
     EXPECT_SAME_BITS(bounds.upper.r, 2.0f);
-    EXPECT_FLOAT_EQ(bounds.upper.g, 9.0f);
+    EXPECT_SAME_BITS(bounds.upper.g, 9.0f);
     EXPECT_SAME_BITS(bounds.upper.b, 2.5f);
     EXPECT_SAME_BITS(bounds.upper.a, 3.5f);
 }
@@ -289,12 +289,12 @@ TEST_F(ColorCorrectTest, LowerBoundsTakeTheSmallerGamma)
     color("col_gamma").lowerBound = {0.5f, 2.0f, 0.5f, 1.0f};
     color("col_gamma").upperBound = {1.0f, 0.5f, 2.0f, 1.0f};
     const ColorBounds bounds = colorBounds(node);
-    EXPECT_FLOAT_EQ(bounds.lower.r, 0.25f);
-    EXPECT_FLOAT_EQ(bounds.lower.g, 0.25f);
-    EXPECT_FLOAT_EQ(bounds.lower.b, 0.25f);
+    EXPECT_SAME_BITS(bounds.lower.r, 0.25f);
+    EXPECT_SAME_BITS(bounds.lower.g, 0.25f);
+    EXPECT_SAME_BITS(bounds.lower.b, 0.25f);
     EXPECT_SAME_BITS(bounds.upper.r, 0.5f);
-    EXPECT_FLOAT_EQ(bounds.upper.g, std::sqrt(0.5f));
-    EXPECT_FLOAT_EQ(bounds.upper.b, std::sqrt(0.5f));
+    EXPECT_SAME_BITS(bounds.upper.g, std::sqrt(0.5f));
+    EXPECT_SAME_BITS(bounds.upper.b, std::sqrt(0.5f));
 }
 
 TEST_F(ColorCorrectTest, BoundsAskNeitherAlphaNorHueNorClamps)

@@ -76,16 +76,16 @@ TEST_F(ColorMaskTest, TakesTheStrengthFromTheLuminanceOfTheMask)
     node.set("mask_alpha_is_luminance", 1.0f);
     mask.value = {0.5f, 0.5f, 0.5f, 1.0f};
     const AColor c = node.color();
-    EXPECT_FLOAT_EQ(c.r, 0.375f);
-    EXPECT_FLOAT_EQ(c.g, 0.5f);
-    EXPECT_FLOAT_EQ(c.b, 0.75f);
-    EXPECT_FLOAT_EQ(c.a, 0.25f);
+    EXPECT_SAME_BITS(c.r, 0.375f);
+    EXPECT_SAME_BITS(c.g, 0.5f);
+    EXPECT_SAME_BITS(c.b, 0.75f);
+    EXPECT_SAME_BITS(c.a, 0.25f);
     mask.value = {1.0f, 0.0f, 0.0f, 1.0f};
-    EXPECT_FLOAT_EQ(node.color().a, 0.45f);
+    EXPECT_SAME_BITS(node.color().a, 0.45f);
     mask.value = {0.0f, 1.0f, 0.0f, 1.0f};
-    EXPECT_FLOAT_EQ(node.color().a, 0.16f);
+    EXPECT_SAME_BITS(node.color().a, 0.16f);
     mask.value = {0.0f, 0.0f, 1.0f, 1.0f};
-    EXPECT_FLOAT_EQ(node.color().a, 0.64f);
+    EXPECT_SAME_BITS(node.color().a, 0.64f);
     mask.value = {-1.0f, 0.0f, 0.0f, 1.0f};
     EXPECT_SAME_COLOR(node.color(), {0.25f, 0.5f, 1.0f, 0.75f});
 }
@@ -133,9 +133,9 @@ TEST_F(ColorMaskTest, BoundsOfNothingConnected)
 {
     const ColorBounds bounds = colorBounds(node);
     // The luminance of white is 1 up to rounding.
-    EXPECT_FLOAT_EQ(bounds.lower.r, 1.0f);
-    EXPECT_FLOAT_EQ(bounds.lower.g, 1.0f);
-    EXPECT_FLOAT_EQ(bounds.lower.b, 1.0f);
+    EXPECT_SAME_BITS(bounds.lower.r, 1.0f);
+    EXPECT_SAME_BITS(bounds.lower.g, 1.0f);
+    EXPECT_SAME_BITS(bounds.lower.b, 1.0f);
     EXPECT_NEAR(bounds.lower.a, 0.0f, tolerance::kSum);
     EXPECT_SAME_COLOR(bounds.upper, {1.0f, 1.0f, 1.0f, 1.0f});
 }
@@ -166,8 +166,8 @@ TEST_F(ColorMaskTest, BoundsOfAlphaIgnoreAStrengthBelowZero)
     maskAlpha.upperBound = -2.0f;
     const ColorBounds bounds = colorBounds(node);
     // Strengths -3 and -1 (the luminance of -1): 0.5 * 4 + 3 = 5, and 0.5 * 2 + 1 = 2.
-    EXPECT_FLOAT_EQ(bounds.lower.r, 2.0f);
-    EXPECT_FLOAT_EQ(bounds.upper.g, 5.0f);
+    EXPECT_SAME_BITS(bounds.lower.r, 2.0f);
+    EXPECT_SAME_BITS(bounds.upper.g, 5.0f);
     EXPECT_SAME_BITS(bounds.lower.a, 0.5f);
     EXPECT_SAME_BITS(bounds.upper.a, 0.75f);
 }

@@ -48,11 +48,11 @@ TEST_F(DistanceBetweenTest, PlacesEachPointByItsWholeTransform)
     node.connect("point1", point1).connect("point2", point2);
     node.connect("transform1", transform1).connect("transform2", transform2);
     // (0, 2, 3) and (3, 2, 6), apart by 3, 0, 3.
-    EXPECT_FLOAT_EQ(node.value(), 4.24264069f);
+    EXPECT_SAME_BITS(node.value(), 4.24264069f);
     // Without points the offsets remain: (-2, 0, 0) and (0, -3, -3).
     TestNode placed(descriptor("TexDistanceBetween"));
     placed.connect("transform1", transform1).connect("transform2", transform2);
-    EXPECT_FLOAT_EQ(placed.value(), 4.69041576f);
+    EXPECT_SAME_BITS(placed.value(), 4.69041576f);
 }
 
 TEST_F(DistanceBetweenTest, NoNumbersHaveNoDistance)

@@ -43,16 +43,16 @@ TEST_F(FloatCompositeTest, AFactorUpToZeroGivesTheFirstFloatWithoutAskingTheSeco
 TEST_F(FloatCompositeTest, ComposesByItsOperation)
 {
     connectAll();
-    EXPECT_FLOAT_EQ(composed(0, 0.2f, 0.6f, 0.5f), 0.5f);
-    EXPECT_FLOAT_EQ(composed(1, 0.5f, 0.6f, 0.5f), 0.3f);
-    EXPECT_FLOAT_EQ(composed(2, 0.2f, 0.6f, 0.25f), 0.3f);
-    EXPECT_FLOAT_EQ(composed(3, 0.5f, 0.6f, 0.5f), 0.4f);
-    EXPECT_FLOAT_EQ(composed(4, 0.2f, 0.6f, 0.5f), 0.44f);
-    EXPECT_FLOAT_EQ(composed(5, 0.2f, 0.4f, 0.5f), 0.64f);
-    EXPECT_FLOAT_EQ(composed(5, 0.2f, 0.6f, 0.5f), 0.22f);
-    EXPECT_FLOAT_EQ(composed(6, 0.2f, 0.6f, 0.5f), 0.1f);
-    EXPECT_FLOAT_EQ(composed(7, 0.2f, 0.6f, 0.5f), 0.35f);
-    EXPECT_FLOAT_EQ(composed(8, 0.2f, 0.6f, 0.5f), 0.35f);
+    EXPECT_SAME_BITS(composed(0, 0.2f, 0.6f, 0.5f), 0.5f);
+    EXPECT_SAME_BITS(composed(1, 0.5f, 0.6f, 0.5f), 0.3f);
+    EXPECT_SAME_BITS(composed(2, 0.2f, 0.6f, 0.25f), 0.3f);
+    EXPECT_SAME_BITS(composed(3, 0.5f, 0.6f, 0.5f), 0.4f);
+    EXPECT_SAME_BITS(composed(4, 0.2f, 0.6f, 0.5f), 0.44f);
+    EXPECT_SAME_BITS(composed(5, 0.2f, 0.4f, 0.5f), 0.64f);
+    EXPECT_SAME_BITS(composed(5, 0.2f, 0.6f, 0.5f), 0.22f);
+    EXPECT_SAME_BITS(composed(6, 0.2f, 0.6f, 0.5f), 0.1f);
+    EXPECT_SAME_BITS(composed(7, 0.2f, 0.6f, 0.5f), 0.35f);
+    EXPECT_SAME_BITS(composed(8, 0.2f, 0.6f, 0.5f), 0.35f);
 }
 
 TEST_F(FloatCompositeTest, AFactorOfTwoStaysTwoButForBlend)

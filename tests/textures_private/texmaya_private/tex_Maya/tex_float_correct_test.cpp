@@ -44,9 +44,9 @@ TEST_F(FloatCorrectTest, TheGainIsAlsoTheGamma)
     give("in_float", in, 1.0f);
     give("offset", offset, 0.0f);
     give("gain", gain, 2.0f);
-    EXPECT_FLOAT_EQ(node.value(), std::sqrt(2.0f));
+    EXPECT_SAME_BITS(node.value(), std::sqrt(2.0f));
     give("gain", gain, 0.5f);
-    EXPECT_FLOAT_EQ(node.value(), 0.25f);
+    EXPECT_SAME_BITS(node.value(), 0.25f);
 }
 
 TEST_F(FloatCorrectTest, AGainOfZeroOrOneIsNoGamma)
@@ -134,8 +134,8 @@ TEST_F(FloatCorrectTest, BoundsTakeGainOffsetAndTheParameterGamma)
     gamma.upperBound = 0.5f;
     node.set("clamp", 1);
     const FloatBounds bounds = floatBounds(node);
-    EXPECT_FLOAT_EQ(bounds.lower, 0.015625f); // (0.25 - 0.125)^2
-    EXPECT_FLOAT_EQ(bounds.upper, 81.0f);     // (4 + 5)^2
+    EXPECT_SAME_BITS(bounds.lower, 0.015625f); // (0.25 - 0.125)^2
+    EXPECT_SAME_BITS(bounds.upper, 81.0f);     // (4 + 5)^2
 }
 
 TEST_F(FloatCorrectTest, BoundsHoldTheValueWithoutItsOffset)

@@ -47,8 +47,8 @@ TEST_F(ContrastTest, PushesAwayFromTheBias)
     // Bias 0.25. Above: t = 0.25, p = 0.75^2 = 0.5625, to the contrast 0.5: 0.75. 0.5 + 0.125.
     // Below: t = 0.5, p = 0.5^(2/3), to the contrast 3: 0.25. 0.5 - 0.375.
     const AColor color = result({0.4375f, 0.125f, 0.25f, 0.0f}, {0.5f, 3.0f, 3.0f, 7.0f}, grey(0.25f));
-    EXPECT_FLOAT_EQ(color.r, 0.625f);
-    EXPECT_FLOAT_EQ(color.g, 0.125f);
+    EXPECT_SAME_BITS(color.r, 0.625f);
+    EXPECT_SAME_BITS(color.g, 0.125f);
     EXPECT_SAME_BITS(color.b, 0.5f);
     EXPECT_SAME_BITS(color.a, 0.0f);
 }
@@ -81,8 +81,8 @@ TEST_F(ContrastTest, BiasesOutsideBendTheCurveTheOtherWay)
     connectAll();
     // Bias 2: t = 0.5, p = 0.5^-0.5, squared 2: 0.5 + 0.5. Bias -1: the same above it, 0.5 - 0.5.
     const AColor color = result({1.0f, 0.0f, 0.0f, 1.0f}, grey(2.0f), {2.0f, -1.0f, 0.5f, 1.0f});
-    EXPECT_FLOAT_EQ(color.r, 1.0f);
-    EXPECT_NEAR(color.g, 0.0f, 1e-6f);
+    EXPECT_SAME_BITS(color.r, 1.0f);
+    EXPECT_SAME_BITS(color.g, 0.0f);
 }
 
 TEST_F(ContrastTest, NaNCountsAsTheEnd)
@@ -117,8 +117,8 @@ TEST_F(ContrastTest, BoundsTakeTheOppositeBias)
     bias.upperBound = grey(0.75f);
     // Lower, bias 0.75: t = 1/3, p = (2/3)^2, 0.5 - (1 - 4/9) / 2. Upper, bias 0.25: the mirror image.
     const ColorBounds bounds = colorBounds(node);
-    EXPECT_FLOAT_EQ(bounds.lower.r, 0.222222222f);
-    EXPECT_FLOAT_EQ(bounds.upper.r, 0.777777778f);
+    EXPECT_SAME_BITS(bounds.lower.r, 0.222222222f);
+    EXPECT_SAME_BITS(bounds.upper.r, 0.777777778f);
 }
 
 TEST_F(ContrastTest, RemembersThePoint)

@@ -50,7 +50,7 @@ TEST_F(RgbToHsvTest, ANegativeRedHasAHueAboveZero)
     EXPECT_SAME_COLOR(converted({-1.0f, 0.5f, 1.0f, 1.0f}), {195.0f, 2.0f, 1.0f, 1.0f});
     // Red is the largest of three negatives: (-1 - -0.5) / 0.75 60 = -40, and 320 after the shift.
     const AColor shifted = converted({-0.25f, -1.0f, -0.5f, 1.0f});
-    EXPECT_FLOAT_EQ(shifted.r, 320.0f);
+    EXPECT_SAME_BITS(shifted.r, 320.0f);
     EXPECT_SAME_BITS(shifted.g, -3.0f);
     EXPECT_SAME_BITS(shifted.b, -0.25f);
 }

@@ -55,12 +55,12 @@ TEST_F(SetRangeTest, AnOldRangeOfNoWidthIsWidened)
     newMax.value = grey(1e6f);
     // 0.25 + (0.5 / 1e6) (1e6 - 0.25) = 0.749999875
     const AColor color = node.color();
-    EXPECT_FLOAT_EQ(color.r, 0.749999875f);
-    EXPECT_FLOAT_EQ(color.g, 0.749999875f);
+    EXPECT_SAME_BITS(color.r, 0.749999875f);
+    EXPECT_SAME_BITS(color.g, 0.749999875f);
     // The ends need not be 0: 0.5 above 2, in units of a million.
     oldMin.value = oldMax.value = grey(2.0f);
     value.value = grey(2.5f);
-    EXPECT_FLOAT_EQ(node.color().b, 0.749999875f);
+    EXPECT_SAME_BITS(node.color().b, 0.749999875f);
 }
 
 TEST_F(SetRangeTest, PassesNaNOn)
@@ -108,8 +108,8 @@ TEST_F(SetRangeTest, BoundsWidenEveryOldMaximumThatMeetsAnOldMinimum)
     bound(oldMax, 1.0f, 0.0f);
     const ColorBounds bounds = colorBounds(node);
     // Least: value 0, minimum 1, width 999999. Greatest: value 1, minimum 0, width 1e6.
-    EXPECT_FLOAT_EQ(bounds.lower.r, -1e6f / 999999.0f);
-    EXPECT_FLOAT_EQ(bounds.upper.r, 1.0f);
+    EXPECT_SAME_BITS(bounds.lower.r, -1e6f / 999999.0f);
+    EXPECT_SAME_BITS(bounds.upper.r, 1.0f);
 }
 
 TEST_F(SetRangeTest, BoundsWidenTwiceWhereTheFirstTimeMeetsTheOtherMinimum)

@@ -96,16 +96,16 @@ TEST_F(StencilTest, StencilBlendsAllFourChannelsAndPostProcessesTheBlend)
     mask.value = 0.5f;
     node.connect("mask", mask);
     AColor blend = color();
-    EXPECT_NEAR(blend.r, 0.55, 1e-6);
-    EXPECT_NEAR(blend.g, 0.55, 1e-6);
-    EXPECT_NEAR(blend.b, 0.55, 1e-6);
-    EXPECT_NEAR(blend.a, 0.55, 1e-6);
+    EXPECT_SAME_BITS(blend.r, 0.55);
+    EXPECT_SAME_BITS(blend.g, 0.55);
+    EXPECT_SAME_BITS(blend.b, 0.55);
+    EXPECT_SAME_BITS(blend.a, 0.55);
     TestColor factor({2.0f, 3.0f, 4.0f, 5.0f});
     node.connect("color_mult", factor);
     blend = color();
-    EXPECT_NEAR(blend.r, 1.1, 1e-6);
-    EXPECT_NEAR(blend.b, 2.2, 1e-6);
-    EXPECT_NEAR(blend.a, 0.55, 1e-6);
+    EXPECT_SAME_BITS(blend.r, 1.1);
+    EXPECT_SAME_BITS(blend.b, 2.2);
+    EXPECT_SAME_BITS(blend.a, 0.55);
 }
 
 TEST_F(StencilTest, StencilMasksFromAMillionthOn)
@@ -167,7 +167,7 @@ TEST_F(StencilTest, StencilDoesNotAskForTheMaskWhereTheKeyTakesOut)
                             "key.evalColor", "background.evalColor"}));
     key.value.r = 0.25f;
     log.clear();
-    EXPECT_NEAR(color().r, 0.2 * 0.75 + 0.9 * 0.25, 1e-6);
+    EXPECT_SAME_BITS(color().r, 0.2 * 0.75 + 0.9 * 0.25);
     EXPECT_EQ(log, (CallLog{"hue.evalFloat", "sat.evalFloat", "val.evalFloat", "image.evalColor",
                             "key.evalColor", "mask.evalFloat", "image.evalColor", "background.evalColor"}));
 }
@@ -183,10 +183,10 @@ TEST_F(StencilTest, StencilInvertsBeforeItTakesAlphaAndGain)
     for (int compatibility : {0, 1, 7}) {
         node.set("compatibility_with", compatibility);
         const AColor shown = color();
-        EXPECT_NEAR(shown.r, 1.4, 1e-6);
-        EXPECT_NEAR(shown.g, 2.3, 1e-6);
-        EXPECT_NEAR(shown.b, 3.2, 1e-6);
-        EXPECT_NEAR(shown.a, 0.638 * 0.5 + 4.0, 1e-6);
+        EXPECT_SAME_BITS(shown.r, 1.4);
+        EXPECT_SAME_BITS(shown.g, 2.3);
+        EXPECT_SAME_BITS(shown.b, 3.2);
+        EXPECT_SAME_BITS(shown.a, 0.638 * 0.5 + 4.0);
     }
 }
 
@@ -195,7 +195,7 @@ TEST_F(StencilTest, StencilTakesTheLuminanceForItsAlphaInEveryModeButZero)
     // 0.06 + 0.236 + 0.066
     for (int mode : {1, 2, 3, -1}) {
         node.set("alpha_from_intensity", mode);
-        EXPECT_NEAR(color().a, 0.362, 1e-6) << mode;
+        EXPECT_SAME_BITS(color().a, 0.362) << mode;
     }
     node.set("alpha_from_intensity", 0);
     EXPECT_SAME_BITS(color().a, 0.8f);
@@ -331,15 +331,15 @@ TEST_F(StencilTest, StencilGradientOfAProductCountsTheImageAlsoInABlend)
     mask.value = 0.5f;
     node.connect("color_mult", factor).connect("mask", mask);
     const AColor product = gradient();
-    EXPECT_FLOAT_EQ(product.r, 2.0f + 5.0f);
-    EXPECT_FLOAT_EQ(product.g, 3.0f + 10.0f);
-    EXPECT_FLOAT_EQ(product.b, 4.0f + 15.0f);
-    EXPECT_FLOAT_EQ(product.a, 5.0f + 20.0f);
+    EXPECT_SAME_BITS(product.r, 2.0f + 5.0f);
+    EXPECT_SAME_BITS(product.g, 3.0f + 10.0f);
+    EXPECT_SAME_BITS(product.b, 4.0f + 15.0f);
+    EXPECT_SAME_BITS(product.a, 5.0f + 20.0f);
     TestNode bare(descriptor("TexStencil"));
     bare.connect("uvwgen", generator).connect("color_mult", factor);
     AColor result = kUnwrittenColor;
     bare.texture()->evalColorGradient(&result, bare.context);
-    EXPECT_FLOAT_EQ(result.a, 40.0f);
+    EXPECT_SAME_BITS(result.a, 40.0f);
 }
 
 TEST_F(StencilTest, StencilOutputsFollowItsColor)

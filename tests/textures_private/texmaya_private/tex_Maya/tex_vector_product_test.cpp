@@ -76,14 +76,14 @@ TEST_F(VectorProductTest, NormalizesResults)
     input1.value = {0.0f, 3.0f, 4.0f, 9.0f};
     input2.value = {0.0f, -8.0f, 6.0f, 9.0f};
     AColor color = result(0, 1);
-    EXPECT_FLOAT_EQ(color.g, 0.6f);
-    EXPECT_FLOAT_EQ(color.b, 0.8f);
+    EXPECT_SAME_BITS(color.g, 0.6f);
+    EXPECT_SAME_BITS(color.b, 0.8f);
     color = result(2, 1); // (50, 0, 0)
-    EXPECT_FLOAT_EQ(color.r, 1.0f);
-    EXPECT_FLOAT_EQ(color.g, 0.0f);
+    EXPECT_SAME_BITS(color.r, 1.0f);
+    EXPECT_SAME_BITS(color.g, 0.0f);
     color = result(3, 1); // (0, -4, 9)
-    EXPECT_FLOAT_EQ(color.g, -4.0f / std::sqrt(97.0f));
-    EXPECT_FLOAT_EQ(color.b, 9.0f / std::sqrt(97.0f));
+    EXPECT_SAME_BITS(color.g, -4.0f / std::sqrt(97.0f));
+    EXPECT_SAME_BITS(color.b, 9.0f / std::sqrt(97.0f));
 }
 
 TEST_F(VectorProductTest, NormalizesTheInputsOfADotProductInstead)
@@ -92,9 +92,9 @@ TEST_F(VectorProductTest, NormalizesTheInputsOfADotProductInstead)
     input1.value = {0.0f, 3.0f, 4.0f, 9.0f};
     input2.value = {0.0f, -8.0f, 6.0f, 9.0f};
     const AColor color = result(1, 1); // 0.6 (-0.8) + 0.8 0.6
-    EXPECT_NEAR(color.r, 0.0f, 1e-6f);
+    EXPECT_SAME_BITS(color.r, 0.0f);
     input2.value = {0.0f, 6.0f, 8.0f, 9.0f};
-    EXPECT_FLOAT_EQ(result(1, 1).b, 1.0f);
+    EXPECT_SAME_BITS(result(1, 1).b, 1.0f);
 }
 
 TEST_F(VectorProductTest, NeverNormalizesPoints)

@@ -54,7 +54,7 @@ TEST(PlaceInMotion, OneSampleHoldsTheFramesValue)
     place.renderer.frame.time = 1.0;
     place.moveOffset(1);
     for (const double time : {0.0, 0.5, 1.0})
-        EXPECT_FLOAT_EQ(place.u(time), 0.75f);
+        EXPECT_SAME_BITS(place.u(time), 0.75f);
 }
 
 TEST(PlaceInMotion, WithoutMotionBlurThereIsOneSample)
@@ -64,30 +64,30 @@ TEST(PlaceInMotion, WithoutMotionBlurThereIsOneSample)
     place.renderer.frame.time = 2.0;
     place.moveOffset(3);
     for (const double time : {0.0, 0.5, 1.0})
-        EXPECT_FLOAT_EQ(place.u(time), 1.25f);
+        EXPECT_SAME_BITS(place.u(time), 1.25f);
 }
 
 TEST(PlaceInMotion, SamplesAreSpreadOverTheInterval)
 {
     MovingPlace place;
     place.moveOffset(2); // 0 and 1
-    EXPECT_FLOAT_EQ(place.u(0.0), 0.25f);
-    EXPECT_FLOAT_EQ(place.u(0.5), 0.75f);
-    EXPECT_FLOAT_EQ(place.u(1.0), 1.25f);
+    EXPECT_SAME_BITS(place.u(0.0), 0.25f);
+    EXPECT_SAME_BITS(place.u(0.5), 0.75f);
+    EXPECT_SAME_BITS(place.u(1.0), 1.25f);
     place.moveOffset(3); // 0, 1, 1
-    EXPECT_FLOAT_EQ(place.u(0.0), 0.25f);
-    EXPECT_FLOAT_EQ(place.u(0.25), 0.75f);
-    EXPECT_FLOAT_EQ(place.u(0.5), 1.25f);
-    EXPECT_FLOAT_EQ(place.u(0.75), 1.25f);
-    EXPECT_FLOAT_EQ(place.u(1.0), 1.25f);
+    EXPECT_SAME_BITS(place.u(0.0), 0.25f);
+    EXPECT_SAME_BITS(place.u(0.25), 0.75f);
+    EXPECT_SAME_BITS(place.u(0.5), 1.25f);
+    EXPECT_SAME_BITS(place.u(0.75), 1.25f);
+    EXPECT_SAME_BITS(place.u(1.0), 1.25f);
 }
 
 TEST(PlaceInMotion, TimesOutsideTheShutterAreExtrapolated)
 {
     MovingPlace place;
     place.moveOffset(2);
-    EXPECT_FLOAT_EQ(place.u(-0.5), -0.25f);
-    EXPECT_FLOAT_EQ(place.u(1.5), 1.75f);
+    EXPECT_SAME_BITS(place.u(-0.5), -0.25f);
+    EXPECT_SAME_BITS(place.u(1.5), 1.75f);
 }
 
 TEST(PlaceInMotion, NoSamplesMeansTheGlobalNumber)
@@ -95,13 +95,13 @@ TEST(PlaceInMotion, NoSamplesMeansTheGlobalNumber)
     MovingPlace place;
     place.renderer.frame.geometrySamples = 3;
     place.moveOffset(0);
-    EXPECT_FLOAT_EQ(place.u(0.5), 1.25f); // two samples would give 0.75
+    EXPECT_SAME_BITS(place.u(0.5), 1.25f); // two samples would give 0.75
     place.renderer.frame.geometrySamples = 0;
     place.renderer.frame.time = 1.0;
     place.nextFrame();
-    EXPECT_FLOAT_EQ(place.u(1.0), 0.75f); // one sample: the frame's value
+    EXPECT_SAME_BITS(place.u(1.0), 0.75f); // one sample: the frame's value
     place.moveOffset(-4);
-    EXPECT_FLOAT_EQ(place.u(1.0), 0.75f);
+    EXPECT_SAME_BITS(place.u(1.0), 0.75f);
 }
 
 TEST(PlaceInMotion, AnAnimatedNumberWinsOverItsTexture)
@@ -110,15 +110,15 @@ TEST(PlaceInMotion, AnAnimatedNumberWinsOverItsTexture)
     MovingPlace place;
     place.connect("offset_u_tex", texture);
     place.moveOffset(1);
-    EXPECT_FLOAT_EQ(place.u(0.0), 8.25f);
+    EXPECT_SAME_BITS(place.u(0.0), 8.25f);
     place.moveOffset(2);
-    EXPECT_FLOAT_EQ(place.u(0.0), 0.25f);
-    EXPECT_FLOAT_EQ(place.u(1.0), 1.25f);
+    EXPECT_SAME_BITS(place.u(0.0), 0.25f);
+    EXPECT_SAME_BITS(place.u(1.0), 1.25f);
     // For that frame alone: where the number rests, the texture has its say again.
     place.renderer.frame.intervalStart = 10.0;
     place.renderer.frame.intervalEnd = 11.0;
     place.nextFrame();
-    EXPECT_FLOAT_EQ(place.u(0.5), 8.25f);
+    EXPECT_SAME_BITS(place.u(0.5), 8.25f);
 }
 
 TEST(PlaceInMotion, ATextureReplacesRestingNumbers)
@@ -127,10 +127,10 @@ TEST(PlaceInMotion, ATextureReplacesRestingNumbers)
     MovingPlace place;
     place.connect("offset_v_tex", texture);
     place.moveOffset(2);
-    EXPECT_FLOAT_EQ(place.u(0.5), 0.75f);
+    EXPECT_SAME_BITS(place.u(0.5), 0.75f);
     UVWSample sample;
     interfaceOf<UVWGenInterface>(place.base(), EXT_UVWGEN)->evalUVW(place.context, &sample);
-    EXPECT_FLOAT_EQ(sample.uvw.y, 8.5f);
+    EXPECT_SAME_BITS(sample.uvw.y, 8.5f);
 }
 
 TEST(PlaceInMotion, MatricesFollowTheTime)
@@ -138,10 +138,10 @@ TEST(PlaceInMotion, MatricesFollowTheTime)
     MovingPlace place;
     writeAnimated(*place.life(), "repeat_u", 0.0, 1.0f, 4.0, 3.0f);
     place.set("nsamples", 2);
-    EXPECT_FLOAT_EQ(place.u(0.5), 0.5f);
+    EXPECT_SAME_BITS(place.u(0.5), 0.5f);
     Transform transform;
     interfaceOf<UVWGenInterface>(place.base(), EXT_UVWGEN)->evalUVWTransform(place.context, &transform);
-    EXPECT_FLOAT_EQ(transform.matrix.columns[0].x, 2.0f);
+    EXPECT_SAME_BITS(transform.matrix.columns[0].x, 2.0f);
 }
 
 const std::string kIdentity = "uvw_transform 1.000000,0.000000,0.000000,0.000000,1.000000,0.000000,0.000000,"

@@ -55,12 +55,12 @@ TEST(UVWGenMayaPlace2dTexture, WithoutASurfaceIsTheIdentity)
     UVWSample sample;
     EXPECT_EQ(node.generator()->evalUVW(node.context, &sample), 1);
     // The point is mapped by the columns, relative to the reference point.
-    EXPECT_NEAR_UVW(sample.uvw, 0.5f, 0.5f, 0.75f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 0.5f, 0.5f, 0.75f);
     node.surface.mapped = false;
     node.context.surfaceObject = &node.surface;
     ++node.context.sampleStamp;
     EXPECT_EQ(node.generator()->evalUVW(node.context, &sample), 1);
-    EXPECT_NEAR_UVW(sample.uvw, 0.5f, 0.5f, 0.75f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 0.5f, 0.5f, 0.75f);
 }
 
 TEST(UVWGenMayaPlace2dTexture, MapsPointAndDerivatives)
@@ -75,13 +75,13 @@ TEST(UVWGenMayaPlace2dTexture, MapsPointAndDerivatives)
     node.context.positionDiffV = {0.0f, 0.5f, 1.0f};
     UVWSample sample;
     EXPECT_EQ(node.generator()->evalUVWDerivs(node.context, &sample), 1);
-    EXPECT_NEAR_UVW(sample.uvw, 3.0f * (0.25f + 0.5f + 0.125f), 2.5f, 1.0f, 1e-6);
-    EXPECT_NEAR_UVW(sample.du, 6.0f, 0.0f, 0.5f, 1e-6);
-    EXPECT_NEAR_UVW(sample.dv, 3.0f, 2.0f, 1.0f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 3.0f * (0.25f + 0.5f + 0.125f), 2.5f, 1.0f);
+    EXPECT_SAME_UVW(sample.du, 6.0f, 0.0f, 0.5f);
+    EXPECT_SAME_UVW(sample.dv, 3.0f, 2.0f, 1.0f);
     Transform transform;
     EXPECT_EQ(node.generator()->evalUVWTransform(node.context, &transform), 1);
-    EXPECT_NEAR_UVW(transform.offset, 0.75f, 0.5f, 0.75f, 1e-6);
-    EXPECT_NEAR_UVW(transform.matrix.columns[2], 3.0f, 0.0f, 1.0f, 1e-6);
+    EXPECT_SAME_UVW(transform.offset, 0.75f, 0.5f, 0.75f);
+    EXPECT_SAME_UVW(transform.matrix.columns[2], 3.0f, 0.0f, 1.0f);
 }
 
 TEST(UVWGenMayaPlace2dTexture, AsksForItsChannel)
@@ -114,11 +114,11 @@ TEST(UVWGenMayaPlace2dTexture, AsksByNameFirstAndByNumberForAnUnknownOne)
     const int id = node.renderer.channelNames.getNameId("map2");
     node.surface.namedTransform = offsetBy(0.75f, 0.25f, 0.0f);
     node.set("uv_set_name", std::string("map2"));
-    EXPECT_NEAR_UVW(node.at(0.125f, 0.5f).uvw, 0.125f, 0.5f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(node.at(0.125f, 0.5f).uvw, 0.125f, 0.5f, 0.375f);
     EXPECT_EQ(node.surface.names, std::vector<int>{id});
     EXPECT_EQ(node.surface.channels, std::vector<int>{1});
     node.surface.knownName = id;
-    EXPECT_NEAR_UVW(node.at(0.125f, 0.5f).uvw, 0.75f, 0.25f, 0.0f, 0.0f);
+    EXPECT_SAME_UVW(node.at(0.125f, 0.5f).uvw, 0.75f, 0.25f, 0.0f);
     EXPECT_EQ(node.surface.channels.size(), 1u);
 }
 
@@ -131,26 +131,26 @@ TEST(UVWGenMayaPlace2dTexture, TakesAnotherGeneratorsTransformAndFlag)
     node.set("offset_u", 0.125f);
     PlaceNode::Place place = node.at(9.0f, 9.0f);
     EXPECT_EQ(place.valid, 1);
-    EXPECT_NEAR_UVW(place.uvw, 0.375f, 0.5f, 0.75f, 0.0f);
+    EXPECT_SAME_UVW(place.uvw, 0.375f, 0.5f, 0.75f);
     EXPECT_TRUE(node.surface.channels.empty());
     inner.transformValid = 0;
     place = node.at(9.0f, 9.0f);
     EXPECT_EQ(place.valid, 0);
-    EXPECT_NEAR_UVW(place.uvw, 0.25f, 0.5f, 0.75f, 0.0f);
+    EXPECT_SAME_UVW(place.uvw, 0.25f, 0.5f, 0.75f);
     inner.generates = false;
     node.nextFrame();
-    EXPECT_NEAR_UVW(node.at(9.0f, 8.0f).uvw, 9.125f, 8.0f, 0.375f, 0.0f);
+    EXPECT_SAME_UVW(node.at(9.0f, 8.0f).uvw, 9.125f, 8.0f, 0.375f);
 }
 
 TEST(UVWGenMayaPlace2dTexture, SwitchesReachTheirAxes)
 {
     PlaceNode node;
     node.set("mirror_u", true);
-    EXPECT_NEAR_UVW(node.at(1.25f, 1.25f).uvw, 1.75f, 1.25f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(node.at(1.25f, 1.25f).uvw, 1.75f, 1.25f, 0.375f);
     node.set("mirror_u", false).set("mirror_v", true);
-    EXPECT_NEAR_UVW(node.at(1.25f, 1.25f).uvw, 1.25f, 1.75f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(node.at(1.25f, 1.25f).uvw, 1.25f, 1.75f, 0.375f);
     node.set("mirror_v", false).set("stagger", true);
-    EXPECT_NEAR_UVW(node.at(1.25f, 1.25f).uvw, 1.75f, 1.25f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(node.at(1.25f, 1.25f).uvw, 1.75f, 1.25f, 0.375f);
     node.set("stagger", false).set("wrap_u", false);
     EXPECT_EQ(node.at(1.25f, 1.25f).valid, 0);
     EXPECT_EQ(node.at(0.25f, 1.25f).valid, 1);
@@ -158,9 +158,9 @@ TEST(UVWGenMayaPlace2dTexture, SwitchesReachTheirAxes)
     EXPECT_EQ(node.at(1.25f, 0.25f).valid, 1);
     EXPECT_EQ(node.at(0.25f, 1.25f).valid, 0);
     node.set("wrap_v", true).set("clamp_u", true);
-    EXPECT_NEAR_UVW(node.at(1.25f, 1.25f).uvw, 1.0f - 1e-6f, 1.25f, 0.375f, 1e-7);
+    EXPECT_SAME_UVW(node.at(1.25f, 1.25f).uvw, 1.0f - 1e-6f, 1.25f, 0.375f);
     node.set("clamp_u", false).set("clamp_v", true);
-    EXPECT_NEAR_UVW(node.at(1.25f, 1.25f).uvw, 1.25f, 1.0f - 1e-6f, 0.375f, 1e-7);
+    EXPECT_SAME_UVW(node.at(1.25f, 1.25f).uvw, 1.25f, 1.0f - 1e-6f, 0.375f);
 }
 
 TEST(UVWGenMayaPlace2dTexture, EveryTextureReplacesItsNumber)
@@ -174,7 +174,7 @@ TEST(UVWGenMayaPlace2dTexture, EveryTextureReplacesItsNumber)
         textured.connect((std::string(name) + "_tex").c_str(), texture);
         const PlaceNode::Place expected = plain.at(0.3f, 0.7f), unplaced = textured.at(0.3f, 0.7f);
         EXPECT_EQ(unplaced.valid, expected.valid) << name;
-        EXPECT_NEAR_UVW(unplaced.uvw, expected.uvw.x, expected.uvw.y, 0.375f, 0.0f);
+        EXPECT_SAME_UVW(unplaced.uvw, expected.uvw.x, expected.uvw.y, 0.375f);
         EXPECT_GT(std::fabs(expected.uvw.x - 0.3f) + std::fabs(expected.uvw.y - 0.7f), 1e-3f) << name;
     }
 }
@@ -223,17 +223,17 @@ TEST(UVWGenMayaPlace2dTexture, AnswersShiftedPointsFromTheMemo)
     node.context.shadePoint = {0.125f, 0.0f, 0.0f};
     UVWSample sample;
     node.generator()->evalUVW(node.context, &sample);
-    EXPECT_NEAR_UVW(sample.uvw, 0.75f, 0.5f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 0.75f, 0.5f, 0.375f);
     // A look-up that may not use the memo leaves it alone.
     node.context.shadeFlags = noUVWCache;
     node.generator()->evalUVW(node.context, &sample);
-    EXPECT_NEAR_UVW(sample.uvw, 154.25f, 0.5f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 154.25f, 0.5f, 0.375f);
     node.context.shadeFlags = 0;
     node.generator()->evalUVW(node.context, &sample);
-    EXPECT_NEAR_UVW(sample.uvw, 0.75f, 0.5f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 0.75f, 0.5f, 0.375f);
     node.nextFrame();
     node.generator()->evalUVW(node.context, &sample);
-    EXPECT_NEAR_UVW(sample.uvw, 154.25f, 0.5f, 0.375f, 1e-6);
+    EXPECT_SAME_UVW(sample.uvw, 154.25f, 0.5f, 0.375f);
 }
 
 TEST(UVWGenMayaPlace2dTexture, RemembersThatAPointIsOffTheImage)
@@ -255,7 +255,7 @@ TEST(UVWGenMayaPlace2dTexture, PassesAGivenSurfacesOwnCoordinatesOn)
     EXPECT_EQ(node.generator()->evalUVWForChannel(nullptr, node.context, &sample), 0);
     EXPECT_EQ(node.generator()->evalUVWForChannel(&node.surface, node.context, &sample), 7);
     EXPECT_EQ(node.surface.sampledChannels, std::vector<int>{4});
-    EXPECT_NEAR_UVW(sample.uvw, 1.0f, 2.0f, 3.0f, 0.0f);
+    EXPECT_SAME_UVW(sample.uvw, 1.0f, 2.0f, 3.0f);
 }
 
 TEST(UVWGenMayaPlace2dTexture, SharesTheNoiseOfTheRender)
