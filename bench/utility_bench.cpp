@@ -42,7 +42,7 @@ const std::vector<float>& drawnTemperatures()
 
 Color plainColor(float temperature)
 {
-    const plain::Rgb c = plain::temperatureColorOf(static_cast<double>(temperature), kSpace);
+    const auto c = plain::temperatureColorOf(static_cast<double>(temperature), kSpace);
     return {static_cast<float>(c[0]), static_cast<float>(c[1]), static_cast<float>(c[2])};
 }
 

@@ -52,7 +52,7 @@ testing::AssertionResult compareBits(const char* actualText, const float* actual
                             tolerance::compareBits),                                                         \
                         actual, expected)
 
-#define EXPECT_SUM(actual, expected) EXPECT_PRED2(tolerance::sumAgrees, actual, expected, 1.0)
+#define EXPECT_SUM(actual, expected) EXPECT_PRED3(tolerance::sumAgrees, actual, expected, 1.0)
 
 // All four channels of a colour; the expected one may be written in braces.
 #define EXPECT_SAME_COLOR(actual, ...)                                                                       \

@@ -83,7 +83,7 @@ TEST_F(ColorMaskTest, TakesTheStrengthFromTheLuminanceOfTheMask)
     mask.value = {1.0f, 0.0f, 0.0f, 1.0f};
     EXPECT_SAME_BITS(node.color().a, 0.45f);
     mask.value = {0.0f, 1.0f, 0.0f, 1.0f};
-    EXPECT_SAME_BITS(node.color().a, 0.16f);
+    EXPECT_FLOAT_EQ(node.color().a, 0.16f);
     mask.value = {0.0f, 0.0f, 1.0f, 1.0f};
     EXPECT_SAME_BITS(node.color().a, 0.64f);
     mask.value = {-1.0f, 0.0f, 0.0f, 1.0f};

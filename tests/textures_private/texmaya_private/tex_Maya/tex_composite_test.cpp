@@ -43,10 +43,10 @@ struct CompositeTest : testing::Test {
 #define EXPECT_GREY(color, grey)                                                                             \
     do {                                                                                                     \
         const AColor greyColor = (color);                                                                    \
-        EXPECT_SAME_BITS(greyColor.r, grey);                                                                 \
-        EXPECT_SAME_BITS(greyColor.g, grey);                                                                 \
-        EXPECT_SAME_BITS(greyColor.b, grey);                                                                 \
-        EXPECT_SAME_BITS(greyColor.a, grey);                                                                 \
+        EXPECT_SUM(greyColor.r, grey);                                                                       \
+        EXPECT_SUM(greyColor.g, grey);                                                                       \
+        EXPECT_SUM(greyColor.b, grey);                                                                       \
+        EXPECT_SUM(greyColor.a, grey);                                                                       \
     } while (false)
 
 TEST_F(CompositeTest, NothingConnectedIsOpaqueWhite)

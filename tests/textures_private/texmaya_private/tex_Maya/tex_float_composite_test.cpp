@@ -50,9 +50,9 @@ TEST_F(FloatCompositeTest, ComposesByItsOperation)
     EXPECT_SAME_BITS(composed(4, 0.2f, 0.6f, 0.5f), 0.44f);
     EXPECT_SAME_BITS(composed(5, 0.2f, 0.4f, 0.5f), 0.64f);
     EXPECT_SAME_BITS(composed(5, 0.2f, 0.6f, 0.5f), 0.22f);
-    EXPECT_SAME_BITS(composed(6, 0.2f, 0.6f, 0.5f), 0.1f);
-    EXPECT_SAME_BITS(composed(7, 0.2f, 0.6f, 0.5f), 0.35f);
-    EXPECT_SAME_BITS(composed(8, 0.2f, 0.6f, 0.5f), 0.35f);
+    EXPECT_SUM(composed(6, 0.2f, 0.6f, 0.5f), 0.1f);
+    EXPECT_SUM(composed(7, 0.2f, 0.6f, 0.5f), 0.35f);
+    EXPECT_SUM(composed(8, 0.2f, 0.6f, 0.5f), 0.35f);
 }
 
 TEST_F(FloatCompositeTest, AFactorOfTwoStaysTwoButForBlend)

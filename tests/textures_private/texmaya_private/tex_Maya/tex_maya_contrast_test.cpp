@@ -81,8 +81,8 @@ TEST_F(ContrastTest, BiasesOutsideBendTheCurveTheOtherWay)
     connectAll();
     // Bias 2: t = 0.5, p = 0.5^-0.5, squared 2: 0.5 + 0.5. Bias -1: the same above it, 0.5 - 0.5.
     const AColor color = result({1.0f, 0.0f, 0.0f, 1.0f}, grey(2.0f), {2.0f, -1.0f, 0.5f, 1.0f});
-    EXPECT_SAME_BITS(color.r, 1.0f);
-    EXPECT_SAME_BITS(color.g, 0.0f);
+    EXPECT_SUM(color.r, 1.0f);
+    EXPECT_SUM(color.g, 0.0f);
 }
 
 TEST_F(ContrastTest, NaNCountsAsTheEnd)
@@ -117,8 +117,8 @@ TEST_F(ContrastTest, BoundsTakeTheOppositeBias)
     bias.upperBound = grey(0.75f);
     // Lower, bias 0.75: t = 1/3, p = (2/3)^2, 0.5 - (1 - 4/9) / 2. Upper, bias 0.25: the mirror image.
     const ColorBounds bounds = colorBounds(node);
-    EXPECT_SAME_BITS(bounds.lower.r, 0.222222222f);
-    EXPECT_SAME_BITS(bounds.upper.r, 0.777777778f);
+    EXPECT_SUM(bounds.lower.r, 0.222222222f);
+    EXPECT_SUM(bounds.upper.r, 0.777777778f);
 }
 
 TEST_F(ContrastTest, RemembersThePoint)

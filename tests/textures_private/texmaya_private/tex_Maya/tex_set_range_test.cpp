@@ -108,7 +108,7 @@ TEST_F(SetRangeTest, BoundsWidenEveryOldMaximumThatMeetsAnOldMinimum)
     bound(oldMax, 1.0f, 0.0f);
     const ColorBounds bounds = colorBounds(node);
     // Least: value 0, minimum 1, width 999999. Greatest: value 1, minimum 0, width 1e6.
-    EXPECT_SAME_BITS(bounds.lower.r, -1e6f / 999999.0f);
+    EXPECT_FLOAT_EQ(bounds.lower.r, -1e6f / 999999.0f);
     EXPECT_SAME_BITS(bounds.upper.r, 1.0f);
 }
 

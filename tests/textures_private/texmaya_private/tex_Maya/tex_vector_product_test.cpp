@@ -82,8 +82,8 @@ TEST_F(VectorProductTest, NormalizesResults)
     EXPECT_SAME_BITS(color.r, 1.0f);
     EXPECT_SAME_BITS(color.g, 0.0f);
     color = result(3, 1); // (0, -4, 9)
-    EXPECT_SAME_BITS(color.g, -4.0f / std::sqrt(97.0f));
-    EXPECT_SAME_BITS(color.b, 9.0f / std::sqrt(97.0f));
+    EXPECT_FLOAT_EQ(color.g, -4.0f / std::sqrt(97.0f));
+    EXPECT_FLOAT_EQ(color.b, 9.0f / std::sqrt(97.0f));
 }
 
 TEST_F(VectorProductTest, NormalizesTheInputsOfADotProductInstead)
